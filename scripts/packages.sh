@@ -1,0 +1,23 @@
+# Sourced by the scripts at the root: installs what is missing from Debian's packages.
+# shellcheck shell=bash
+
+BUILD_PACKAGES="g++ cmake ninja-build libnetcdf-dev libx11-dev libpng-dev zlib1g-dev"
+DEMO_PACKAGES="$BUILD_PACKAGES ghostscript"
+TEST_PACKAGES="$DEMO_PACKAGES libgtest-dev libbenchmark-dev netcdf-bin"
+CHECK_PACKAGES="clang-format cppcheck shellcheck"
+
+# need_packages PACKAGE...: does nothing where all are there.
+need_packages() {
+    local missing=() package
+    for package in "$@"; do
+        dpkg-query -W -f '${Status}' "$package" 2>/dev/null | grep -q 'install ok installed' ||
+            missing+=("$package")
+    done
+    [ ${#missing[@]} -eq 0 ] && return 0
+    local sudo=()
+    [ "$(id -u)" -eq 0 ] || sudo=(sudo)
+    echo "installing: ${missing[*]}"
+    "${sudo[@]}" apt-get update -qq &&
+        DEBIAN_FRONTEND=noninteractive "${sudo[@]}" apt-get install -y -qq \
+            --no-install-recommends "${missing[@]}" >/dev/null
+}
