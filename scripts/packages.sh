@@ -1,5 +1,5 @@
 # Sourced by the scripts at the root: installs what is missing from Debian's packages.
-# shellcheck shell=bash
+# shellcheck shell=bash disable=SC2034
 
 BUILD_PACKAGES="g++ cmake ninja-build libnetcdf-dev libx11-dev libpng-dev zlib1g-dev"
 DEMO_PACKAGES="$BUILD_PACKAGES ghostscript"
