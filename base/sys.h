@@ -1,5 +1,10 @@
 #pragma once
 
+// The system's own list of call numbers has a macro of the name SYS_exit, and standard headers pull
+// it in: it is read here first and put away.
+#include <sys/syscall.h>
+#undef SYS_exit
+
 // The process: its end, its way into the background, its timer.
 
 /// Exit codes.
