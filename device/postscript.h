@@ -31,6 +31,9 @@ void gps_fill_color(int index);
 void gps_width(int index, float width);
 void gps_dash(int type);
 
+/// Clips at a rectangle in device coordinates, a tenth of a point wider at each side.
+void gps_clip(float x0, float y0, float x1, float y1);
+
 /// Path commands in world coordinates, and in device coordinates (dc).
 void gps_move(float x, float y);
 void gps_draw(float x, float y);
