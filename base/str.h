@@ -12,6 +12,9 @@
 /// Returns false when it was cut.
 bool STR_copy(char *out, size_t room, std::string_view text);
 
+/// A text printed by a format.
+std::string STR_print(const char *format, ...) __attribute__((format(printf, 1, 2)));
+
 /// Splits a text at each separator: a run of separators at the end is dropped first, adjacent
 /// separators give empty texts, a leading one an empty first text. All strings live in one
 /// allocated copy; the caller frees with STR_free_list.

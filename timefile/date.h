@@ -75,7 +75,3 @@ int TIME_set_zone(const char *text);
 void TIME_set_hour(const DateRec *date);
 void TIME_get_hour(DateRec *date);
 void TIME_clear_hour();
-
-/// Date and forecast of the plot, that TIME_expand_label works on.
-void TIME_set_plot(const DateRec *date, int forecast);
-void TIME_get_plot(DateRec *date, int *forecast);
