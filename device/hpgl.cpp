@@ -6,6 +6,7 @@
 #include <cstdlib>
 
 #include "base/msg.h"
+#include "base/str.h"
 #include "device/grey.h"
 #include "device/output.h"
 #include "device/paper.h"
@@ -67,24 +68,24 @@ float fill_level(int index)
 
 void apply_word(const std::string &word)
 {
-    if (word_is(word, "pcl")) {
+    if (is_word(word, "pcl")) {
         state.pcl = PclMode::pcl;
-    } else if (word_is(word, "nopcl")) {
+    } else if (is_word(word, "nopcl")) {
         state.pcl = PclMode::plain;
-    } else if (word_is(word, "lj")) {
+    } else if (is_word(word, "lj")) {
         state.pcl = PclMode::turned;
-    } else if (word_is(word, "port")) {
+    } else if (is_word(word, "port")) {
         state.rotation = 90;
-    } else if (word_is(word, "land")) {
+    } else if (is_word(word, "land")) {
         state.rotation = 0;
-    } else if (word_begins(word, "rot")) {
+    } else if (STR_has_prefix(word, "rot")) {
         state.rotation = static_cast<int>(std::clamp(word_number(word, 4), -360.0F, 360.0F));
-    } else if (word_begins(word, "lwidth")) {
+    } else if (STR_has_prefix(word, "lwidth")) {
         const float base = word_number(word, 7);
         if (base > 0.0F && base <= kMaxLineBase) {
             state.line_base = base;
         }
-    } else if (word_begins(word, "roll")) {
+    } else if (STR_has_prefix(word, "roll")) {
         const Paper roll{word_number(word, 5), kRollHeight};
         state.page = is_paper(roll) ? roll : state.page;
     } else if (const auto paper = paper_from_word(word)) {
@@ -253,7 +254,7 @@ int ghp_open_ws(const std::vector<std::string> &words)
     }
     state.page = kDefaultPaper;
     ghp_init();
-    for (const std::string &word : device_words(std::getenv("tyrhp_param"))) {
+    for (const std::string &word : environment_words("tyrhp_param")) {
         apply_word(word);
     }
     for (std::size_t i = 1; i < words.size(); i++) {

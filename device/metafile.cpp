@@ -15,13 +15,18 @@ constexpr int kWidth = 1000;
 constexpr int kHeight = 800;
 constexpr double kUnitsPerInch = 100.0;
 
-constexpr int kLongForm = 31;        // parameter length that says: the length follows
-constexpr int kMaxCgmPoints = 8191;  // what the 15-bit length of one partition holds
+constexpr int kLongForm = 31;       // parameter length that says: the length follows
+constexpr int kMaxCgmPoints = 8191; // what the 15-bit length of one partition holds
 constexpr char kDescription[] = "TYRCGM-1.0";
 
 /// Element classes of the encoding.
-enum CgmClass { kDelimiter = 0, kMetafileDescriptor = 1, kPictureDescriptor = 2, kControl = 3,
-                kPrimitive = 4 };
+enum CgmClass {
+    kDelimiter = 0,
+    kMetafileDescriptor = 1,
+    kPictureDescriptor = 2,
+    kControl = 3,
+    kPrimitive = 4
+};
 
 struct State {
     Output out;
@@ -193,9 +198,9 @@ int gmeta_open_ws(const std::vector<std::string> &words)
     gset_recording(0);
     gset_events(0);
     for (std::size_t i = 1; i < words.size(); i++) {
-        if (word_is(words[i], "cgm")) {
+        if (is_word(words[i], "cgm")) {
             state.binary = true;
-        } else if (word_is(words[i], "tyr")) {
+        } else if (is_word(words[i], "tyr")) {
             state.binary = false;
         }
     }

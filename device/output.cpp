@@ -7,10 +7,13 @@
 #include <clocale>
 #include <csignal>
 #include <cstring>
+#include <ctime>
+
 #include <locale.h>
-#include <sys/wait.h>
 
 #include "base/msg.h"
+#include "gks/gks.h"
+#include "timefile/date.h"
 #include "timefile/file.h"
 
 namespace {
@@ -136,36 +139,27 @@ void Output::print(const char *format, ...)
     va_end(args);
 }
 
-int Output::close_stream()
-{
-    if (kind_ == Kind::pipe) {
-        const int status = pclose(stream_);
-        std::signal(SIGPIPE, old_sigpipe_);
-        // a process that went into the background isn't the command's parent and can't ask it
-        return status == -1 && errno == ECHILD ? 0 : status;
-    }
-    if (stream_ == stdout) {
-        return std::fflush(stdout);
-    }
-    return std::fclose(stream_);
-}
-
 bool Output::close(const char *routine)
 {
     flush();
-    const int status = close_stream();
-    if (status != 0 && error_ == 0 && kind_ != Kind::pipe) {
-        error_ = errno;
+    errno = 0;
+    bool closed = FILE_close(stream_) == 0;
+    const int why = errno;
+    if (kind_ == Kind::pipe) {
+        std::signal(SIGPIPE, old_sigpipe_);
+        // a process that went into the background isn't the command's parent and can't ask it
+        closed = closed || why == ECHILD;
     }
     stream_ = nullptr;
-    if (error_ != 0) {
+    if (error_ != 0 || (!closed && kind_ != Kind::pipe)) {
         MSG_out(kMsgWarn, "%s: unable to write %s: %s\n", routine, name_.c_str(),
-                std::strerror(error_));
-    } else if (status != 0) {
-        MSG_out(kMsgWarn, "%s: command failed with code %d: %s\n", routine,
-                WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status), name_.c_str());
+                std::strerror(error_ != 0 ? error_ : why));
+        return false;
     }
-    return error_ == 0 && status == 0;
+    if (!closed) {
+        MSG_out(kMsgWarn, "%s: command failed: %s\n", routine, name_.c_str());
+    }
+    return closed;
 }
 
 void tell_target(const Output &output)
@@ -181,6 +175,23 @@ void tell_target(const Output &output)
         MSG_out(kMsgMess, "Creating: %s\n", output.name().c_str());
         break;
     }
+}
+
+void report_unopened(const char *what, const std::string &target)
+{
+    const int why = errno;
+    gerror("gopen_ws", "%s\n", what);
+    MSG_out(kMsgWarn, "gopen_ws: %s: %s\n", target.c_str(), std::strerror(why));
+}
+
+std::string creation_date()
+{
+    DateRec now;
+    TIME_header_now(&now);
+    const std::time_t seconds = TIME_to_seconds(&now);
+    char text[32] = "";
+    ctime_r(&seconds, text);
+    return text;
 }
 
 std::string comment_text(std::string_view text)

@@ -46,7 +46,6 @@ class Output {
   private:
     void reserve(std::size_t more);
     void flush();
-    int close_stream();
 
     std::FILE *stream_ = nullptr;
     Kind kind_ = Kind::file;

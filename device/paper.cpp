@@ -4,9 +4,9 @@
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
-#include <strings.h>
 
 #include "base/res.h"
+#include "base/str.h"
 #include "gks/state.h"
 
 namespace {
@@ -17,9 +17,9 @@ struct NamedPaper {
 };
 
 constexpr NamedPaper kPapers[] = {
-    {"letter", {11.0F, 8.5F}  },
-    {"legal",  {14.0F, 8.5F}  },
-    {"11x17",  {17.0F, 11.0F} },
+    {"letter", {11.0F, 8.5F}   },
+    {"legal",  {14.0F, 8.5F}   },
+    {"11x17",  {17.0F, 11.0F}  },
     {"a4",     {11.69F, 8.26F} },
     {"a3",     {16.54F, 11.69F}},
     {"a2",     {23.39F, 16.54F}},
@@ -28,7 +28,7 @@ constexpr NamedPaper kPapers[] = {
     {"b3",     {20.27F, 14.33F}},
     {"b2",     {28.66F, 20.27F}},
     {"b1",     {40.55F, 28.66F}},
-    {"ansid",  {34.0F, 22.0F} },
+    {"ansid",  {34.0F, 22.0F}  },
 };
 
 constexpr double kMaxPanels = 8.0;
@@ -42,8 +42,8 @@ struct Surface {
 /// whether the four numbers make a surface that can be drawn on
 bool is_surface(const Surface &s)
 {
-    return s.width >= 2.0 && s.width <= kMaxSurface && s.height >= 2.0 &&
-           s.height <= kMaxSurface && std::abs(s.x) <= kMaxSurface && std::abs(s.y) <= kMaxSurface;
+    return s.width >= 2.0 && s.width <= kMaxSurface && s.height >= 2.0 && s.height <= kMaxSurface &&
+           std::abs(s.x) <= kMaxSurface && std::abs(s.y) <= kMaxSurface;
 }
 
 Surface current_surface()
@@ -93,8 +93,8 @@ std::optional<Surface> measured(const char *text, const GeometryForm &form)
         s.height = size(h);
         return s;
     }
-    const int offsets = form.plus_between ? std::sscanf(text, "+%d+%d", &x, &y)
-                                          : std::sscanf(text, "%d%d", &x, &y);
+    const int offsets =
+        form.plus_between ? std::sscanf(text, "+%d+%d", &x, &y) : std::sscanf(text, "%d%d", &x, &y);
     if (offsets != 2) {
         return std::nullopt;
     }
@@ -113,13 +113,13 @@ bool is_paper(const Paper &paper)
 
 std::optional<Paper> paper_from_word(const std::string &word)
 {
-    if (word_begins(word, "sz=")) {
+    if (STR_has_prefix(word, "sz=")) {
         Paper paper{0.0F, 0.0F};
         std::sscanf(word.c_str() + 3, "%fx%f", &paper.width, &paper.height);
         return is_paper(paper) ? std::optional(paper) : std::nullopt;
     }
     for (const NamedPaper &named : kPapers) {
-        if (word_is(word, named.name)) {
+        if (is_word(word, named.name)) {
             return named.size;
         }
     }
@@ -158,27 +158,15 @@ std::string geometry_text(const std::vector<const char *> &variables)
     return {};
 }
 
-std::vector<std::string> device_words(const char *text)
+std::vector<std::string> environment_words(const char *variable)
 {
-    std::vector<std::string> words(1);
-    for (const char *p = text; p != nullptr && *p != '\0'; p++) {
-        if (*p == ',') {
-            words.emplace_back();
-        } else {
-            words.back() += *p;
-        }
-    }
-    return words;
+    const char *text = std::getenv(variable);
+    return STR_fields(text != nullptr ? text : "", ',');
 }
 
-bool word_begins(const std::string &word, const char *prefix)
+bool is_word(const std::string &word, const char *other)
 {
-    return strncasecmp(word.c_str(), prefix, std::string_view(prefix).size()) == 0;
-}
-
-bool word_is(const std::string &word, const char *other)
-{
-    return strcasecmp(word.c_str(), other) == 0;
+    return STR_casecmp(word.c_str(), other) == 0;
 }
 
 float word_number(const std::string &word, std::size_t place)

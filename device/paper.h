@@ -24,8 +24,8 @@ bool is_paper(const Paper &paper);
 
 /// How the numbers of a geometry become device units.
 struct GeometryForm {
-    bool plus_between;  ///< "%dx%d+%d+%d", "+%d+%d"; else the signs belong to the offsets
-    double unit;        ///< device units in one unit of the geometry
+    bool plus_between;   ///< "%dx%d+%d+%d", "+%d+%d"; else the signs belong to the offsets
+    double unit;         ///< device units in one unit of the geometry
     double offset_added; ///< added to each offset
 };
 
@@ -38,12 +38,11 @@ void apply_geometry(const std::string &geometry, const GeometryForm &form);
 /// The text of the resource `geometry`, or else of the first environment variable that is set.
 std::string geometry_text(const std::vector<const char *> &variables);
 
-/// The words of a device parameter text, split at commas; empty words stay.
-std::vector<std::string> device_words(const char *text);
+/// The words of an environment variable, split at commas.
+std::vector<std::string> environment_words(const char *variable);
 
-/// Whether a word begins with a prefix, and whether it equals it, case ignored.
-bool word_begins(const std::string &word, const char *prefix);
-bool word_is(const std::string &word, const char *other);
+/// Whether a word is the other one, case ignored.
+bool is_word(const std::string &word, const char *other);
 
 /// Number at a place of a word, by strtof; 0 where there is none.
 float word_number(const std::string &word, std::size_t place);

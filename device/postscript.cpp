@@ -7,6 +7,7 @@
 #include <cstdlib>
 
 #include "base/msg.h"
+#include "base/str.h"
 #include "device/grey.h"
 #include "device/output.h"
 #include "device/paper.h"
@@ -21,8 +22,12 @@ constexpr float kNoGrey = -1.0F;
 constexpr float kMinScale = 0.01F;
 
 constexpr std::array<const char *, 6> kDashes = {
-    "",          "[] 0 setdash\n",        "[6] 0 setdash\n",
-    "[3 6] 0 setdash\n", "[6 6 3 6] 0 setdash\n", "[2] 0 setdash\n",
+    "",
+    "[] 0 setdash\n",
+    "[6] 0 setdash\n",
+    "[3 6] 0 setdash\n",
+    "[6 6 3 6] 0 setdash\n",
+    "[2] 0 setdash\n",
 };
 
 struct State {
@@ -133,22 +138,22 @@ void write_orientation()
 
 void apply_word(const std::string &word)
 {
-    if (word_is(word, "port")) {
+    if (is_word(word, "port")) {
         gps_set_portrait(1);
-    } else if (word_is(word, "land")) {
+    } else if (is_word(word, "land")) {
         gps_set_portrait(0);
-    } else if (word_is(word, "eps")) {
+    } else if (is_word(word, "eps")) {
         gps_set_eps(1);
-    } else if (word_is(word, "noeps")) {
+    } else if (is_word(word, "noeps")) {
         gps_set_eps(0);
-    } else if (word_is(word, "color")) {
+    } else if (is_word(word, "color")) {
         gps_set_color(1);
         gset_invert(1);
-    } else if (word_is(word, "gray")) {
+    } else if (is_word(word, "gray")) {
         gps_set_color(0);
-    } else if (word_begins(word, "scale")) {
+    } else if (STR_has_prefix(word, "scale")) {
         gps_set_scale(word_number(word, 6));
-    } else if (word_begins(word, "lwidth")) {
+    } else if (STR_has_prefix(word, "lwidth")) {
         gps_set_lwidth(static_cast<int>(std::clamp(word_number(word, 7), -1.0F, 1000.0F)));
     } else if (const auto paper = paper_from_word(word)) {
         state.page = *paper;
@@ -368,7 +373,7 @@ int gps_open_ws(const std::vector<std::string> &words)
     }
     gps_set_page(11.0F, 8.5F);
     gps_init();
-    for (const std::string &word : device_words(std::getenv("tyrps_param"))) {
+    for (const std::string &word : environment_words("tyrps_param")) {
         apply_word(word);
     }
     for (std::size_t i = 1; i < words.size(); i++) {

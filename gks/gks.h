@@ -38,6 +38,9 @@ int gopen_ws(int ws, const char *params, int device);
 /// Ends the output of the device. -1 when none is open, and when the output didn't all go out
 /// (full disk, a spooler that died): that has then been told by a message.
 int gclose_ws(int ws);
+/// Puts attributes and transformations to their defaults, for opening, redraw and resize; the mode
+/// is a TranMode. -1 does nothing and returns -1.
+int ginit_ws(int mode);
 /// Clears the picture of a display; nothing elsewhere. The flag isn't read.
 int gclear_ws(int ws, int flag);
 /// Shows on the window what was drawn. -1 where there is no window.
@@ -245,6 +248,8 @@ int gcolor_same(int index, int by_pixel, float red, float green, float blue);
 /// entry gives black.
 void ginq_color(int index, float *red, float *green, float *blue);
 void ginq_color255(int index, int *red, int *green, int *blue);
+/// Gives the background its colour: white on PostScript.
+void gcolor_background();
 /// Inverse colours: black on white.
 void gset_invert(int flag);
 int ginq_invert();

@@ -27,6 +27,11 @@ bool kernel_is_open(const char *routine)
     return kernel().ws.open;
 }
 
+float width_on_device(float width)
+{
+    return gis_postscript() && width == 0.0F ? 1.0F : width;
+}
+
 void gerror(const char *routine, const char *format, ...)
 {
     if (!kernel().ws.gks_open) {

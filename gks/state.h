@@ -92,3 +92,7 @@ KernelState &kernel();
 
 /// Reports "GKS not opened" for the routine and returns false when no workstation is open.
 bool kernel_is_open(const char *routine);
+
+/// A stroke width as the attribute setters keep it: on PostScript 0 counts as 1, so that a
+/// hairline stays visible.
+float width_on_device(float width);
