@@ -12,6 +12,7 @@ struct OptionRow {
     int type;
     const char *usage;
     const char *help;
+    bool long_help = false; ///< help is all that follows the usage word, newlines and all
 };
 
 /// The whole vocabulary, by code.

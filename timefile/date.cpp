@@ -398,8 +398,8 @@ int TIME_set_zone(const char *text)
         return -1;
     }
     state.clock = clock;
-    state.zone_label =
-        " " + std::string(label, std::min(static_cast<size_t>(colon - label), kLabelLength));
+    const auto length = std::min(static_cast<size_t>(colon - label), kLabelLength);
+    state.zone_label.assign(1, ' ').append(label, length);
     state.zone_offset = std::lround(hours * kSecondsPerHour);
     return 0;
 }

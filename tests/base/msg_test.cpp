@@ -1,0 +1,180 @@
+#include "base/convert.h"
+#include "base/msg.h"
+#include "base/prm.h"
+#include "base/res.h"
+#include "support/temp_dir.h"
+#include "timefile/file.h"
+
+namespace {
+
+constexpr unsigned kDefault = 0x000FFFFFU;
+
+void reset()
+{
+    MSG_set_mask(20, kDefault);
+    MSG_set_mask(10, kDefault);
+    MSG_set_paging(1);
+}
+
+struct WordCase {
+    const char *words;
+    unsigned mask;
+};
+
+TEST(Msg, LevelWordsSetTheMask)
+{
+    const std::vector<WordCase> cases = {
+        {"none",            0                    },
+        {"print",           0xF                  },
+        {"warn",            0xFF                 },
+        {"error",           0x3F                 },
+        {"WARN",            0xFF                 },
+        {"mess",            0xFFF                },
+        {"debug",           0xFFFFFFFF           },
+        {"out2b",           0x0003FFFF           },
+        {"warnc",           0x7F                 },
+        {"warna",           0                    },
+        {"errorc",          0                    },
+        {"+debug",          kDefault | 0xF0000000},
+        {"-print",          kDefault & ~0xFU     },
+        {"-out1,-out2",     0xFFF                },
+        {"warn,+out3d",     0x008000FF           },
+        {"messages please", 0xFFF                },
+        {"wurn",            0                    },
+        {"+wurn",           kDefault             },
+        {"-",               kDefault             },
+        {"",                kDefault             },
+    };
+    for (const WordCase &c : cases) {
+        SCOPED_TRACE(c.words);
+        reset();
+        const int before = MSG_explicit();
+        MSG_options(c.words);
+        EXPECT_EQ(MSG_get_mask(), c.mask);
+        EXPECT_EQ(MSG_explicit(), before + 1);
+    }
+}
+
+TEST(Msg, ModesOfTheMaskYieldToTheUser)
+{
+    MSG_set_mask(10, kDefault);
+    if (MSG_explicit() == 0) {
+        MSG_set_mask(20, 0x40);
+        EXPECT_EQ(MSG_get_mask(), 0x7FU);
+        MSG_set_mask(21, 0x100);
+        EXPECT_EQ(MSG_get_mask(), 0x17FU);
+        MSG_set_mask(19, 0x1);
+        EXPECT_EQ(MSG_get_mask(), 0x17EU);
+    }
+    MSG_set_mask(0, 0x100);
+    EXPECT_EQ(MSG_get_mask(), 0x1FFU);
+    MSG_set_mask(20, 0);
+    EXPECT_EQ(MSG_get_mask(), 0x1FFU) << "a mode above 15 yields";
+    MSG_set_mask(9, 0xF);
+    EXPECT_EQ(MSG_get_mask(), 0x1F0U);
+    MSG_set_mask(3, 0);
+    EXPECT_EQ(MSG_get_mask(), 0x1F0U) << "no such mode";
+    MSG_set_mask(0, 0);
+    EXPECT_EQ(MSG_get_mask(), 0U);
+}
+
+TEST(Msg, TextGoesToItsStream)
+{
+    reset();
+    testing::internal::CaptureStdout();
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(MSG_out(kMsgPrint, "to out %d\n", 1), 1);
+    EXPECT_EQ(MSG_out(kMsgWarn, "to err %s\n", "two"), 1);
+    EXPECT_EQ(MSG_out(64, "single bit\n"), 1);
+    EXPECT_EQ(MSG_out(kMsgDebug, "unseen\n"), 0);
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "to out 1\n");
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "to err two\nsingle bit\n");
+}
+
+struct SinkCase {
+    const char *prefix;
+    int shown;
+    std::string log; ///< what the log holds; '#' stands for a time stamp
+};
+
+TEST(Msg, SinksTakeTheText)
+{
+    const std::vector<SinkCase> cases = {
+        {"fi=",  0, "old\nnew 7\n"     },
+        {"+fi=", 1, "old\nnew 7\n"     },
+        {"-fi=", 1, "new 7\n"          },
+        {"dfi=", 1, "old\nnew 7\n"     },
+        {"@fi=", 1, "old\n# -- new 7\n"},
+    };
+    const TempDir folder;
+    for (const SinkCase &c : cases) {
+        SCOPED_TRACE(c.prefix);
+        reset();
+        const std::string path = folder.write("made/run.log", "old\n");
+        MSG_options((c.prefix + path).c_str());
+        testing::internal::CaptureStdout();
+        EXPECT_EQ(MSG_out(kMsgPrint, "new %d\n", 7), c.shown);
+        EXPECT_EQ(testing::internal::GetCapturedStdout(), c.shown ? "new 7\n" : "");
+        MSG_options("+fi=/dev/null"); // closes the log, the terminal is back
+        std::string log = read_file(path);
+        if (c.prefix[0] == '@') {
+            const size_t from = 4;
+            EXPECT_EQ(log.substr(from + 9, 2), "  ");
+            EXPECT_EQ(log[from + 19], 'Z');
+            log.replace(from, 20, "#");
+        }
+        EXPECT_EQ(log, c.log);
+    }
+}
+
+TEST(Msg, LogThatCannotOpenLosesNothingOnTheTerminal)
+{
+    reset();
+    MSG_options("+fi=/proc/no/such/log");
+    testing::internal::CaptureStdout();
+    EXPECT_EQ(MSG_out(kMsgPrint, "still here\n"), 1);
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "still here\n");
+}
+
+TEST(Msg, WordsWithoutAValueAreHarmless)
+{
+    reset();
+    MSG_options("line,line=,line=-3,page,nopage");
+    EXPECT_EQ(MSG_get_mask(), kDefault);
+}
+
+TEST(Msg, BatchYieldsToTheUsersLevel)
+{
+    // in one process per test nothing has been asked for yet
+    if (MSG_explicit() == 0) {
+        MSG_set_mask(10, kDefault);
+        RES_convert(nullptr, nullptr, kResBatch);
+        EXPECT_EQ(MSG_get_mask(), 0xFFU);
+        EXPECT_EQ(PRM_is_batch(), 1);
+    }
+    MSG_options("mess");
+    EXPECT_EQ(MSG_get_mask(), 0xFFFU);
+    RES_convert(nullptr, nullptr, kResBatch);
+    EXPECT_EQ(MSG_get_mask(), 0xFFFU);
+    PRM_set(kPrmBatch, 0);
+}
+
+TEST(Msg, PagerCountsTheNewlinesOfTheFormat)
+{
+    const TempDir folder;
+    const std::string keys = folder.write("keys", "\n\n\n\n\n\n");
+    ASSERT_TRUE(std::freopen(keys.c_str(), "r", stdin));
+    reset();
+    MSG_options("warn,line=10,page");
+    testing::internal::CaptureStdout();
+    for (int i = 0; i < 10; ++i) {
+        MSG_out(kMsgPrint, "%s\n", "not\ncounted");
+    }
+    EXPECT_EQ(testing::internal::GetCapturedStdout().find("Press"), std::string::npos);
+    testing::internal::CaptureStdout();
+    MSG_out(kMsgPrint, "eleventh\n");
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "eleventh\nPress return to continue\n");
+    MSG_set_paging(1);
+}
+
+} // namespace

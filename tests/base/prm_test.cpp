@@ -1,0 +1,52 @@
+#include "base/convert.h"
+#include "base/missing.h"
+#include "base/prm.h"
+#include "base/res.h"
+
+namespace {
+
+TEST(Prm, SlotsHoldNumbersInsideTheTable)
+{
+    PRM_clear(kMissingInt);
+    EXPECT_EQ(PRM_get(kPrmPlotType), kMissingInt);
+    EXPECT_EQ(PRM_is_batch(), 0);
+    EXPECT_EQ(PRM_set(29, 5), 0);
+    EXPECT_EQ(PRM_get(29), 5);
+    for (const int slot : {-1, 30, 1000}) {
+        EXPECT_EQ(PRM_set(slot, 1), -1);
+        EXPECT_EQ(PRM_get(slot), 0);
+    }
+}
+
+struct DrawCase {
+    const char *value;
+    std::vector<int> slots;
+};
+
+TEST(Prm, DrawListTurnsComponentsOnAndOff)
+{
+    // text, six texts, data, map, grid, sum, border, all
+    const std::vector<DrawCase> cases = {
+        {"none",           {0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0} },
+        {"all",            {6, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 17}},
+        {"map",            {0, 0, 0, 0, 0, 0, 0, 0, 1, 0, 0, 0, 1} },
+        {"MAP,data",       {0, 0, 0, 0, 0, 0, 0, 1, 1, 0, 0, 0, 2} },
+        {"-text",          {0, 0, 0, 0, 0, 0, 0, 1, 1, 1, 1, 0, 4} },
+        {"text",           {6, 1, 1, 1, 1, 1, 1, 0, 0, 0, 0, 1, 13}},
+        {"-text,+text_ur", {1, 0, 0, 1, 0, 0, 0, 1, 1, 1, 1, 0, 6} },
+        {"-sum,none,+all", {6, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 17}},
+        {"-nothing",       {6, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 17}},
+    };
+    for (const DrawCase &c : cases) {
+        SCOPED_TRACE(c.value);
+        PRM_set_draw(kDrawAll, 1);
+        EXPECT_EQ(RES_convert(c.value, nullptr, kResDraw), 1);
+        std::vector<int> slots;
+        for (int i = 0; i < kDrawSlots; ++i) {
+            slots.push_back(PRM_get_draw(i));
+        }
+        EXPECT_EQ(slots, c.slots);
+    }
+}
+
+} // namespace
