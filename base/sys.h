@@ -1,5 +1,9 @@
 #pragma once
 
+// <memory> and <string> may bring in this header, whose macro of the same name would hide SYS_exit
+#include <sys/syscall.h>
+#undef SYS_exit
+
 // The process: its end, its way into the background, its timer.
 
 /// Exit codes.
