@@ -146,13 +146,14 @@ LabelMode VAR_label_mode()
 char *VAR_str(char *out, int number, const char *units)
 {
     const int n = number == kMissingInt ? 0 : number % 1000;
-    std::string text = "v" + std::to_string(n);
+    std::string text("v");
+    text += std::to_string(n);
     if (const CatalogueEntry *entry = VAR_find_number(n))
         text = state.mode < kLabelNormal ? entry->abbreviation : entry->description;
     else
         MSG_out(kTrace, "VAR_str: no var: %d\n", n);
     if (units != nullptr && *units != '\0')
-        text += " (" + std::string(units) + ")";
+        text.append(" (").append(units).append(")");
     STR_copy(out, kVarTextSize, text);
     return out;
 }

@@ -221,7 +221,7 @@ char *VAR_record_label(const VarRec *record, char *out)
     std::array<char, kVarTextSize> name{};
     label += VAR_str(name.data(), record->var_number, record->units);
     if (record->format[0] != '\0' && VAR_label_mode() > kLabelNormal)
-        label += std::string(" - ") + record->format;
+        label.append(" - ").append(record->format);
     STR_copy(out, kVarLabelSize, label);
     return out;
 }
