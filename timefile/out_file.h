@@ -20,5 +20,5 @@ enum FileKind {
 };
 
 /// The kind of a file, -1 if it can't be read or has no known magic. A name that doesn't open is
-/// tried again cut at its first `-`.
+/// tried again cut at its first `-`. Standard input is not looked at.
 int FILE_type(const char *name);

@@ -33,7 +33,7 @@ TEST(Scan, ReadsIntegers)
         {"blank needs one",           "7",                    " %d",     0, -1,         0 },
         {"discarded",                 "12 34",                "%*d %d",  2, 34,         5 },
         {"missing marker",            "M 1",                  "%!M!d",   1, -9999,      1 },
-        {"marker of two",             "//x",                  "%!//!2d", 1, -9999,      2 },
+        {"marker of two",             "//x",                  "%2!//!d", 1, -9999,      2 },
         {"neither",                   "x",                    "%!M!d",   0, -1,         0 },
         {"characters so far",         "abc",                  "ab%n",    1, 2,          2 },
         {"too long for an int",       "99999999999999999999", "%d",      1, 2147483647, 20},

@@ -1,0 +1,207 @@
+#include <cstdlib>
+
+#include "base/convert.h"
+#include "base/missing.h"
+#include "base/msg.h"
+#include "base/prm.h"
+#include "base/res.h"
+#include "base/str.h"
+#include "timefile/date.h"
+
+namespace {
+
+TEST(Res, KeepsPlaceAndTellsNoneFromEmpty)
+{
+    EXPECT_EQ(RES_get("res_a"), nullptr);
+    RES_set(3, "res_a", "1", kResInt);
+    RES_set(4, "res_b", nullptr, kResFlag);
+    RES_put("res_a", "2");
+    EXPECT_STREQ(RES_get("res_a"), "2");
+    EXPECT_STREQ(RES_get("res_b"), "");
+    EXPECT_EQ(RES_get("RES_A"), nullptr) << "names are exact";
+    RES_put("res_a", RES_get("res_a"));
+    EXPECT_STREQ(RES_get("res_a"), "2") << "a value may be stored over itself";
+    MSG_set_mask(10, 0xFFFFF);
+    testing::internal::CaptureStdout();
+    RES_print_all();
+    const std::string all = testing::internal::GetCapturedStdout();
+    EXPECT_NE(all.find("res_a: 2\nres_b:\n"), std::string::npos) << all;
+}
+
+TEST(Res, ListsSplitByTheirType)
+{
+    RES_put("res_list", "a b,c");
+    EXPECT_EQ(RES_list("res_list"), (std::vector<std::string>{"a b", "c"}));
+    RES_append(5, "res_words", "a,b", kResList);
+    RES_append(9, "res_words", "c", kResText);
+    EXPECT_EQ(RES_list("res_words"), (std::vector<std::string>{"a,b", "c"}));
+    int count = 5;
+    char **array = nullptr;
+    EXPECT_EQ(RES_get_list("res_words", &count, &array), 2);
+    EXPECT_STREQ(array[1], "c");
+    STR_free_list(count, array);
+    EXPECT_EQ(RES_get_list("res_absent", &count, &array), 0);
+    EXPECT_EQ(count, 0);
+    EXPECT_EQ(array, nullptr);
+}
+
+TEST(Res, ProgramNameIsTheBaseName)
+{
+    char name[kProgramNameRoom];
+    RES_set_program("/usr/local/bin/prf");
+    EXPECT_STREQ(RES_program_name(name), "prf");
+    RES_set_program(std::string(4000, 'p').c_str());
+    EXPECT_EQ(std::string(RES_program_name(name)), std::string(31, 'p'));
+    char *copy = RES_program_name(nullptr);
+    EXPECT_STREQ(copy, name);
+    std::free(copy);
+}
+
+struct IntCase {
+    int type;
+    const char *value;
+    int result; ///< from 77 before
+    int returned;
+};
+
+TEST(Convert, ReadsNumbersAndFlags)
+{
+    const std::vector<IntCase> cases = {
+        {kResFlag,     nullptr,                1,          1},
+        {kResFlag,     "Yes",                  1,          1},
+        {kResFlag,     "OFF",                  0,          1},
+        {kResFlag,     "maybe",                77,         1},
+        {kResInt,      "-12",                  -12,        1},
+        {kResInt,      "+5",                   5,          1},
+        {kResInt,      "0xff",                 255,        1},
+        {kResInt,      "0XFFFFFFFF",           -1,         1},
+        {kResInt,      "x",                    77,         1},
+        {kResInt,      "",                     77,         1},
+        {kResInt,      nullptr,                77,         0},
+        {kResInt,      "99999999999999999999", 2147483647, 1},
+        {kResNameConv, "x",                    77,         0},
+        {99,           "1",                    77,         0},
+    };
+    for (const IntCase &c : cases) {
+        SCOPED_TRACE(c.value ? c.value : "(null)");
+        int result = 77;
+        EXPECT_EQ(RES_convert(c.value, &result, c.type), c.returned);
+        EXPECT_EQ(result, c.result);
+        EXPECT_EQ(RES_convert(c.value, nullptr, c.type), 0);
+    }
+    short small = 7;
+    RES_convert("-3", &small, kResShort);
+    EXPECT_EQ(small, 7);
+    RES_convert("99999", &small, kResShort);
+    EXPECT_EQ(small, 32767);
+    long large = 7;
+    RES_convert("5000000000", &large, kResLong);
+    EXPECT_EQ(large, 5000000000L);
+    RES_convert("5000000000", &large, kResLongByInt);
+    EXPECT_EQ(large, 2147483647L);
+    float real = 7.0F;
+    RES_convert("1.5e2km", &real, kResReal);
+    EXPECT_FLOAT_EQ(real, 150.0F);
+}
+
+TEST(Convert, HandsOutTexts)
+{
+    const char *text = nullptr;
+    const std::string value = "p,sz=a4,eps";
+    EXPECT_EQ(RES_convert(value.c_str(), &text, kResText), 1);
+    EXPECT_EQ(text, value.c_str());
+    EXPECT_EQ(RES_convert(value.c_str(), &text, kResDevice), 1);
+    EXPECT_STREQ(text, "sz=a4,eps");
+    EXPECT_EQ(PRM_get(kPrmDevice), 4);
+    char copy[kTextCopyRoom];
+    RES_convert(std::string(4000, 'x').c_str(), copy, kResTextCopy);
+    EXPECT_EQ(std::string(copy).size(), kTextCopyRoom - 1);
+    for (const auto &[given, made] : std::vector<std::pair<const char *, const char *>>{
+             {"/a",   "/a/"},
+             {"/a/",  "/a/"},
+             {"NONE", ""   },
+             {"",     ""   }
+    }) {
+        char *path = nullptr;
+        RES_convert(given, &path, kResPath);
+        EXPECT_STREQ(path, made);
+        std::free(path);
+    }
+}
+
+TEST(Convert, KnowsDevicesPlotTypesAndFileParameters)
+{
+    struct Case {
+        int type;
+        const char *value;
+        int slot;
+        int result;
+    };
+    const std::vector<Case> cases = {
+        {kResDevice,    "Ps",     kPrmDevice,    4    },
+        {kResDevice,    "q,x",    kPrmDevice,    5    },
+        {kResDevice,    "H",      kPrmDevice,    5    },
+        {kResDevice,    "m",      kPrmDevice,    3    },
+        {kResDevice,    "w",      kPrmDevice,    6    },
+        {kResDevice,    "",       kPrmDevice,    1    },
+        {kResDevice,    "d",      kPrmDevice,    1    },
+        {kResPlotType,  "RAW",    kPrmPlotType,  0    },
+        {kResPlotType,  "stream", kPrmPlotType,  23   },
+        {kResPlotType,  "hodo",   kPrmPlotType,  69   },
+        {kResPlotType,  "none",   kPrmPlotType,  99   },
+        {kResPlotType,  "what",   kPrmPlotType,  -9999},
+        {kResFileParam, "reuse",  kPrmFileParam, 3    },
+        {kResFileParam, "Calc",   kPrmFileParam, 1    },
+        {kResFileParam, "app",    kPrmFileParam, 2    },
+        {kResFileParam, "other",  kPrmFileParam, -9999},
+    };
+    for (const Case &c : cases) {
+        SCOPED_TRACE(c.value);
+        PRM_clear(kMissingInt);
+        EXPECT_EQ(RES_convert(c.value, nullptr, c.type), 1);
+        EXPECT_EQ(PRM_get(c.slot), c.result);
+    }
+}
+
+struct HourCase {
+    const char *value;
+    int year, month, day, hour, minute;
+};
+
+TEST(Convert, ReadsHours)
+{
+    constexpr int kNone = kMissingInt;
+    const std::vector<HourCase> cases = {
+        {"#199903061230", 1999,  3,     6,     12,    30   },
+        {"#199903",       1999,  3,     kNone, kNone, kNone},
+        {"030612",        kNone, 3,     6,     12,    kNone},
+        {"0612",          kNone, kNone, 6,     12,    kNone},
+        {"612",           kNone, kNone, 6,     12,    kNone},
+        {"6d12:30",       kNone, kNone, 6,     12,    30   },
+        {":30",           kNone, kNone, kNone, kNone, 30   },
+        {"-:30",          kNone, kNone, kNone, kNone, -30  },
+        {"12",            kNone, kNone, kNone, 12,    kNone},
+        {"12:30",         kNone, kNone, kNone, 12,    30   },
+        {"-3",            kNone, kNone, kNone, -3,    kNone},
+        {"-306",          kNone, kNone, kNone, -306,  kNone},
+        {"-0:30",         kNone, kNone, kNone, kNone, -30  },
+        {"-0",            kNone, kNone, kNone, kNone, kNone},
+        {"0",             kNone, kNone, kNone, 0,     kNone},
+        {"noon",          kNone, kNone, kNone, kNone, kNone},
+        {"",              kNone, kNone, kNone, kNone, kNone},
+    };
+    for (const HourCase &c : cases) {
+        SCOPED_TRACE(c.value);
+        EXPECT_EQ(RES_convert(c.value, nullptr, kResHour), 1);
+        DateRec d;
+        TIME_get_hour(&d);
+        EXPECT_EQ(d.year, c.year);
+        EXPECT_EQ(d.month, c.month);
+        EXPECT_EQ(d.day, c.day);
+        EXPECT_EQ(d.hour, c.hour);
+        EXPECT_EQ(d.minute, c.minute);
+    }
+    TIME_clear_hour();
+}
+
+} // namespace
