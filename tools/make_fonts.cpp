@@ -12,7 +12,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
-#include <iterator>
 #include <string>
 #include <vector>
 
@@ -46,7 +45,9 @@ constexpr int kUnit = 5;            // font units in one Hershey unit: capitals 
 constexpr int kMaxX = 125;          // greatest x that a move can hold: 253 - 128
 constexpr int kMaxY = 253;
 constexpr int kFirstCode = 32;
-constexpr int kDelete = 127; // holds the degree sign
+constexpr int kDelete = 127; // a block in some fonts; here the degree sign in all
+constexpr std::size_t kNumGlyphs = 96;
+constexpr const char *kDegreeFont = "rowmans";
 constexpr int kDegree = 176; // where other character sets have it
 
 struct Point {
@@ -119,10 +120,12 @@ std::string label_of(int code)
 }
 
 /// Writes one font, one character a line, each with its label behind its end.
-bool write_font(const std::string &path, const std::vector<Glyph> &glyphs)
+bool write_font(const std::string &path, std::vector<Glyph> glyphs, const Glyph &degree)
 {
     std::array<int, 256> offset;
     offset.fill(-1);
+    glyphs.resize(kDelete - kFirstCode);
+    glyphs.push_back(degree);
     int lowest = 0;
     for (const Glyph &glyph : glyphs) {
         for (const Point &p : glyph) {
@@ -133,7 +136,7 @@ bool write_font(const std::string &path, const std::vector<Glyph> &glyphs)
     file << "0 start";
     int place = 1;
     std::string end;
-    for (std::size_t i = 0; i < glyphs.size() && kFirstCode + i <= kDelete; i++) {
+    for (std::size_t i = 0; i < glyphs.size(); i++) {
         const int code = kFirstCode + static_cast<int>(i);
         const Glyph glyph = to_grid(glyphs[i], lowest);
         if (glyph.empty()) {
@@ -161,11 +164,16 @@ int main(int argc, char **argv)
 {
     const std::string from = argc > 1 ? argv[1] : "/usr/share/hershey-fonts";
     const std::string to = argc > 2 ? argv[2] : "data";
+    const std::vector<Glyph> roman = read_glyphs(from + "/" + kDegreeFont + ".jhf");
+    if (roman.size() < kNumGlyphs) {
+        std::fprintf(stderr, "make_fonts: can't read %s.jhf in %s\n", kDegreeFont, from.c_str());
+        return 1;
+    }
     std::ofstream list(to + "/tyr.fnl");
     for (const Source &source : kSources) {
         const std::vector<Glyph> glyphs = read_glyphs(from + "/" + source.file + ".jhf");
         const std::string name = std::string(source.id) + ".fnt";
-        if (glyphs.size() < 95 || !write_font(to + "/" + name, glyphs)) {
+        if (glyphs.size() < kNumGlyphs || !write_font(to + "/" + name, glyphs, roman.back())) {
             std::fprintf(stderr, "make_fonts: can't make %s from %s.jhf\n", name.c_str(),
                          source.file);
             return 1;
