@@ -3,6 +3,7 @@
 #include <array>
 #include <cstddef>
 #include <string>
+#include <vector>
 
 inline constexpr int kMaxCatalogue = 750;           ///< entries
 inline constexpr std::size_t kVarTextSize = 80;     ///< room for VAR_str: description and units
@@ -26,7 +27,10 @@ enum LabelMode : int {
 /// Loads the catalogue "variable.lup", found by `file_path`, anew. Returns 1, or 0 after a message.
 int VAR_read_varfile();
 
-/// Entry with this first number; null if there is none. Loads the catalogue if needed.
+/// All entries, in the file's order. Loads the catalogue if needed.
+const std::vector<CatalogueEntry> &VAR_catalogue();
+
+/// Entry with this first number; null if there is none.
 const CatalogueEntry *VAR_find_number(int number);
 /// Entry with this abbreviation, case ignored, a '+' in front passed over; null if there is none.
 const CatalogueEntry *VAR_find_abbr(const char *abbreviation);

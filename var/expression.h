@@ -5,7 +5,7 @@
 #include "var/variable.h"
 
 inline constexpr std::size_t kMaxVarToken = 512; ///< bytes of a token or of a bracket's inside
-inline constexpr int kMaxVarDepth = 40;          ///< nested brackets and definitions together
+inline constexpr int kMaxVarDefinitions = 200;   ///< definitions that one expression may use
 
 /// Parses a variable expression into the variable list, from a fresh start.
 ///
@@ -14,7 +14,8 @@ inline constexpr int kMaxVarDepth = 40;          ///< nested brackets and defini
 /// such a list as the head of `(...)` a function, `{...}` a group, `<...>` a vector; each may be
 /// followed by `[units:type:format]`. A backslash takes the meaning from the bracket or comma
 /// behind it. A name that the variable file defines stands for its definition, unless '+' is in
-/// front of it.
+/// front of it. Fields that stand behind such a name go to the first record of the definition; an
+/// empty unit there leaves the definition's.
 ///
 /// @param file  variable file to open first; null or empty: the one that is open stays. A text
 ///              that begins with "fi:file:" names one too

@@ -49,8 +49,8 @@ int MET_sound_interp(const SoundLevel *sound, int count, int kind, const float *
 int MET_sound_at(const SoundLevel *sound, int count, int kind, SoundLevel *out, float value);
 
 /// Pressure where the temperature of a sounding goes through 0 degrees Celsius. Missing for an
-/// empty sounding, one whose first pressure is below 500 hPa, or no crossing; -1 if the first
-/// level, below 500 hPa in height, is colder.
+/// empty sounding, one whose first pressure is below 500 hPa, or no crossing; -1 if it begins
+/// colder than that at more than 500 hPa.
 float MET_freezing_level(const SoundLevel *sound, int count);
 
 /// Codes of MET_print_level that show a word in place of a level's number.

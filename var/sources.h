@@ -10,6 +10,6 @@ inline constexpr std::size_t kModelTextSize = 81;  ///< room for VAR_model
 char *VAR_source(char *out, int code);
 
 /// Name of a model, from "mod_name.lup": a code above 1000 is center * 1000 + model. A line
-/// without a center fits all centers, and a code without a center fits all lines of the model.
+/// without a center fits all centers; a code of 1000 and below has the center 0.
 /// @param[out] out  kModelTextSize bytes, empty if there is no such line. Returns out
 char *VAR_model(char *out, int code);

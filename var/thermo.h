@@ -77,7 +77,8 @@ float MET_lcl_pressure(float t, float td, float p);
 float MET_std_height(float p);
 
 /// Pressure at a height z above p, in the standard lapse of 6.5 K/km. Missing for p at or below 0
-/// or z Missing; 0 above the lapse's end.
+/// or z Missing, or above
+/// the lapse's end at 44 km.
 float MET_press_at_height(float p, float z);
 
 /// Interpolation of x1 at p1 and x2 at p2 to p, linear in the logarithm of pressure. Both x

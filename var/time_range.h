@@ -17,7 +17,7 @@ inline constexpr int kRangeUnit = 1000000; ///< weight of the code in a time
 
 /// Parses the text of a forecast time: "12", "2d", "e1", "h12-6avg", "time-6", "anal", ...
 ///
-/// @param[out] time  hours, or a range as above
+/// @param[in,out] time  hours, or a range as above; left as it stands by a text that is no time
 /// @return 2 for a time that the text gave, 1 for one made relative to the default, 0 if the text
-///         is no time (time is then 0); for an empty text inside a parse the class of its base
+///         is no time; for an empty text inside a parse the class of its base
 int VAR_time(const char *text, int *time);

@@ -8,7 +8,7 @@
 ///
 /// @return value * input scale * scale + offset, divided by the output scale; Missing for Missing;
 ///         0 if the file can't be opened. A pair that the file hasn't got converts by the numbers
-///         in front alone
+///         in front alone. Missing where the result is no finite number
 float UNIT_convert(const char *from, const char *to, float value);
 
 /// Forgets the pair that is kept, so that the next call reads the file again.

@@ -8,7 +8,7 @@ inline constexpr std::size_t kMaxVarDefinition = 512; ///< room that VAR_lookup'
 /// One entry of the variable file, its continuation lines joined.
 struct VarFileEntry {
     std::string abbreviation; ///< up to 8 characters
-    std::string title;        ///< up to 30 characters, '_' for a blank
+    std::string title;        ///< menu text, its '_' turned into blanks
     std::string condition;
     std::string definition; ///< without blanks; may be empty
 };
@@ -26,6 +26,9 @@ bool VAR_file_rewind();
 /// The next entry of the variable file; false at its end, or if none is open. Empty lines, lines
 /// that begin with '#' and lines with fewer than three fields are passed over.
 bool VAR_file_next(VarFileEntry *entry);
+
+/// Sets the texts that conditions are matched against; null for none.
+void VAR_set_condition_texts(const char *model, const char *level, const char *time);
 
 /// 1 if a condition holds: "1", or alternatives with ',' between them, of tests `mo=`, `le=`,
 /// `ft=` with '&' between them, matched against the current model, level and time text. All

@@ -53,7 +53,7 @@ VarRec *VAR_get_list();
 VarRec *VAR_get(int i);
 
 /// 1 if record i is drawn at points: its type is at or below 9 but none of map, frame, panel, or
-/// is above 23. 0 for a record outside the list and for one whose role is that of a word.
+/// is above 23. 0 outside the list.
 int VAR_is_point(int i);
 /// Tests of the type of record i: 1 or 0; 0 outside the list.
 int VAR_is_map(int i);
@@ -63,13 +63,13 @@ int VAR_is_grid(int i);   ///< type 10 to 17
 int VAR_is_vector(int i); ///< type 20 to 23
 /// Tests of the last digit of the role of record i, 1 or 0; 0 outside the list.
 int VAR_is_plain(int i);       ///< 0
-int VAR_is_group_first(int i); ///< 1: plain, one group deep
+int VAR_is_in_group(int i);    ///< 1: plain, one group deep
 int VAR_is_function(int i);    ///< 2
-int VAR_is_group_third(int i); ///< 3: plain, three groups deep
+int VAR_is_in_group_3(int i);  ///< 3: plain, three groups deep
 int VAR_is_group(int i);       ///< 5: head of a group
 int VAR_is_vector_head(int i); ///< 6: head of a vector
 int VAR_is_second(int i);      ///< 8: second record of a vector function
-int VAR_is_role_nine(int i);   ///< 9
+int VAR_is_role_9(int i);      ///< 9: plain, nine groups deep
 
 /// Prints a record in one line at the levels of the mask: name, units, time, level kind and value,
 /// number, type, role and format.

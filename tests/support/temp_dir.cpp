@@ -1,9 +1,10 @@
 #include "support/temp_dir.h"
 
+#include <array>
+#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <stdexcept>
 
 TempDir::TempDir()
@@ -31,6 +32,13 @@ std::string TempDir::write(const std::string &name, const std::string &bytes) co
 
 std::string read_file(const std::string &path)
 {
-    std::ifstream in(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), {}};
+    std::string bytes;
+    if (std::FILE *file = std::fopen(path.c_str(), "rb")) {
+        std::array<char, 65536> block;
+        for (size_t n = 0; (n = std::fread(block.data(), 1, block.size(), file)) > 0;) {
+            bytes.append(block.data(), n);
+        }
+        std::fclose(file);
+    }
+    return bytes;
 }

@@ -1,0 +1,11 @@
+modern modern.fnt
+simplex simplex.fnt
+bold bold.fnt
+duplex duplex.fnt
+triplex triplex.fnt
+roman roman.fnt
+italic italic.fnt
+script script.fnt
+greek greek.fnt
+cyrillic cyrillic.fnt
+gothic gothic.fnt

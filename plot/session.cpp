@@ -1,0 +1,78 @@
+#include "plot/session.h"
+
+#include <array>
+
+#include "base/prm.h"
+#include "base/sys.h"
+#include "gks/gks.h"
+#include "gks/session.h"
+#include "plot/area.h"
+#include "plot/labels.h"
+#include "plot/params.h"
+
+namespace {
+
+constexpr int kPlotTypeNone = 99;
+
+struct State {
+    int ws = 0;
+    int device = 0;
+};
+
+State state;
+
+bool plot_wanted()
+{
+    return PRM_get_draw(kDrawAll) != 0 && PRM_get(kPrmPlotType) != kPlotTypeNone;
+}
+
+using Opener = void (*)(int *ws, int *device, float *margins, float aspect);
+
+int open_plot(Opener open, float aspect)
+{
+    if (!plot_wanted()) {
+        return -1;
+    }
+    std::array<float, 4> area;
+    PLT_get_margins(area.data());
+    open(&state.ws, &state.device, area.data(), aspect);
+    PLT_set_viewport(area.data());
+    return 0;
+}
+
+} // namespace
+
+int PLT_begin(float aspect)
+{
+    PLT_read_params();
+    return open_plot(GPH_open, aspect);
+}
+
+int PLT_restart(float aspect)
+{
+    const int mode = PLT_get_label_mode();
+    PLT_set_label_mode(mode < 0 ? kLabelsSimple : mode > 0 ? kLabelsComplete : kLabelsNormal);
+    return open_plot(GPH_setup, aspect);
+}
+
+int PLT_end()
+{
+    if (PRM_is_batch() != 0 && SYS_detach() == 0) {
+        SYS_exit(kExitNoDetach);
+    }
+    if (ginq_open() == 0 || !plot_wanted()) {
+        return -1;
+    }
+    gsel_norm_tran(2);
+    GPH_hold();
+    gclear_ws(state.ws, 1);
+    const int result = GPH_end(state.ws);
+    PLT_clear_labels();
+    return result;
+}
+
+void PLT_abort(int code)
+{
+    GPH_end(state.ws);
+    SYS_exit(code);
+}

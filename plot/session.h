@@ -1,0 +1,18 @@
+#pragma once
+
+/// The plot session: the thin layer over the kernel's that a program draws through.
+
+/// Opens a plot: reads `plot_param`, opens the device with a plot area of the wished shape.
+/// @param aspect  width over height of the picture; 0 for that of the view surface
+/// @return 0; -1 if no plot is wanted, with nothing opened
+int PLT_begin(float aspect);
+
+/// The same for a further plot on the open workstation.
+int PLT_restart(float aspect);
+
+/// Ends a plot: detaches in batch mode, shows the picture, closes all. @return 0; -1 when there was
+/// no plot
+int PLT_end();
+
+/// Closes the graphics and ends the process.
+[[noreturn]] void PLT_abort(int code);
