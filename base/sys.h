@@ -1,6 +1,7 @@
 #pragma once
 
-// <memory> and <string> may bring in this header, whose macro of the same name would hide SYS_exit
+// The system's own list of call numbers has a macro of the name SYS_exit, and standard headers pull
+// it in: it is read here first and put away.
 #include <sys/syscall.h>
 #undef SYS_exit
 
