@@ -42,16 +42,6 @@ std::string parse(const std::string &input)
     return out;
 }
 
-void set_hour(int hour, int minute = kNone, int day = kNone, int month = kNone)
-{
-    DateRec user;
-    user.month = month;
-    user.day = day;
-    user.hour = hour;
-    user.minute = minute;
-    TIME_set_hour(&user);
-}
-
 struct ComposeCase {
     const char *text;
     DateRec user;
