@@ -3,8 +3,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "device/output.h"
 #include "base/res.h"
+#include "device/output.h"
 #include "gks/gks.h"
 #include "support/run.h"
 #include "support/scoped_env.h"
