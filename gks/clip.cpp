@@ -1,6 +1,7 @@
 #include "gks/clip.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstddef>
 
 #include "device/hpgl.h"
@@ -44,8 +45,8 @@ void clip_apply()
 void gclip_rect(short out[4])
 {
     const TranRect &v = kernel().tran.cur_viewport;
-    const auto x = static_cast<short>(gndc_to_dc_x(v.xmin) + 0.5F);
-    const auto y = static_cast<short>(gndc_to_dc_y(v.ymax) + 0.5F);
+    const auto x = static_cast<short>(std::trunc(gndc_to_dc_x(v.xmin) + 0.5F));
+    const auto y = static_cast<short>(std::trunc(gndc_to_dc_y(v.ymax) + 0.5F));
     // width and height are unsigned 16-bit numbers to X11; within a short for any real screen
     const float width = gndc_to_dc_x(v.xmax) - static_cast<float>(x) + 1.5F;
     const float height = gndc_to_dc_y(v.ymin) - static_cast<float>(y) + 1.5F;

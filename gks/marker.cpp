@@ -119,13 +119,13 @@ Shape shape_of(int type)
 
 /// One stroke in device coordinates. A single point is a dot as long as it is wide: paper shows no
 /// line without length.
-void draw_stroke(int n, const float *points)
+void draw_stroke(std::size_t n, const float *points)
 {
     switch (kernel().ws.device) {
     case kDevicePostScript:
         gps_printf("np\n");
         gps_move_dc(points[0], points[1]);
-        for (std::ptrdiff_t i = 1; i < n; i++) {
+        for (std::size_t i = 1; i < n; i++) {
             gps_draw_dc(points[2 * i], points[2 * i + 1]);
         }
         if (n == 1) {
@@ -135,7 +135,7 @@ void draw_stroke(int n, const float *points)
         break;
     case kDeviceHpgl:
         ghp_move_dc(points[0], points[1]);
-        for (std::ptrdiff_t i = 1; i < n; i++) {
+        for (std::size_t i = 1; i < n; i++) {
             ghp_draw_dc(points[2 * i], points[2 * i + 1]);
         }
         if (n == 1) {
@@ -155,7 +155,7 @@ void draw_marker(float x, float y, float size)
     const Shape shape = shape_of(kernel().marker.type);
     const float scale = shape.scaled ? half : 1.0F;
     std::array<float, 2 * kMaxShape> stroke{};
-    int n = 0;
+    std::size_t n = 0;
     for (const ShapePoint &p : shape.points) {
         if (p.begins && n > 0) {
             draw_stroke(n, stroke.data());

@@ -3,6 +3,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "base/res.h"
 #include "device/output.h"
 #include "gks/gks.h"
 #include "support/run.h"
@@ -80,6 +81,7 @@ std::string failure_of(const std::string &target, int device, int lines, int *re
 {
     testing::internal::CaptureStderr();
     testing::internal::CaptureStdout();
+    RES_put("file_path", TYR_SOURCE_DIR "/data");
     gopen_gks(nullptr, 0);
     *result = gopen_ws(1, target.c_str(), device);
     if (*result == 0) {

@@ -219,16 +219,16 @@ TEST(Colour, RepresentationIsKeptByIndex)
 TEST(Colour, NewColoursFillTheTableAndNoMore)
 {
     const KernelPlot plot(kDevicePostScript);
-    gset_color(10, 0.5F, 0.5F, 0.5F);
-    EXPECT_EQ(gset_color(-1, 0.1F, 0.2F, 0.3F), 1);
-    EXPECT_EQ(gcolor_same(11, 0, 0.1F, 0.2F, 0.3F), 1);
+    gset_color(200, 0.5F, 0.5F, 0.5F);
+    EXPECT_EQ(gset_color(-1, 0.123F, 0.456F, 0.789F), 1);
+    EXPECT_EQ(gcolor_same(201, 0, 0.123F, 0.456F, 0.789F), 1);
     int added = 0;
     for (int i = 0; i < 400; i++) {
         const auto row = static_cast<float>(i / 20);
         const auto column = static_cast<float>(i % 20);
-        added += gset_color(-1, row / 20.0F, 1.0F, column / 20.0F) == 1 ? 1 : 0;
+        added += gset_color(-1, row / 21.0F, 0.913F, column / 21.0F) == 1 ? 1 : 0;
     }
-    EXPECT_EQ(added, 244); // 12 to 255
+    EXPECT_EQ(added, 54); // 202 to 255
     float red = 0;
     float green = 0;
     float blue = 0;
