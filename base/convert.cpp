@@ -310,3 +310,9 @@ int RES_convert(const char *value, void *destination, int type)
     }
     return destination ? fill(value, destination, type) : 0;
 }
+
+int RES_get_value(const char *name, void *destination, int type)
+{
+    const char *value = RES_get(name);
+    return value && destination ? RES_convert(value, destination, type) : 0;
+}

@@ -58,8 +58,6 @@ const char *RES_get(const char *name);
 int RES_get_list(const char *name, int *count, char ***array);
 /// The same as strings.
 std::vector<std::string> RES_list(const char *name);
-/// Converts the value by a type code (see RES_convert); 0 if not stored or without a destination.
-int RES_get_value(const char *name, void *destination, int type);
 /// Prints each resource at mask 8.
 void RES_print_all();
 /// The resources in order of first storage.

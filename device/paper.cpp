@@ -147,7 +147,7 @@ void apply_geometry(const std::string &geometry, const GeometryForm &form)
 
 std::string geometry_text(const std::vector<const char *> &variables)
 {
-    if (const char *text = RES_get("geometry")) {
+    if (const char *text = RES_get("geometry"); text != nullptr && text[0] != '\0') {
         return text;
     }
     for (const char *variable : variables) {

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "base/ask.h"
+#include "base/convert.h"
 #include "base/msg.h"
 #include "base/prm.h"
 #include "base/res.h"

@@ -163,9 +163,8 @@ Variable read_variable(HeaderCursor &in, const Widths &w, const std::vector<int6
     return var;
 }
 
-ClassicExtent extent_of(const std::vector<Variable> &vars, int64_t file_size)
+void measure(const std::vector<Variable> &vars, int64_t file_size, ClassicExtent &extent)
 {
-    ClassicExtent extent;
     extent.fixed_part = true;
     int64_t record_bytes = 0;
     int64_t record_end = 0;
@@ -186,17 +185,18 @@ ClassicExtent extent_of(const std::vector<Variable> &vars, int64_t file_size)
     if (record_bytes > 0 && record_end <= file_size) {
         extent.whole_records = 1 + (file_size - record_end) / record_bytes;
     }
-    return extent;
 }
 
 } // namespace
 
-std::optional<ClassicExtent> classic_extent(const char *name)
+ClassicExtent classic_extent(const char *name)
 {
     constexpr int64_t kMagic = 'C' << 16 | 'D' << 8 | 'F';
     HeaderCursor in(name);
-    if (!in.ok() || in.number(3) != kMagic) {
-        return std::nullopt;
+    ClassicExtent extent;
+    extent.is_classic = in.ok() && in.number(3) == kMagic;
+    if (!extent.is_classic) {
+        return extent;
     }
     Widths w;
     const int64_t version = in.number(1);
@@ -213,8 +213,9 @@ std::optional<ClassicExtent> classic_extent(const char *name)
     for (int64_t n = list_length(in, w, kVariableTag); n > 0 && in.ok(); --n) {
         vars.push_back(read_variable(in, w, dimensions));
     }
-    if (!in.ok()) {
-        return std::nullopt;
+    extent.is_whole = in.ok();
+    if (extent.is_whole) {
+        measure(vars, in.size(), extent);
     }
-    return extent_of(vars, in.size());
+    return extent;
 }

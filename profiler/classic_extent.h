@@ -1,17 +1,18 @@
 #pragma once
 
 #include <cstdint>
-#include <optional>
 
 /// How much of a netCDF classic file is really there. The library reads what lies beyond the end
 /// of a file as zeros, and a wind of zero is a calm: so a file that was cut in transfer has to be
 /// told from its header.
 struct ClassicExtent {
+    bool is_classic = false;   ///< the file begins with the magic
+    bool is_whole = false;     ///< the header can be read to its end
     int64_t whole_records = 0; ///< records that lie in the file from end to end
     bool fixed_part = false;   ///< all variables without the record dimension are there
 };
 
 /// Reads the header of a classic file (formats 1, 2 and 5).
 /// Source of the layout: Unidata, NetCDF User's Guide, appendix on file formats.
-/// @return nothing when the header itself isn't whole
-std::optional<ClassicExtent> classic_extent(const char *name);
+/// It is stricter than the library, which may chew on a damaged header for minutes.
+ClassicExtent classic_extent(const char *name);

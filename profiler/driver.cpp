@@ -190,6 +190,9 @@ void plot_section(const DomainRec &domain, const Styles &styles)
             MSG_out(kWarn, "%s not found\n", station.c_str());
             continue;
         }
+        if (state.setup.date.hour == kMissingInt) {
+            state.setup.date = PRF_file_info().date; // the name tells no hour
+        }
         plot_column(record, x, styles);
         plot_tick(x, domain, line);
     }

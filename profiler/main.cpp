@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "base/ask.h"
+#include "base/missing.h"
 #include "base/msg.h"
 #include "base/options.h"
 #include "base/prm.h"
@@ -56,11 +57,12 @@ HeightSetting height_setting()
 }
 
 /// Columns that the span of hours holds, beside the first. A span ahead counts like one back, and
-/// files without an interval give one column.
+/// files whose names tell no interval count as hourly.
 int column_span()
 {
-    const int step = FILE_num_step();
-    return step > 0 ? std::abs(FILE_num_hours()) / step : 0;
+    const bool is_known = FILE_get_raw_step() != kMissingInt && FILE_num_step() > 0;
+    const int step = is_known ? FILE_num_step() : kSecondsPerHour;
+    return std::abs(FILE_num_hours()) / step;
 }
 
 void setup_section(DomainRec *domain, DriverSetup *setup)

@@ -72,6 +72,7 @@ struct State {
     std::array<Mode, 2> modes; ///< low and high; one alone in the second layout
     int mode_count = 0;
     int64_t records = 0;
+    std::string absent; ///< names that the file hasn't got
 };
 
 State state;
@@ -80,6 +81,9 @@ Variable find_variable(const std::string &name)
 {
     Variable var;
     var.id = CDF_var_id(name.c_str());
+    if (var.id == -1) {
+        state.absent += " " + name;
+    }
     double fill = 0.0;
     if (CDF_get_attribute(var.id, "_FillValue", &fill) == 0) {
         var.fill = static_cast<float>(std::clamp(fill, -3e38, 3e38));
@@ -294,6 +298,8 @@ void netcdf_read_header(ProfilerLayout layout, const char *name, int64_t whole_r
     const Names &names = has_modes ? kStationNames : kRecNumNames;
     state = {};
     state.records = CDF_record_count(-1);
+    // the library's complaint about a name doesn't say which, nor where: we do
+    CDF_set_quiet(0);
     if (whole_records < state.records) {
         MSG_out(192, "PROF_read_header: %s: cut short, %ld of %ld reports are whole\n", name,
                 static_cast<long>(whole_records), static_cast<long>(state.records));
@@ -319,6 +325,10 @@ void netcdf_read_header(ProfilerLayout layout, const char *name, int64_t whole_r
         check_levels(state.modes[m], names.levels_dimension[m], name);
     }
     check_types(name);
+    CDF_set_quiet(1);
+    if (!state.absent.empty()) {
+        MSG_out(192, "PROF_read_header: %s: not in the file:%s\n", name, state.absent.c_str());
+    }
     TIME_format(&info->date, info->date_label);
 }
 

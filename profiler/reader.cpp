@@ -2,7 +2,6 @@
 
 #include <array>
 #include <cstdio>
-#include <optional>
 #include <string>
 
 #include "base/msg.h"
@@ -34,8 +33,22 @@ bool is_netcdf(int layout)
     return layout == kLayoutStation || layout == kLayoutRecNum;
 }
 
+/// Whether a file can be given to the library; tells of one that is cut short or damaged.
+bool is_sound(const char *path)
+{
+    const ClassicExtent extent = classic_extent(path);
+    if (extent.is_classic && !(extent.is_whole && extent.fixed_part)) {
+        MSG_out(192, "PROF_open: %s: the file is cut short or damaged\n", path);
+    }
+    state.whole_records = extent.whole_records;
+    return extent.is_whole && extent.fixed_part;
+}
+
 int netcdf_layout(const char *path)
 {
+    if (!is_sound(path)) {
+        return -1;
+    }
     CDF_set_quiet(0);
     if (CDF_open(path, 0) == -1) {
         return -1;
@@ -62,14 +75,6 @@ int open_bufr(const char *name, int mode)
 
 int open_netcdf(const char *path, int mode, int layout)
 {
-    if (mode == 0) {
-        const std::optional<ClassicExtent> extent = classic_extent(path);
-        if (!extent || !extent->fixed_part) {
-            MSG_out(192, "PROF_open: %s: the file is cut short or damaged\n", path);
-            return -1;
-        }
-        state.whole_records = extent->whole_records;
-    }
     CDF_set_quiet(0);
     const int id = CDF_open(path, mode);
     if (id == -1) {
@@ -103,7 +108,8 @@ int PROF_file_type(const char *name)
 
 int PROF_open(const char *name, int mode, int *code)
 {
-    if (*code == kLayoutNone) {
+    const bool is_given = *code != kLayoutNone;
+    if (!is_given) {
         if (mode != 0) {
             return -1;
         }
@@ -118,6 +124,9 @@ int PROF_open(const char *name, int mode, int *code)
     }
     std::array<char, kFileNameRoom> path;
     FILE_expand(name, path.data());
+    if (is_given && mode == 0 && !is_sound(path.data())) {
+        return -1;
+    }
     return open_netcdf(path.data(), mode, *code);
 }
 

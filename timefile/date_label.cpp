@@ -57,7 +57,7 @@ std::string expand(char letter)
     case 'm':
         return two_digits(date.month);
     case 'b':
-        return STR_print("%3.3s", TIME_month_abbr(date.month));
+        return TIME_month_abbr(date.month);
     case 'd':
         return two_digits(date.day);
     case 'h':

@@ -128,6 +128,14 @@ bool find_convention(FILE *file, const std::string &type)
     return false;
 }
 
+/// A template that comes without a convention: nothing is written by it, any size counts.
+void take_as_template(const char *text)
+{
+    state.now.input = text;
+    state.now.output.clear();
+    state.now.min_size = 0;
+}
+
 std::string convention_file()
 {
     std::array<char, kFileNameRoom> path;
@@ -169,13 +177,11 @@ int FILE_set_name(char *type)
     Convention &now = state.now;
     now.last.clear();
     if (STR_casecmp(type, "none") == 0) {
-        now.input.clear();
-        now.output.clear();
+        take_as_template("");
         return 0;
     }
     if (type[0] == '@') {
-        now.input = type + 1;
-        now.output.clear();
+        take_as_template(type + 1);
         return 1;
     }
     take_keys(type);
@@ -183,8 +189,7 @@ int FILE_set_name(char *type)
     const FilePtr file(FILE_open(path.c_str(), "r"));
     if (!file) {
         MSG_out(kMsgWarn, "FILE_set_name: No file name convention file: %s\n", path.c_str());
-        now.input = type;
-        now.output.clear();
+        take_as_template(type);
         return 0;
     }
     MSG_out(kTrace, "Opening name convention file: %s\n", path.c_str());
@@ -193,7 +198,7 @@ int FILE_set_name(char *type)
         return 1;
     }
     MSG_out(kTrace, "No file name conversion for: %s\n", type);
-    now.input = type;
+    take_as_template(type);
     return 0;
 }
 

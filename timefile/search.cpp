@@ -109,7 +109,8 @@ long starting_time(const char *&text)
         if (date.year != kMissingInt) {
             return TIME_to_seconds(&date);
         }
-    } else if (const char *current = std::getenv("tyrcurtime")) {
+    }
+    if (const char *current = std::getenv("tyrcurtime")) {
         current += *current == '#' ? 1 : 0;
         DateRec date = read_digits(current);
         if (date.year != kMissingInt) {
