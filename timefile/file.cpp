@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <array>
-#include <cerrno>
+#include <csignal>
 #include <cstdlib>
 #include <cstring>
 #include <string>
@@ -66,6 +66,8 @@ FILE *open_pipe(const char *command, bool for_reading)
     }
     std::fflush(nullptr);
     *place = popen(command, for_reading ? "r" : "w");
+    // a command that ends early is a write error that FILE_close tells, not the end of the program
+    std::signal(SIGPIPE, SIG_IGN);
     return *place;
 }
 

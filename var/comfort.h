@@ -15,7 +15,8 @@ float MET_wind_chill2(float t, float v);
 float MET_heat_loss(float t, float v);
 
 /// Heat index of temperature and dew point: the sixteen-term fit to Steadman (1979, J. Appl.
-/// Meteor. 18), and Steadman's simple form where that is below 77 F. Missing for td above t.
+/// Meteor. 18) with its constant cut to 16, and Steadman's simple form where that is below 77 F.
+/// Missing for td above t.
 float MET_heat_index(float t, float td);
 
 /// Humiture, degrees Fahrenheit: temperature plus vapour pressure less 21 (Lally and Watson 1960,

@@ -19,6 +19,7 @@ constexpr int kCenterUnit = 1000; // weight of the center in a model's code
 
 struct State {
     FilePtr models;
+    std::string path;            // of the model file
     int last_code = kMissingInt; // the model last found
     std::string last_name;
 };
@@ -90,11 +91,10 @@ char *VAR_source(char *out, int code)
 char *VAR_model(char *out, int code)
 {
     *out = '\0';
-    if (state.models == nullptr)
-        state.models = VAR_open_data(kModelFile);
+    if (state.models == nullptr || state.path != VAR_data_path(kModelFile))
+        state = State{VAR_open_data(kModelFile), VAR_data_path(kModelFile), kMissingInt, {}};
     if (state.models == nullptr) {
-        MSG_out(kFailure, "VAR_model: Unable to open file: %s\n",
-                VAR_data_path(kModelFile).c_str());
+        MSG_out(kFailure, "VAR_model: Unable to open file: %s\n", state.path.c_str());
         return out;
     }
     if (code != state.last_code || state.last_name.empty()) {

@@ -118,11 +118,10 @@ void read_conversion(std::string_view text, Conversion *conversion)
     }
 }
 
-// Finds a pair in the file: a line that has it exactly, else the first that has it but for case.
+// Finds a pair in the file, case ignored as everywhere with units; without it nothing changes.
 void find_pair(FILE *file, const std::string &from, const std::string &to, Conversion *conversion)
 {
     std::string line;
-    std::string text;
     while (VAR_next_line(file, &line)) {
         std::istringstream words(line);
         std::string first;
@@ -131,13 +130,9 @@ void find_pair(FILE *file, const std::string &from, const std::string &to, Conve
         words >> first >> second >> third;
         if (first.empty() || first[0] == '#' || !is_same(first, from) || !is_same(second, to))
             continue;
-        const bool is_exact = first == from && second == to;
-        if (is_exact || text.empty())
-            text = third;
-        if (is_exact)
-            break;
+        read_conversion(third, conversion);
+        return;
     }
-    read_conversion(text, conversion);
 }
 
 } // namespace

@@ -223,21 +223,17 @@ int VAR_name(const char *name, VarRec *record)
 
 int VAR_pack_value(float x)
 {
+    constexpr double kRounding = 1.000001; // 0.12 as a float lies just below 0.12
     if (x == 0.0F || !std::isfinite(x))
         return 0;
-    float a = std::abs(x);
-    const int exponent = VAR_whole(std::log10(double{a}) + 5.0) - 5;
+    const double a = std::abs(double{x}) * kRounding;
+    const int exponent = VAR_whole(std::log10(a) + 5.0) - 5;
     int code = exponent;
+    int power = 1 - exponent; // of ten, that leaves two digits
     if (exponent < 0) {
-        for (int i = 0; i < 2 - exponent; ++i)
-            a *= 10.0F;
         code = exponent + 10;
-    } else if (exponent == 0) {
-        a *= 10.0F;
-    } else {
-        for (int i = 0; i < exponent - 1; ++i)
-            a /= 10.0F;
+        power = 2 - exponent;
     }
-    const int packed = code * 100 + VAR_whole(a) % 100;
+    const int packed = code * 100 + VAR_whole(std::fmod(a * std::pow(10.0, power), 100.0));
     return x < 0.0F ? -packed : packed;
 }

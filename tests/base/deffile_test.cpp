@@ -134,6 +134,19 @@ TEST(Deffile, FindsTheFileOfADirectory)
     EXPECT_EQ(DEF_open("/proc"), -1);
 }
 
+TEST(Deffile, InstalledFileSetsOnlyTheFilePath)
+{
+    DEF_clear();
+    EXPECT_EQ(DEF_open(TYR_SOURCE_DIR "/data"), 0);
+    char name[kDefNameRoom];
+    char value[kDefValueRoom];
+    EXPECT_EQ(DEF_get(name, value), 1);
+    EXPECT_STREQ(name, "*file_path");
+    EXPECT_STREQ(value, "/usr/local/tyr/etc");
+    EXPECT_EQ(DEF_get(name, value), -1);
+    DEF_close();
+}
+
 struct MatchCase {
     const char *def_name;
     const char *option;

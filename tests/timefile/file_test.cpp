@@ -126,6 +126,11 @@ TEST(File, PipesToACommand)
     FILE *failing = FILE_open("|exit 3", "w");
     ASSERT_TRUE(failing);
     EXPECT_EQ(FILE_close(failing), -1);
+    FILE *early = FILE_open("|exec 0<&-; exit 0", "w");
+    ASSERT_TRUE(early);
+    const std::string much(1000000, 'x');
+    std::fputs(much.c_str(), early);
+    EXPECT_EQ(FILE_close(early), -1);
     FILE *full = FILE_open("/dev/full", "w");
     ASSERT_TRUE(full);
     std::fputs("lost", full);

@@ -113,6 +113,7 @@ TEST(Sounding, PressuresInterpolateInTheLogarithm)
 
 TEST(Sounding, EndsAndTolerances)
 {
+    MET_clear_level(MET_special_level(kSpecialSurface));
     const struct {
         const char *name;
         int kind;

@@ -1,0 +1,333 @@
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "base/missing.h"
+#include "base/prm.h"
+#include "var/layer.h"
+#include "var/level.h"
+#include "var/sounding.h"
+#include "var/time_range.h"
+
+namespace {
+
+constexpr float M = kMissing;
+constexpr int kUntouched = 777;
+
+class LevelTest : public testing::Test {
+  protected:
+    void SetUp() override
+    {
+        PRM_clear(kMissingInt);
+        MET_set_sounding(nullptr, 0);
+        for (const SpecialLevel which : {kSpecialSurface, kSpecialTropopause, kSpecialMaxWind})
+            MET_clear_level(MET_special_level(which));
+    }
+};
+using TimeTest = LevelTest;
+
+} // namespace
+
+TEST_F(LevelTest, TextsGiveKindAndValue)
+{
+    const struct {
+        const char *text;
+        int kind;
+        int value;
+    } cases[] = {
+        {"500",            100,         500        },
+        {"500mb",          100,         500        },
+        {"500 mb",         100,         500        },
+        {"500hPa",         100,         500        },
+        {"500m",           103,         500        },
+        {"500m_ag",        105,         500        },
+        {"a500",           105,         500        },
+        {"h500",           103,         500        },
+        {"A500",           105,         500        },
+        {"p500",           100,         500        },
+        {"k315",           113,         315        },
+        {"315K",           113,         315        },
+        {"1000ft",         103,         304        },
+        {"1000ft_ag",      105,         304        },
+        {"30mb_ag",        115,         30         },
+        {"12lev",          109,         12         },
+        {"2pv",            117,         2          },
+        {"-100m",          103,         -100       },
+        {"850-700",        101,         70085      },
+        {"700-850",        101,         70085      },
+        {"850-700mb",      101,         70085      },
+        {"p850-700",       101,         70085      },
+        {"p700-850",       101,         70085      },
+        {"a0-3000",        106,         30000      },
+        {"h1000-2000",     104,         20010      },
+        {"k300-310",       114,         310300     },
+        {"0-3000m_ag",     106,         30000      },
+        {"1000-5000m",     104,         50010      },
+        {"3000ft-6000ft",  104,         18009      },
+        {"0-30mb_ag",      116,         30000      },
+        {"300-310k",       114,         310300     },
+        {"sfc-500",        101,         50190      },
+        {"sfc[3]-500",     101,         50200      },
+        {"maxt-500",       101,         50191      },
+        {"trop-300",       101,         30195      },
+        {"trop-2000m",     104,         20996      },
+        {"trop+2000m",     104,         20995      },
+        {"sfc-3000m_ag",   106,         30000      },
+        {"s0.995",         107,         9950       },
+        {"0.995sig",       107,         9950       },
+        {"0.35sig",        107,         3500       },
+        {"s0.9-0.5",       108,         500900     },
+        {"0.9-0.5sig",     108,         500900     },
+        {"0.5eta",         119,         5000       },
+        {"1.0-0.5eta",     120,         501000     },
+        {"sfc[12",         1,           12         },
+        {"-",              9,           0          },
+        {"none",           0,           0          },
+        {"snd",            0,           0          },
+        {"SFC",            1,           0          },
+        {"frz",            4,           0          },
+        {"lcl",            5,           0          },
+        {"mwnd",           6,           0          },
+        {"trop",           7,           0          },
+        {"sea",            102,         0          },
+        {"sl",             102,         0          },
+        {"whole",          200,         0          },
+        {"top_frz",        204,         0          },
+        {"blcld_top",      210,         0          },
+        {"cld_ceil",       215,         0          },
+        {"hcld_bot",       232,         0          },
+        {"conv_lyr",       244,         0          },
+        {"sclw_top",       254,         0          },
+        {"miss",           kMissingInt, kMissingInt},
+ // what fits nothing leaves both alone
+        {"xyz",            kUntouched,  kUntouched },
+        {"abc-500",        kUntouched,  kUntouched },
+        {"500furlong",     kUntouched,  kUntouched },
+        {"500-300furlong", kUntouched,  kUntouched },
+        {"5lev-6lev",      kUntouched,  kUntouched },
+        {"850-",           kUntouched,  kUntouched },
+        {"nan",            kUntouched,  kUntouched },
+        {"inf-500",        kUntouched,  kUntouched },
+    };
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.text);
+        int kind = kUntouched;
+        int value = kUntouched;
+        EXPECT_EQ(VAR_level(c.text, &kind, &value), 2);
+        EXPECT_EQ(kind, c.kind);
+        EXPECT_EQ(value, c.value);
+    }
+}
+
+TEST_F(LevelTest, EmptyTextAndTheWordLevelTakeTheSettings)
+{
+    int kind = kUntouched;
+    int value = kUntouched;
+    EXPECT_EQ(VAR_level("", &kind, &value), 2);
+    EXPECT_EQ(kind, kUntouched);
+    PRM_set(kPrmLevelKind, 105);
+    PRM_set(kPrmLevelValue, 1500);
+    for (const char *text : {"", "level", "LEVEL"}) {
+        kind = value = kUntouched;
+        EXPECT_EQ(VAR_level(text, &kind, &value), 1);
+        EXPECT_EQ(kind, 105);
+        EXPECT_EQ(value, 1500);
+    }
+}
+
+TEST_F(TimeTest, TextsGiveHoursAndRanges)
+{
+    PRM_set(kPrmTime, 12);
+    const struct {
+        const char *text;
+        int result;
+        int time;
+    } cases[] = {
+        {"",            1, 12         },
+        {"12",          2, 12         },
+        {"2d",          2, 48         },
+        {"2day",        2, 48         },
+        {"d2",          2, 48         },
+        {"e1",          2, 36         },
+        {"1e",          2, 36         },
+        {"1.5day",      2, 36         },
+        {"h12",         2, 12         },
+        {"H12",         2, 12         },
+        {"h12-6avg",    2, 3006012    },
+        {"h12-6xyz",    2, 2006012    },
+        {"24-6acc",     2, 4018024    },
+        {"1d-12MAX",    2, 6012024    },
+        {"h24-24iavg",  2, 13000024   },
+        {"h24-24uavg",  2, 23000024   },
+        {"h24-24var",   2, 18000024   },
+        {"time",        1, 12         },
+        {"time-6",      1, 6          },
+        {"time-6dif",   1, 5006012    },
+        {"anal",        2, 0          },
+        {"anal-6avg",   2, 3006000    },
+        {"init",        2, 0          },
+        {"in",          2, 0          },
+        {"miss",        2, kMissingInt},
+ // no times
+        {"xyz",         0, kUntouched },
+        {"-6",          0, kUntouched },
+        {"wbrb-500",    0, kUntouched },
+        {"hel",         0, kUntouched },
+        {"dewp",        0, kUntouched },
+        {"99999999999", 0, kUntouched },
+    };
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.text);
+        int time = kUntouched;
+        EXPECT_EQ(VAR_time(c.text, &time), c.result);
+        EXPECT_EQ(time, c.time);
+    }
+    PRM_clear(kMissingInt);
+    int time = kUntouched;
+    EXPECT_EQ(VAR_time("", &time), 2);
+    EXPECT_EQ(time, 0);
+}
+
+TEST_F(LevelTest, LayersDecodeTheLargerNumberFirst)
+{
+    const struct {
+        int kind;
+        int value;
+        float first;
+        float second;
+    } cases[] = {
+        {101, 70085,  850,    700 },
+        {101, 50190,  1900,   500 },
+        {104, 50010,  5000,   1000},
+        {106, 30000,  3000,   0   },
+        {114, 310300, 310,    300 },
+        {116, 30000,  30,     0   },
+        {100, 500,    500,    M   },
+        {105, 1500,   1500,   M   },
+        {108, 500900, 500900, M   }
+    };
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.value);
+        float first = 0;
+        float second = 0;
+        VAR_decode_layer(c.kind, c.value, &first, &second);
+        EXPECT_EQ(first, c.first);
+        EXPECT_EQ(second, c.second);
+    }
+}
+
+TEST_F(LevelTest, LayersEncode)
+{
+    const struct {
+        int kind;
+        float bottom;
+        float top;
+        int out_kind;
+        int out_value;
+    } cases[] = {
+        {101, 850,    700,  101, 70085 },
+        {100, 850,    700,  101, 70085 },
+        {100, 850,    M,    100, 850   },
+        {103, 0,      3000, 104, 30000 },
+        {104, 100,    3000, 104, 30001 },
+        {103, 700,    M,    103, 700   },
+        {105, 0,      3000, 106, 30000 },
+        {106, 0,      3000, 106, 30000 },
+        {105, 250.9F, M,    105, 250   },
+        {113, 300,    310,  114, 310300},
+        {114, 300,    310,  114, 310300},
+        {107, 900,    500,  108, 500900},
+        {1,   5,      M,    1,   5     }
+    };
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.out_value);
+        int kind = 0;
+        int value = 0;
+        VAR_encode_layer(c.kind, &kind, &value, c.bottom, c.top);
+        EXPECT_EQ(kind, c.out_kind);
+        EXPECT_EQ(value, c.out_value);
+    }
+}
+
+TEST_F(LevelTest, LimitsInASounding)
+{
+    const SoundLevel sounding[]{
+        {950, 500,  5,  0,  M, M},
+        {850, 1500, -5, -9, M, M}
+    };
+    ASSERT_EQ(MET_set_sounding(sounding, 2), 0);
+    *MET_special_level(kSpecialSurface) = {950, 500, 20, 20, M, M};
+    *MET_special_level(kSpecialTropopause) = {200, 12000, M, M, M, M};
+    *MET_special_level(kSpecialMaxWind) = {250, 10500, M, M, M, M};
+    const struct {
+        const char *text;
+        int result;
+        int kind;
+        float bottom;
+        float top;
+        float extra;
+    } cases[] = {
+        {"miss",        0, 100, M,     M,     M },
+        {"sfc",         1, 100, 950,   M,     M },
+        {"sfc[7",       1, 100, 950,   M,     7 },
+        {"mwnd",        1, 100, 250,   M,     M },
+        {"trop",        1, 100, 200,   M,     M },
+        {"snd",         2, 100, 950,   500,   M },
+        {"frz",         1, 100, 900,   M,     M },
+        {"lcl",         1, 100, 950,   M,     M }, // saturated at the ground
+        {"500",         1, 100, 500,   M,     M },
+        {"2000m",       1, 103, 2000,  M,     M },
+        {"a2000",       1, 105, 2500,  M,     M },
+        {"850-700",     2, 101, 850,   700,   M },
+        {"h1000-3000",  2, 104, 3000,  1000,  M },
+        {"a0-3000",     2, 106, 3500,  500,   M },
+        {"k300-310",    2, 114, 310,   300,   M },
+        {"sfc-500",     2, 101, 950,   500,   M },
+        {"maxt-500",    2, 101, 950,   500,   M },
+        {"trop-50",     2, 101, 200,   150,   M },
+        {"trop-300",    2, 101, M,     M,     M }, // ends below 0
+        {"sfc[20]-500", 2, 101, 950,   500,   20},
+        {"trop+2000m",  2, 104, 12000, 14000, M },
+        {"trop-2000m",  2, 104, 10000, 12000, M },
+        {"30mb_ag",     1, 115, -920,  M,     M },
+        {"0-30mb_ag",   2, 116, -920,  -950,  M }
+    };
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.text);
+        VarRec record;
+        VAR_init(&record);
+        VAR_level(c.text, &record.level_kind, &record.level_value);
+        int kind = 0;
+        float bottom = 0;
+        float top = 0;
+        float extra = 0;
+        EXPECT_EQ(VAR_layer_limits(&record, &kind, &bottom, &top, &extra), c.result);
+        EXPECT_EQ(kind, c.kind);
+        EXPECT_NEAR(bottom, c.bottom, 1);
+        EXPECT_EQ(top, c.top);
+        EXPECT_EQ(extra, c.extra);
+    }
+}
+
+TEST_F(LevelTest, LimitsWithoutASoundingAreMissing)
+{
+    for (const char *text :
+         {"sfc", "frz", "lcl", "trop", "mwnd", "trop+2000m", "30mb_ag", "trop-50"}) {
+        SCOPED_TRACE(text);
+        VarRec record;
+        VAR_init(&record);
+        VAR_level(text, &record.level_kind, &record.level_value);
+        int kind = 0;
+        float limits[3];
+        VAR_layer_limits(&record, &kind, limits, limits + 1, limits + 2);
+        EXPECT_EQ(limits[0], M);
+        EXPECT_EQ(limits[1], M);
+    }
+    VarRec record;
+    VAR_init(&record);
+    VAR_level("a0-3000", &record.level_kind, &record.level_value);
+    int kind = 0;
+    float limits[3];
+    EXPECT_EQ(VAR_layer_limits(&record, &kind, limits, limits + 1, limits + 2), 2);
+    EXPECT_EQ(limits[0], 3000.0F); // the ground counts as 0 m
+}
