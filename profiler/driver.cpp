@@ -1,5 +1,6 @@
 #include "profiler/driver.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstdio>
@@ -147,11 +148,15 @@ void plot_tick(float x, const DomainRec &domain, const AttrRec &line)
     MAP_ll_to_xy(&px, &py, x, 0.0F);
     const std::array<float, 2> place = {gtran_x(2, 1, px), viewport[2] - kTickGap};
     const DateRec &date = state.setup.date;
+    if (date.hour == kMissingInt) {
+        GPH_sel_tran(2);
+        return; // neither name nor file tell it
+    }
     std::array<char, 32> text;
     if (FILE_get_step() >= kSecondsPerHour) {
         std::snprintf(text.data(), text.size(), "%2.2d", date.hour);
     } else {
-        std::snprintf(text.data(), text.size(), "%2.2d%2.2d", date.hour, date.minute);
+        std::snprintf(text.data(), text.size(), "%2.2d%2.2d", date.hour, std::max(date.minute, 0));
     }
     if (place[0] >= viewport[0] && place[0] <= viewport[1] && wants_tick(x, domain)) {
         gtext(place.data(), text.data());
@@ -163,7 +168,7 @@ void label_date()
 {
     const PrfFileInfo &info = PRF_file_info();
     PLT_set_label_date(&info.date);
-    if (info.date_label[0] == '\0') {
+    if (info.date_label[0] == '\0' && state.setup.date.year != kMissingInt) {
         PRF_set_date_label(&state.setup.date);
     }
     PLT_label_ur(info.date_label);

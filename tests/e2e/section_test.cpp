@@ -258,11 +258,11 @@ TEST(Section, DrawsRealFiles)
     const Case cases[] = {
         {"profiler/99303_0300_npn_hourly.nc",           "RWDN1", false},
         {"profiler/2009-11-19_1500_npn_hourly.nc",      "LMNO2", true },
-        {"profiler_other/2005279_2000_rass_6min.nc",    "PLTC2", 0    },
-        {"profiler_other/Profiler-ncss_station-dim.nc", "PLTC2", 0    },
-        {"profiler_other/madis-raob.nc",                "PLTC2", 0    },
-        {"bufr/iupt01.bufr",                            "74533", 0    },
-        {"bufr/profiler_european.bufr",                 "74533", 0    },
+        {"profiler_other/2005279_2000_rass_6min.nc",    "PLTC2", false},
+        {"profiler_other/Profiler-ncss_station-dim.nc", "PLTC2", false},
+        {"profiler_other/madis-raob.nc",                "PLTC2", false},
+        {"bufr/iupt01.bufr",                            "74753", false},
+        {"bufr/profiler_european.bufr",                 "74533", false},
     };
     const TempDir dir;
     std::map<std::string, size_t> barbs;
