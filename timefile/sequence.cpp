@@ -11,6 +11,7 @@
 #include "base/res.h"
 #include "base/str.h"
 #include "timefile/date_label.h"
+#include "timefile/name_conv.h"
 #include "timefile/search.h"
 
 namespace {
@@ -28,6 +29,7 @@ struct State {
     int file_step = 0;              ///< seconds between files taken
     int offset = 0;                 ///< seconds from the base date, next
     int default_range = 0;          ///< used without `num_hour`
+    bool is_in_series = false;      ///< the one name given is one of the convention's
 } state;
 
 int seconds(int hours, int minutes)
@@ -48,9 +50,23 @@ void read_hours(const char *text, int &hours, int &minutes)
     }
 }
 
+/// Whether the convention makes the name that stands from a date: then files before and after it
+/// have names as well. A file by another name stands alone.
+bool is_made_from(const DateRec &date)
+{
+    char last[kFileNameRoom] = "";
+    char made[kFileNameRoom] = "";
+    FILE_get_last(last);
+    FILE_save();
+    const bool is_made = FILE_compose(&date, made) == 0 && std::strcmp(last, made) == 0;
+    FILE_restore();
+    return is_made;
+}
+
 bool walks_list()
 {
-    return !state.words.empty() && !(state.words.size() == 1 && state.range != 0);
+    const bool walks_time = state.words.size() == 1 && state.range != 0 && state.is_in_series;
+    return !state.words.empty() && !walks_time;
 }
 
 bool is_past_end()
@@ -100,6 +116,7 @@ void FILE_seq_init(const DateRec *date)
     }
     state.index = 0;
     state.base = *date;
+    state.is_in_series = is_made_from(*date);
     state.range = FILE_num_hours();
     state.requested_step = FILE_num_step();
     state.file_step = FILE_get_step();
