@@ -151,7 +151,8 @@ void VAR_encode_layer(int kind, int *out_kind, int *out_value, float bottom, flo
     const int t = VAR_whole(top);
     const auto pack = [&](int layer, int scale) {
         *out_kind = layer;
-        *out_value = VAR_whole((t / scale) * 1000.0 + b / scale);
+        const long long high = t / scale;
+        *out_value = VAR_whole(static_cast<double>(high * 1000 + b / scale));
     };
     *out_kind = kind;
     *out_value = b;

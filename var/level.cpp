@@ -243,7 +243,7 @@ std::optional<Split> split_parts(std::string_view text)
 {
     if (text.size() > 1 && (text[1] == '-' || text[1] == '+'))
         return split_at(text, text[1], 1);
-    if (const std::optional<Split> parts = split_at(text, '-', 2))
+    if (std::optional<Split> parts = split_at(text, '-', 2))
         return parts;
     return split_at(text, '+', 2);
 }

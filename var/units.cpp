@@ -81,19 +81,19 @@ Unit read_unit(std::string_view text, const char *which)
         if (!rest.empty() && rest[0] == '^') {
             behind.remove_prefix(1);
             if (const std::optional<float> exponent = VAR_take_real(&behind)) {
-                const Unit unit{static_cast<float>(std::pow(double{*number}, double{*exponent})),
-                                file_name(skip_blanks(behind))};
+                Unit unit{static_cast<float>(std::pow(double{*number}, double{*exponent})),
+                          file_name(skip_blanks(behind))};
                 MSG_out(kTrace, "%s^: %f^%f %f %s\n", which, double{*number}, double{*exponent},
                         double{unit.scale}, unit.name.c_str());
                 return unit;
             }
         }
-        const Unit unit{*number, file_name(skip_blanks(rest))};
+        Unit unit{*number, file_name(skip_blanks(rest))};
         MSG_out(kTrace, "%s: %f %s\n", which, double{unit.scale}, unit.name.c_str());
         return unit;
     }
     if (!text.empty() && text[0] == '-') {
-        const Unit unit{-1.0F, file_name(text.substr(1))};
+        Unit unit{-1.0F, file_name(text.substr(1))};
         MSG_out(kTrace, "%s-: %f %s\n", which, double{unit.scale}, unit.name.c_str());
         return unit;
     }

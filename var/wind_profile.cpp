@@ -170,26 +170,22 @@ struct Walk {
     float from;
     float to;
     int status;
+
+    int steps(float step) const { return static_cast<int>((to - from) / step); }
 };
 
 Walk walk_of(int kind, const SoundLevel &low, const SoundLevel &high, float bottom, float top)
 {
-    Walk walk{low.z, kMissing, 1};
-    if (is_missing(low.z))
-        walk.status = -1;
-    else if (!is_missing(high.z))
-        walk.to = high.z + kMargin;
-    else if (kind == kLevelHeight && !is_missing(top))
-        walk = {low.z, low.z + top - bottom, 0};
-    else
-        walk.status = -1;
-    walk.to = std::min(walk.to, walk.from + kDeepest);
-    return walk;
+    const bool keeps_depth = kind == kLevelHeight && !is_missing(top);
+    if (is_missing(low.z) || (is_missing(high.z) && !keeps_depth))
+        return {kMissing, kMissing, -1};
+    const float end = is_missing(high.z) ? low.z + top - bottom : high.z + kMargin;
+    return {low.z, std::clamp(end, low.z, low.z + kDeepest), is_missing(high.z) ? 0 : 1};
 }
 
 // Sums of the storm-relative winds, from step to step.
 struct Helicity {
-    static constexpr double kStep = 100.0; // m
+    static constexpr float kStep = 100.0F; // m
 
     Relative previous;
     double positive = 0.0;
@@ -292,7 +288,8 @@ int MET_shear(const SoundLevel *sound, int count, int kind, const float *storm, 
     Shear veering;
     Shear backing;
     double depth = 0.0;
-    for (float z = walk.from + kStep; z <= walk.to; z += kStep) {
+    for (int i = 1; i <= walk.steps(kStep); ++i) {
+        const float z = walk.from + kStep * static_cast<float>(i);
         SoundLevel next;
         MET_sound_at(sound, count, kLevelHeight, &next, z);
         const Wind lower = wind_of(previous);
@@ -337,7 +334,8 @@ int MET_helicity(const SoundLevel *sound, int count, int kind, const float *stor
     const Walk walk = walk_of(kind, low, high, bottom, top);
     if (walk.status < 0)
         return walk.status;
-    for (float z = walk.from + 100.0F; z <= walk.to; z += 100.0F) {
+    for (int i = 1; i <= walk.steps(Helicity::kStep); ++i) {
+        const float z = walk.from + Helicity::kStep * static_cast<float>(i);
         SoundLevel next;
         MET_sound_at(sound, count, kLevelHeight, &next, z);
         sums.add(relative_to(motion, wind_of(next)), z);
