@@ -11,6 +11,7 @@
 #include "base/missing.h"
 #include "gks/gks.h"
 #include "map/domain.h"
+#include "map/map_sides.h"
 #include "map/projection.h"
 
 namespace {
@@ -21,11 +22,6 @@ constexpr size_t kHeaderBytes = 22;
 constexpr size_t kPointBytes = 8;
 constexpr float kMostLat = 90.1F;
 constexpr float kMostLon = 721.0F;
-constexpr float kLatLonWidth = 360.0F;
-constexpr float kMercatorWidth = 400.31555F;
-constexpr float kLambertWidth = 1000.0F;
-constexpr float kMollweideRadius = 63.713F;
-constexpr float kMollweideWidth = 254.852F;
 
 struct State {
     bool is_filled = false;
@@ -196,6 +192,7 @@ void add_point(int proj, float x, float y)
 bool draw_segment(BlockReader &reader, bool is_text, long count, int proj)
 {
     state.run.clear();
+    float old_lon = 0.0F;
     for (long i = 0; i < count; ++i) {
         float lat = 0.0F;
         float lon = 0.0F;
@@ -206,11 +203,14 @@ bool draw_segment(BlockReader &reader, bool is_text, long count, int proj)
         float x = 0.0F;
         float y = 0.0F;
         MAP_ll_to_xy(&x, &y, lat, lon);
-        if (is_missing(x) || is_missing(y)) {
+        const bool is_shown = !is_missing(x) && !is_missing(y);
+        if (!is_shown || (proj == kProjLambert && crosses_cone_cut(old_lon, lon))) {
             draw_run();
-        } else {
+        }
+        if (is_shown) {
             add_point(proj, x, y);
         }
+        old_lon = lon;
     }
     draw_run();
     return true;
@@ -261,22 +261,4 @@ int MAP_read_file(FILE *stream)
 void set_map_fill(bool is_filled)
 {
     state.is_filled = is_filled;
-}
-
-float map_wrap_width(int proj, float y)
-{
-    switch (proj) {
-    case kProjLatLon:
-        return kLatLonWidth;
-    case kProjMercator:
-        return kMercatorWidth;
-    case kProjLambert:
-        return kLambertWidth;
-    case kProjMollweide: {
-        const float part = y / kMollweideRadius;
-        return std::sqrt(std::fmax(1.0F - part * part, 0.0F)) * kMollweideWidth;
-    }
-    default:
-        return 0.0F;
-    }
 }

@@ -27,7 +27,3 @@ int MAP_read_file(FILE *stream);
 
 /// Whether segments are filled as areas rather than drawn as lines.
 void set_map_fill(bool is_filled);
-
-/// Distance in x between a point of the map and itself beyond the other side, at a height y of
-/// the plot; 0 where the projection has no such sides.
-float map_wrap_width(int proj, float y);
