@@ -19,6 +19,7 @@ constexpr double kPolarCut = 89.9;   ///< Mercator: latitude held
 constexpr double kConeCut = 89.0;    ///< Lambert conic: latitude held at the far pole
 constexpr double kPolePoint = 89.99; ///< Mollweide: the pole has no width
 constexpr double kTiny = 1e-10;
+constexpr double kRounding = 1e-6; ///< of a coordinate held as float
 constexpr double kStuvePower = 0.285714;
 constexpr double kStepKm = 111.195;           ///< km of a degree, for the direction of a small step
 constexpr double kReferencePressure = 1000.0; ///< hPa
@@ -188,10 +189,11 @@ Point mollweide_forward(double lat, double lon)
 
 Point mollweide_inverse(double x, double y)
 {
-    const double v = y / kEarthRadius;
-    if (!(v >= -1.0 && v <= 1.0)) {
+    double v = y / kEarthRadius;
+    if (!(std::fabs(v) <= 1.0 + kRounding)) {
         return kNowhere;
     }
+    v = std::clamp(v, -1.0, 1.0);
     const double u = std::asin(v);
     const double w = (std::sin(2.0 * u) + 2.0 * u) / kPi;
     if (!(w >= -1.0 && w <= 1.0)) {
@@ -469,7 +471,10 @@ int MAP_ll_to_xy(float *x, float *y, float lat, float lon)
     if (!has_formula(dom().rec.proj)) {
         return 1;
     }
-    const Point p = forward(lat, lon);
+    Point p = forward(lat, lon);
+    if (is_map_projection(dom().rec.proj) && !(std::isfinite(p.a) && std::isfinite(p.b))) {
+        p = kNowhere;
+    }
     *x = static_cast<float>(p.a);
     *y = static_cast<float>(p.b);
     return p.shown ? 1 : 0;
@@ -503,15 +508,19 @@ float MAP_rotate_dir(float direction, float x, float y)
         return static_cast<float>(is_south ? direction + std::atan2(x, y) * kDegree
                                            : direction - std::atan2(x, -y) * kDegree);
     case kProjLambert:
-        return static_cast<float>(direction - std::atan2(x, -d.sign * y) * kDegree);
+        return static_cast<float>(direction - d.sign * std::atan2(x, -d.sign * y) * kDegree);
     case kProjSatellite: {
         const Point from = inverse(x, y);
         if (!from.shown) {
             return kMissing;
         }
+        // not (x, y): on the sphere the inverse misses it by more than the step
+        const Point here = forward(from.a, from.b);
         const Point to = forward(from.a + cosd(direction) / kStepKm,
                                  from.b + sind(direction) / (cosd(from.a) * kStepKm));
-        return to.shown ? static_cast<float>(std::atan2(to.a - x, to.b - y) * kDegree) : kMissing;
+        return here.shown && to.shown
+                   ? static_cast<float>(std::atan2(to.a - here.a, to.b - here.b) * kDegree)
+                   : kMissing;
     }
     default:
         return direction;
