@@ -18,10 +18,10 @@ TEST(Program, HelpPrintsEveryOption)
     const RunResult result = run_profiler({"-h"});
     EXPECT_EQ(result.code, 0);
     EXPECT_EQ(result.err, "");
-    for (const char *part : {"profiler: This program plots profiler data\n",
-                             "profiler syntax (version:5.59-LINUX-X11)", "Keyed options...\n",
-                             "-id ident", "-nh hour[,step]",
-                             "Positional options...\n", "file [file...]"}) {
+    for (const char *part :
+         {"profiler: This program plots profiler data\n",
+          "profiler syntax (version:5.59-LINUX-X11)", "Keyed options...\n", "-id ident",
+          "-nh hour[,step]", "Positional options...\n", "file [file...]"}) {
         EXPECT_TRUE(contains(result.out, part)) << part;
     }
     EXPECT_FALSE(contains(result.out, "-gt ")) << "no option of other programs";
