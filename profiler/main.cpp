@@ -11,12 +11,14 @@
 #include "base/res.h"
 #include "base/str.h"
 #include "base/sys.h"
+#include "map/domain_text.h"
 #include "map/map_grid.h"
 #include "plot/area.h"
 #include "profiler/driver.h"
 #include "timefile/name_conv.h"
 #include "timefile/search.h"
 #include "timefile/sequence.h"
+#include "var/level.h"
 
 namespace {
 
@@ -82,6 +84,23 @@ void setup_section(DomainRec *domain, DriverSetup *setup)
     DOM_set_offset(0, 0, 1.0F, -view.grid_step);
 }
 
+/// The domain and the level that variables without one of their own take.
+void setup_map(const char *level, DomainRec *domain, DriverSetup *setup)
+{
+    int kind = kMissingInt;
+    int value = kMissingInt;
+    VAR_level(level, &kind, &value);
+    PRM_set(kPrmLevelKind, kind);
+    PRM_set(kPrmLevelValue, value);
+    constexpr int kPlotProgram = 4;
+    DOM_from_resources(domain, kPlotProgram);
+    if (!DOM_is_usable(domain)) {
+        MSG_out(kError, "Invalid domain\n");
+        SYS_exit(kExitDomain);
+    }
+    setup->mode = kLevelMap;
+}
+
 std::vector<std::string> ask_stations(const char *file)
 {
     PRF_list_stations(file);
@@ -123,7 +142,11 @@ int main(int argc, char **argv)
     setup.stations = RES_list("identifier");
     DomainRec domain;
     DOM_init(&domain);
-    setup_section(&domain, &setup);
+    if (const char *level = RES_get("level")) {
+        setup_map(level, &domain, &setup);
+    } else {
+        setup_section(&domain, &setup);
+    }
     if (setup.stations.empty() && setup.mode != kLevelMap) {
         setup.stations = ask_stations(file.data());
     }
