@@ -14,6 +14,7 @@
 #include "base/sys.h"
 #include "gks/gks.h"
 #include "gks/session.h"
+#include "map/map_entry.h"
 #include "map/map_grid.h"
 #include "map/map_layer.h"
 #include "map/projection.h"
