@@ -4,30 +4,15 @@
 #include <cmath>
 
 #include "base/missing.h"
+#include "map/degrees.h"
 #include "map/domain_state.h"
 #include "map/projection.h"
 
 namespace {
 
-constexpr double kRadian = 0.017453292519943334;
 constexpr float kNearCells = 3.0F; ///< grid cells that count as near the window
 
 CurrentDomain state;
-
-double sind(double degrees)
-{
-    return std::sin(degrees * kRadian);
-}
-
-double cosd(double degrees)
-{
-    return std::cos(degrees * kRadian);
-}
-
-double tand(double degrees)
-{
-    return std::tan(degrees * kRadian);
-}
 
 void set_polar()
 {

@@ -5,7 +5,8 @@
 /// Domains as texts: a region word, or comma-separated fields with a projection in front.
 ///
 /// Fields, in the order of the fifteen forms: proj[:plon] or proj[:e][:plat:plon:parm1...parm4],
-/// plon, clat, clon, nx, ny, dx, dy; a region word, "file:word" or "fi:file".
+/// plon, clat, clon, nx, ny, dx, dy; a region word, "file:word" or "fi:file". In the place of clat
+/// and clon may stand one field "id:station" or "id:file:station" of the city database.
 
 enum DomainForm {
     kDomainNumbers = 1,

@@ -67,9 +67,9 @@ int column_span()
     return std::abs(FILE_num_hours()) / step;
 }
 
-void setup_section(DomainRec *domain, DriverSetup *setup)
+void setup_section(HeightSetting heights, DomainRec *domain, DriverSetup *setup)
 {
-    const SectionView &view = height_setting() == HeightSetting::kLower ? kLowerView : kHighView;
+    const SectionView &view = heights == HeightSetting::kLower ? kLowerView : kHighView;
     FILE_set_default_hours(kDefaultHours);
     domain->proj = kProjTimeHeight;
     domain->clat = -1.0F;
@@ -135,6 +135,7 @@ int main(int argc, char **argv)
     for (const std::string &entry : RES_list("in_file")) {
         set_name_convention(entry);
     }
+    const HeightSetting heights = height_setting();
     std::array<char, kFileNameRoom> file = {};
     FILE_get_name("Enter the profiler filename: ", file.data());
     DriverSetup setup;
@@ -145,7 +146,7 @@ int main(int argc, char **argv)
     if (const char *level = RES_get("level")) {
         setup_map(level, &domain, &setup);
     } else {
-        setup_section(&domain, &setup);
+        setup_section(heights, &domain, &setup);
     }
     if (setup.stations.empty() && setup.mode != kLevelMap) {
         setup.stations = ask_stations(file.data());

@@ -1,5 +1,6 @@
 #include "timefile/decode_window.h"
 
+#include <algorithm>
 #include <cstdio>
 
 #include "base/msg.h"
@@ -99,6 +100,8 @@ void TIME_set_decode(const DateRec *date)
     if (const char *text = RES_get("decode_hour")) {
         read_decode_hour(text);
     }
+    state.date.hour = std::clamp<int>(state.date.hour, 0, kHoursOfDay - 1);
+    state.date.minute = std::clamp<int>(state.date.minute, 0, kMinutesOfHour - 1);
     MSG_out(kMsgMess, "Decoding for: %2.2d:%2.2dZ\n", state.date.hour, state.date.minute);
     MSG_out(kMsgMess, "Decoding range: %d +%d mins\n", state.before, state.after);
 }
