@@ -1,5 +1,6 @@
 #include "map/domain_text.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstdio>
@@ -232,7 +233,7 @@ int decode_region_text(const char *text, DomainRec *out)
 int read_region(const std::string &word, DomainRec *out)
 {
     std::array<char, kDomainTextRoom> text = {};
-    if (STR_has_prefix(word, kStationPrefix)) {
+    if (word.empty() || STR_has_prefix(word, kStationPrefix)) {
         return 0;
     }
     if (STR_has_prefix(word, "fi:")) {
@@ -479,8 +480,10 @@ int DOM_from_resources(DomainRec *out, int mode)
 
 bool DOM_is_usable(const DomainRec *domain)
 {
+    constexpr std::array<int, 6> kNameOnly = {kUnknown, kProjNone, kProjGnomonic,
+                                              kProjXZ,  kProjZoom, kProjSize};
     const DomainRec &d = *domain;
-    if (d.proj == kUnknown || d.proj == kProjNone || d.proj == kProjZoom || d.proj == kProjSize) {
+    if (std::find(kNameOnly.begin(), kNameOnly.end(), d.proj) != kNameOnly.end()) {
         return false;
     }
     const bool has_place = is_real(d.clat) && is_real(d.clon);

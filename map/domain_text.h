@@ -28,8 +28,8 @@ int DOM_proj_code(const char *word);
 /// the first region of the region table. @return result of DOM_decode; 0 where nothing is told
 int DOM_from_resources(DomainRec *out, int mode);
 
-/// True of a domain that a picture can show: a known projection, and finite place, spacing and
-/// size, none of them 0.
+/// True of a domain that a picture can show: a projection with a formula, and finite place, spacing
+/// and size, none of them 0.
 bool DOM_is_usable(const DomainRec *domain);
 
 /// Shows a domain as a text that DOM_decode reads.
