@@ -13,6 +13,7 @@
 #include "device/postscript.h"
 #include "gks/gks.h"
 #include "gks/session.h"
+#include "map/city.h"
 #include "map/map_grid.h"
 #include "plot/area.h"
 #include "plot/colour_bar.h"
@@ -143,9 +144,9 @@ constexpr Word kWords[] = {
     {"nopage",      kExact,  [](const char *,  const char *) { MSG_set_paging(kPagingOff); }                         },
     {"page",        kExact,  [](const char *,  const char *) { MSG_set_paging(kPagingOn); }                          },
     {"noredraw",    kExact,  [](const char *,  const char *) { gset_recording(0); }                                  },
-    {"id",          kExact,  [](const char *,  const char *) { wishes.station_kind = 0; }                            },
-    {"wmo",         kExact,  [](const char *,  const char *) { wishes.station_kind = 1; }                            },
-    {"cod_wmo",     kExact,  [](const char *,  const char *) { wishes.station_kind = 2; }                            },
+    {"id",          kExact,  [](const char *,  const char *) { CTY_set_id_type(kCityById); }                         },
+    {"wmo",         kExact,  [](const char *,  const char *) { CTY_set_id_type(kCityByWmo); }                        },
+    {"cod_wmo",     kExact,  [](const char *,  const char *) { CTY_set_id_type(kCityByCodedWmo); }                   },
     {"tz",          kPrefix, [](const char *v, const char *) { TIME_set_zone(v); }                                   },
     {"over",        kPrefix, [](const char *v, const char *) { set_overlay(v); }                                     },
     {"lalo",        kPrefix, [](const char *v, const char *) { set_lalo(v); }                                        },

@@ -351,7 +351,7 @@ int netcdf_read_record(ProfilerLayout layout, int64_t index, ProfilerRecord *rec
     }
     read_surface(layout, record);
     for (int m = 0; m < state.mode_count; ++m) {
-        read_levels(state.modes[m], index, record->level + m * kModeLevels);
+        read_levels(state.modes[m], index, &record->level[m * kModeLevels]);
     }
     record->num_level = kAllLevels;
     for (int i = 0; i < kAllLevels; ++i) {
