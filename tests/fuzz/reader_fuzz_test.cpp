@@ -56,6 +56,21 @@
 #define LLVMFuzzerTestOneInput symbol_target
 #include "fuzz/symbol_fuzz.cpp"
 #undef LLVMFuzzerTestOneInput
+#define LLVMFuzzerTestOneInput city_target
+#include "fuzz/city_fuzz.cpp"
+#undef LLVMFuzzerTestOneInput
+#define LLVMFuzzerTestOneInput domain_target
+#include "fuzz/domain_fuzz.cpp"
+#undef LLVMFuzzerTestOneInput
+#define LLVMFuzzerTestOneInput entry_target
+#include "fuzz/entry_fuzz.cpp"
+#undef LLVMFuzzerTestOneInput
+#define LLVMFuzzerTestOneInput map_target
+#include "fuzz/map_fuzz.cpp"
+#undef LLVMFuzzerTestOneInput
+#define LLVMFuzzerTestOneInput region_target
+#include "fuzz/region_fuzz.cpp"
+#undef LLVMFuzzerTestOneInput
 
 namespace {
 
@@ -145,4 +160,29 @@ TEST(ReaderFuzz, ResourceFiles)
 TEST(ReaderFuzz, SymbolFiles)
 {
     replay(symbol_target, "symbol", 1000);
+}
+
+TEST(ReaderFuzz, CityDatabases)
+{
+    replay(city_target, "city", 300);
+}
+
+TEST(ReaderFuzz, DomainTexts)
+{
+    replay(domain_target, "domain", 1000);
+}
+
+TEST(ReaderFuzz, MapEntries)
+{
+    replay(entry_target, "entry", 300);
+}
+
+TEST(ReaderFuzz, MapFiles)
+{
+    replay(map_target, "map", 300);
+}
+
+TEST(ReaderFuzz, RegionFiles)
+{
+    replay(region_target, "region", 300);
 }

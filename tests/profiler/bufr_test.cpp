@@ -108,6 +108,7 @@ TEST_F(Bufr, LeavesOutValuesFrom200On)
         float ProfilerLevel::*field;
         float value;
     };
+    // clang-format off
     const Case cases[] = {
         {"u of all ones, 409.5", kU,         8191,        13, &ProfilerLevel::u,    kMissing},
         {"u just below",         kU,         4096 + 1999, 13, &ProfilerLevel::u,    199.9F  },
@@ -119,6 +120,7 @@ TEST_F(Bufr, LeavesOutValuesFrom200On)
         {"vdev of 7",            {0, 11, 51}, 7,          8,  &ProfilerLevel::vdev, 7.0F    },
         {"vdev of all ones",     {0, 11, 51}, 255,        8,  &ProfilerLevel::vdev, kMissing},
     };
+    // clang-format on
     for (const Case &c : cases) {
         SCOPED_TRACE(c.name);
         BitText bits = place(469);
