@@ -14,5 +14,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     float rgb[3];
     CLR_get_rgb(CLR_count() - 1, &rgb[0], &rgb[1], &rgb[2]);
     gset_colr_rep(1, 20, rgb);
+    int of_255[3];
+    ginq_color255(20, &of_255[0], &of_255[1], &of_255[2]);
     return 0;
 }

@@ -2,6 +2,7 @@
 
 #include <array>
 
+#include "base/str.h"
 #include "fuzz/input.h"
 #include "timefile/file.h"
 #include "timefile/search.h"
@@ -17,7 +18,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     TIME_clear_hour();
     std::array<char, kFileNameRoom> out = {};
     FILE_current(word.c_str(), out.data());
-    if (word != "exit") {
+    if (STR_ncasecmp(word.c_str(), "exit", 4) != 0) { // ends the program
         FILE_parse_name(word.c_str(), out.data());
     }
     return 0;

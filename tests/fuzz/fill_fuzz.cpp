@@ -14,7 +14,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     for (const std::string &fill : {list, fuzz_file(text)}) {
         CONT_reset();
         CONT_set_fill_colors(fill.c_str(), 1);
-        for (const float value : {-1e30F, 0.5F, 12.0F, 3e38F}) {
+        for (const float value : {-1e30F, 1e-40F, 0.5F, 12.0F, 3e38F}) {
             AttrRec attr;
             CONT_value_attr(value, &attr);
             CONT_set_interval(value);
