@@ -53,7 +53,7 @@ std::string ask_word(const char *prompt, size_t longest, bool word_is_command)
     for (;;) {
         MSG_out(kMsgPrint, "%s", prompt);
         const Line line = read_line();
-        const std::string word = first_word(line.data(), longest);
+        std::string word = first_word(line.data(), longest);
         const bool was_command = ASK_command(word_is_command ? word.c_str() : line.data()) != 0;
         if (!was_command && !word.empty()) {
             return word;

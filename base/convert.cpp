@@ -13,6 +13,7 @@
 #include "base/prm.h"
 #include "base/res.h"
 #include "base/str.h"
+#include "map/domain_text.h"
 #include "timefile/date.h"
 
 namespace {
@@ -271,8 +272,10 @@ int fill(const char *value, void *destination, int type)
     case kResPath:
         convert_path(value, static_cast<char **>(destination));
         return 1;
-    // The domain types, kResRegion and kResDomain, belong here, each with one line that hands value
-    // and destination to the decoder of domain texts.
+    case kResRegion:
+    case kResDomain:
+        DOM_decode(value, static_cast<DomainRec *>(destination));
+        return 1;
     default:
         return 0;
     }

@@ -142,7 +142,7 @@ std::string next_word(std::string_view &line)
 /// The value of a resource line: one word, or the text between double quotes.
 std::string line_value(std::string_view line)
 {
-    const std::string word = next_word(line);
+    std::string word = next_word(line);
     if (word.empty() || word[0] != '"') {
         return word;
     }

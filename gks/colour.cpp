@@ -53,6 +53,11 @@ int find_or_add(float red, float green, float blue)
     return ++state.highest;
 }
 
+int of_255(float fraction)
+{
+    return static_cast<int>(255.0F * std::fmin(std::fmax(fraction, 0.0F), 1.0F));
+}
+
 } // namespace
 
 bool colour_usable(const char *routine, int index)
@@ -133,9 +138,9 @@ void ginq_color255(int index, int *red, int *green, int *blue)
     float g = 0.0F;
     float b = 0.0F;
     ginq_color(index, &r, &g, &b);
-    *red = static_cast<int>(255.0F * r);
-    *green = static_cast<int>(255.0F * g);
-    *blue = static_cast<int>(255.0F * b);
+    *red = of_255(r);
+    *green = of_255(g);
+    *blue = of_255(b);
 }
 
 void gcolor_background()

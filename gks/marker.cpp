@@ -1,4 +1,5 @@
 #include <array>
+#include <cmath>
 #include <cstddef>
 #include <span>
 
@@ -85,6 +86,7 @@ constexpr ShapePoint kDot[] = {
 };
 
 constexpr std::size_t kMaxShape = 13;
+constexpr float kMostHalf = 1.0e6F; ///< device units; no page is as wide
 
 struct Shape {
     std::span<const ShapePoint> points;
@@ -151,7 +153,7 @@ void draw_stroke(std::size_t n, const float *points)
 /// The marker of the current type at a device position, `size` device units wide.
 void draw_marker(float x, float y, float size)
 {
-    const auto half = static_cast<float>(static_cast<int>(size / 2.0F));
+    const float half = std::trunc(std::fmin(size / 2.0F, kMostHalf));
     const Shape shape = shape_of(kernel().marker.type);
     const float scale = shape.scaled ? half : 1.0F;
     std::array<float, 2 * kMaxShape> stroke{};

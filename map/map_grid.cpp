@@ -8,6 +8,7 @@
 #include "gks/gks.h"
 #include "gks/session.h"
 #include "map/domain.h"
+#include "map/map_lines.h"
 #include "map/projection.h"
 #include "plot/area.h"
 #include "plot/attributes.h"
@@ -105,14 +106,35 @@ void label_y(const Span &xs, const Span &ys, const std::array<float, 4> &viewpor
     }
 }
 
+void report_intervals(float dlat, float dlon)
+{
+    MSG_out(192, "MAP_draw_lalo: no lines at intervals %g, %g\n", static_cast<double>(dlat),
+            static_cast<double>(dlon));
+}
+
+void end_lines()
+{
+    GPH_set_line_attr(nullptr);
+    GPH_set_text_attr(nullptr, 1.0F);
+}
+
+int draw_map(float dlat, float dlon)
+{
+    PLT_message("Map-lalo: %.1f,%.1f", static_cast<double>(dlat), static_cast<double>(dlon));
+    if (!draw_map_lines({dlat, dlon, state.crosses, state.repeat})) {
+        report_intervals(dlat, dlon);
+    }
+    end_lines();
+    return 0;
+}
+
 int draw_plot_space(const DomainRec &d, float dlat, float dlon)
 {
     const Span xs = make_span(d.clat, d.clat + d.dx, dlat);
     Span ys = make_span(d.clon, d.clon + d.dy, dlon);
     ys.step *= direction_of_y(d.proj);
     if (xs.count(true) == 0 || ys.count(true) == 0) {
-        MSG_out(192, "MAP_draw_lalo: no lines at intervals %g, %g\n", static_cast<double>(dlat),
-                static_cast<double>(dlon));
+        report_intervals(dlat, dlon);
         GPH_sel_tran(1);
         return -1;
     }
@@ -129,8 +151,7 @@ int draw_plot_space(const DomainRec &d, float dlat, float dlon)
         label_x(xs, ys, viewport);
     }
     label_y(xs, ys, viewport);
-    GPH_set_line_attr(nullptr);
-    GPH_set_text_attr(nullptr, 1.0F);
+    end_lines();
     return -1;
 }
 
@@ -150,5 +171,6 @@ void DOM_get_offset(float *dlat, float *dlon)
 int MAP_draw_lalo(float dlat, float dlon)
 {
     const DomainRec domain = *DOM_get(nullptr);
-    return draw_plot_space(domain, dlat, dlon);
+    return is_map_projection(domain.proj) ? draw_map(dlat, dlon)
+                                          : draw_plot_space(domain, dlat, dlon);
 }

@@ -1,31 +1,72 @@
 #include "map/map_layer.h"
 
+#include <array>
+#include <cstdio>
+#include <string>
+#include <string_view>
+
+#include "base/msg.h"
 #include "base/prm.h"
+#include "base/res.h"
+#include "base/str.h"
 #include "gks/gks.h"
 #include "gks/session.h"
 #include "map/domain.h"
+#include "map/map_entry.h"
 #include "map/map_grid.h"
 #include "map/view.h"
 #include "plot/attributes.h"
 #include "plot/labels.h"
+#include "timefile/file.h"
 #include "var/variable.h"
 
 namespace {
 
-constexpr int kUnderMarked = 1;
-constexpr int kOverMarked = 2;
-constexpr int kUnmarked = 4;
+constexpr unsigned kWarn = 192;
 constexpr float kMapLabel = 0.018F; ///< of the window height
 constexpr float kSpaceLabel = 0.015F;
 constexpr int kDashed = 4;
+constexpr float kAmericanHeight = 75.0F; ///< window that tyr.map fills, 100 km
+constexpr int kMostEntry = 255;
+constexpr std::string_view kListPrefix = "fi:";
 
 struct State {
-    int map_mode = 0;
+    std::string list; ///< entries in force; the default, once chosen, stays
     bool is_filled = false;
     int map_variable = 0; ///< 1 the list holds "map", -1 it holds "panel"
 };
 
 State state;
+
+const std::string &current_list(const DomainRec &d)
+{
+    if (const char *list = RES_get("map_file")) {
+        state.list = list;
+    } else if (state.list.empty()) {
+        const bool is_american = d.clat > 25.0F && d.clat < 80.0F && d.clon > -160.0F &&
+                                 d.clon < -65.0F && DOM_window_height() < kAmericanHeight;
+        state.list = is_american ? "tyr.map" : "cont.map,country.map";
+    }
+    return state.list;
+}
+
+void process_list_file(const std::string &name)
+{
+    std::array<char, kFileNameRoom> path = {};
+    FILE_join(RES_get("file_path"), name.c_str(), path.data());
+    FilePtr stream;
+    if (FILE_is_dir(path.data()) == 0) {
+        stream.reset(FILE_open(path.data(), "r"));
+    }
+    if (!stream) {
+        MSG_out(kWarn, "MAP_draw: Unable to open map list file: %s\n", path.data());
+        return;
+    }
+    std::array<char, kMostEntry + 1> word = {};
+    while (std::fscanf(stream.get(), "%255s", word.data()) == 1) {
+        MAP_process(word.data());
+    }
+}
 
 bool is_filled_type(long type)
 {
@@ -74,23 +115,18 @@ void PLT_map_under()
 {
     gsel_norm_tran(2);
     PLT_set_label_line(0);
-    MAP_draw(state.is_filled || state.map_variable == 1 ? kUnderMarked : kUnderMarked | kUnmarked);
+    MAP_draw(state.is_filled || state.map_variable == 1 ? kMapUnder : kMapUnder | kMapUnmarked);
 }
 
 void PLT_map_over()
 {
     if (state.is_filled && state.map_variable != 1) {
         DOM_set_map_mode(1);
-        MAP_draw(kOverMarked | kUnmarked);
+        MAP_draw(kMapOver | kMapUnmarked);
     } else {
-        MAP_draw(kOverMarked);
+        MAP_draw(kMapOver);
     }
     PLT_draw_labels();
-}
-
-void DOM_set_map_mode(int mode)
-{
-    state.map_mode = mode;
 }
 
 int MAP_draw(int mode)
@@ -102,7 +138,14 @@ int MAP_draw(int mode)
     GPH_set_line_attr(nullptr);
     GPH_set_font(nullptr);
     const DomainRec domain = *DOM_get(nullptr);
+    start_map_entries(mode);
+    for (const std::string &entry : STR_fields(current_list(domain), ',')) {
+        if (entry.compare(0, kListPrefix.size(), kListPrefix) == 0) {
+            process_list_file(entry.substr(kListPrefix.size()));
+        } else {
+            MAP_process(entry.c_str());
+        }
+    }
     draw_lines(domain);
-    static_cast<void>(mode);
     return 0;
 }

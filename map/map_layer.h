@@ -11,9 +11,7 @@ void PLT_map_under();
 /// Layers over the data, then the corner labels.
 void PLT_map_over();
 
-/// 1: map outlines are drawn in `color_cmap`, over a colour fill.
-void DOM_set_map_mode(int mode);
-
-/// Draws the layers of a mode, a sum of: 1 entries marked "-", 2 entries marked "+", 4 others.
-/// @return 0
+/// Draws the entries of the map list (resource `map_file`, by default the maps of the region that
+/// the first domain shows) and the lines that DOM_set_offset asks for.
+/// @param mode  sum of MapMark. @return 0
 int MAP_draw(int mode);

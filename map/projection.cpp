@@ -4,13 +4,12 @@
 #include <cmath>
 
 #include "base/missing.h"
+#include "map/degrees.h"
 #include "map/domain_state.h"
 #include "var/thermo.h"
 
 namespace {
 
-constexpr double kRadian = 0.017453292519943334;
-constexpr double kDegree = 57.295779513082195;
 constexpr double kPi = 3.1415926535898;
 constexpr double kHalfTurn = 180.0;
 constexpr double kTurn = 360.0;
@@ -19,6 +18,7 @@ constexpr double kPolarCut = 89.9;   ///< Mercator: latitude held
 constexpr double kConeCut = 89.0;    ///< Lambert conic: latitude held at the far pole
 constexpr double kPolePoint = 89.99; ///< Mollweide: the pole has no width
 constexpr double kTiny = 1e-10;
+constexpr double kRounding = 1e-6; ///< of a coordinate held as float
 constexpr double kStuvePower = 0.285714;
 constexpr double kStepKm = 111.195;           ///< km of a degree, for the direction of a small step
 constexpr double kReferencePressure = 1000.0; ///< hPa
@@ -39,21 +39,6 @@ const CurrentDomain &dom()
     return current_domain();
 }
 
-double sind(double degrees)
-{
-    return std::sin(degrees * kRadian);
-}
-
-double cosd(double degrees)
-{
-    return std::cos(degrees * kRadian);
-}
-
-double tand(double degrees)
-{
-    return std::tan(degrees * kRadian);
-}
-
 /// Into -180 to 180, both ends kept.
 double wrap(double lon)
 {
@@ -69,7 +54,7 @@ double wrap(double lon)
 
 double asin_degrees(double value)
 {
-    return std::asin(std::clamp(value, -1.0, 1.0)) * kDegree;
+    return std::asin(std::clamp(value, -1.0, 1.0)) * kDegreesPerRadian;
 }
 
 // ---- polar stereographic ----
@@ -79,7 +64,7 @@ Point polar_forward(double lat, double lon)
     const double s = dom().sign;
     const double held = s * lat > kFarLimit ? kFarLimit : s * lat;
     const double r = dom().radius * tand((held + 90.0) / 2.0);
-    const double t = (lon - dom().rec.plon) * kRadian;
+    const double t = (lon - dom().rec.plon) * kRadiansPerDegree;
     return {r * std::sin(t), s * r * std::cos(t)};
 }
 
@@ -87,8 +72,8 @@ Point polar_inverse(double x, double y)
 {
     const double s = dom().sign;
     const double r = std::hypot(x, y);
-    const double a = r == 0.0 ? 0.0 : std::atan2(x, s * y) * kDegree;
-    return {(2.0 * std::atan(r / dom().radius) * kDegree - 90.0) * s, dom().rec.plon + a};
+    const double a = r == 0.0 ? 0.0 : std::atan2(x, s * y) * kDegreesPerRadian;
+    return {(2.0 * std::atan(r / dom().radius) * kDegreesPerRadian - 90.0) * s, dom().rec.plon + a};
 }
 
 // ---- latitude and longitude ----
@@ -107,15 +92,15 @@ Point latlon_inverse(double x, double y)
 
 Point mercator_forward(double lat, double lon)
 {
-    const double x = wrap(lon - dom().rec.plon) * kEarthRadius * kRadian;
+    const double x = wrap(lon - dom().rec.plon) * kEarthRadius * kRadiansPerDegree;
     const double held = std::clamp(lat, -kPolarCut, kPolarCut);
     return {x, -kEarthRadius * std::log(tand(45.0 - held / 2.0))};
 }
 
 Point mercator_inverse(double x, double y)
 {
-    const double lat = 90.0 - std::atan(1.0 / std::exp(y / kEarthRadius)) * 2.0 * kDegree;
-    return {lat, wrap(dom().rec.plon + x / (kEarthRadius * kRadian))};
+    const double lat = 90.0 - std::atan(1.0 / std::exp(y / kEarthRadius)) * 2.0 * kDegreesPerRadian;
+    return {lat, wrap(dom().rec.plon + x / (kEarthRadius * kRadiansPerDegree))};
 }
 
 // ---- Lambert conformal conic ----
@@ -125,7 +110,7 @@ Point lambert_forward(double lat, double lon)
     const double s = dom().sign;
     lat = s > 0.0 ? std::max(lat, -kConeCut) : std::min(lat, kConeCut);
     const double r = dom().radius * std::pow(tand(45.0 - s * lat / 2.0), dom().cone);
-    const double t = wrap(lon - dom().rec.plon) * dom().cone * kRadian;
+    const double t = wrap(lon - dom().rec.plon) * dom().cone * kRadiansPerDegree;
     return {r * std::sin(t), -s * r * std::cos(t)};
 }
 
@@ -133,9 +118,10 @@ Point lambert_inverse(double x, double y)
 {
     const double s = dom().sign;
     const double r = std::hypot(x, y);
-    const double a = r == 0.0 ? 0.0 : std::atan2(x, -s * y) * kDegree;
-    const double lat =
-        s * 90.0 - 2.0 * s * std::atan(std::pow(r / dom().radius, 1.0 / dom().cone)) * kDegree;
+    const double a = r == 0.0 ? 0.0 : std::atan2(x, -s * y) * kDegreesPerRadian;
+    const double lat = s * 90.0 - 2.0 * s *
+                                      std::atan(std::pow(r / dom().radius, 1.0 / dom().cone)) *
+                                      kDegreesPerRadian;
     return {lat, a / dom().cone + dom().rec.plon};
 }
 
@@ -162,7 +148,8 @@ Point ortho_inverse(double x, double y)
     }
     const double z = std::sqrt(w);
     return {asin_degrees((dom().cos_pole * y + dom().sin_pole * z) / kEarthRadius),
-            dom().rec.plon + std::atan2(x, dom().cos_pole * z - dom().sin_pole * y) * kDegree};
+            dom().rec.plon +
+                std::atan2(x, dom().cos_pole * z - dom().sin_pole * y) * kDegreesPerRadian};
 }
 
 // ---- Mollweide ----
@@ -170,7 +157,7 @@ Point ortho_inverse(double x, double y)
 Point mollweide_forward(double lat, double lon)
 {
     constexpr int kMostSteps = 15;
-    double t = lat * kRadian;
+    double t = lat * kRadiansPerDegree;
     const double target = kPi * sind(lat);
     for (int i = 0; i < kMostSteps && std::fabs(lat) <= kPolePoint; ++i) {
         const double step = -(std::sin(t) + t - target) / (std::cos(t) + 1.0);
@@ -188,10 +175,11 @@ Point mollweide_forward(double lat, double lon)
 
 Point mollweide_inverse(double x, double y)
 {
-    const double v = y / kEarthRadius;
-    if (!(v >= -1.0 && v <= 1.0)) {
+    double v = y / kEarthRadius;
+    if (!(std::fabs(v) <= 1.0 + kRounding)) {
         return kNowhere;
     }
+    v = std::clamp(v, -1.0, 1.0);
     const double u = std::asin(v);
     const double w = (std::sin(2.0 * u) + 2.0 * u) / kPi;
     if (!(w >= -1.0 && w <= 1.0)) {
@@ -199,7 +187,7 @@ Point mollweide_inverse(double x, double y)
     }
     const double width = std::cos(u) * kEarthRadius;
     const double lon = width < kTiny ? 0.0 : x * 90.0 / width;
-    return {std::asin(w) * kDegree, dom().rec.plon + lon};
+    return {std::asin(w) * kDegreesPerRadian, dom().rec.plon + lon};
 }
 
 // ---- Lambert azimuthal equal area ----
@@ -236,13 +224,13 @@ Point azimuthal_inverse(double x, double y)
     const double lat = asin_degrees(y * dom().cos_pole * sc / rho + dom().sin_pole * cc);
     if (std::fabs(std::fabs(plat) - 90.0) <= kTiny) {
         const double turn = plat >= 0.0 ? std::atan2(x, -y) : -std::atan2(-x, y);
-        return {lat, plon + turn * kDegree};
+        return {lat, plon + turn * kDegreesPerRadian};
     }
     const double d = cc - dom().sin_pole * sind(lat);
     if (d == 0.0) {
         return {lat, plon};
     }
-    return {lat, plon + std::atan2(dom().cos_pole * x * sc, d * rho) * kDegree};
+    return {lat, plon + std::atan2(dom().cos_pole * x * sc, d * rho) * kDegreesPerRadian};
 }
 
 // ---- geostationary satellite view ----
@@ -258,10 +246,11 @@ bool has_scan_angles()
 Point satellite_forward(double lat, double lon)
 {
     const double h = dom().distance;
-    const double angle = dom().rec.ellipsoid != 0 ? std::atan(kAxes * tand(lat)) : lat * kRadian;
+    const double angle =
+        dom().rec.ellipsoid != 0 ? std::atan(kAxes * tand(lat)) : lat * kRadiansPerDegree;
     const double cp = std::cos(angle);
     const double sp = std::sin(angle);
-    const double t = (lon - dom().rec.plon) * kRadian;
+    const double t = (lon - dom().rec.plon) * kRadiansPerDegree;
     const double ct = std::cos(t);
     const double st = std::sin(t);
     if (cp * ct < kEarthRadius / h) {
@@ -294,7 +283,8 @@ Point sphere_inverse(double x, double y)
     }
     const double k = (h * h - std::sqrt(root)) / q;
     const double lat = std::asin(std::clamp(k * y / kEarthRadius, -1.0, 1.0));
-    return {lat * kDegree, dom().rec.plon + asin_degrees(k * x / (std::cos(lat) * kEarthRadius))};
+    return {lat * kDegreesPerRadian,
+            dom().rec.plon + asin_degrees(k * x / (std::cos(lat) * kEarthRadius))};
 }
 
 Point spheroid_inverse(double x, double y)
@@ -313,8 +303,8 @@ Point spheroid_inverse(double x, double y)
     const double k = (h * cx * cy - std::sqrt(root)) / m;
     const double p = h - k * cx * cy;
     const double q = k * std::sin(ax) * cy;
-    return {std::atan(k * sy / (kAxes * std::hypot(q, p))) * kDegree,
-            dom().rec.plon + std::atan(q / p) * kDegree};
+    return {std::atan(k * sy / (kAxes * std::hypot(q, p))) * kDegreesPerRadian,
+            dom().rec.plon + std::atan(q / p) * kDegreesPerRadian};
 }
 
 Point satellite_inverse(double x, double y)
@@ -436,7 +426,7 @@ Point inverse(double x, double y)
     case kProjEmagram:
         return {x, std::exp(-y)};
     case kProjPolarPlot: {
-        const double a = x == 0.0 && y == 0.0 ? 0.0 : std::atan2(x, y) * kDegree;
+        const double a = x == 0.0 && y == 0.0 ? 0.0 : std::atan2(x, y) * kDegreesPerRadian;
         return {a < 0.0 ? a + kTurn : a, std::hypot(x, y)};
     }
     case kProjStuve:
@@ -469,7 +459,10 @@ int MAP_ll_to_xy(float *x, float *y, float lat, float lon)
     if (!has_formula(dom().rec.proj)) {
         return 1;
     }
-    const Point p = forward(lat, lon);
+    Point p = forward(lat, lon);
+    if (is_map_projection(dom().rec.proj) && !(std::isfinite(p.a) && std::isfinite(p.b))) {
+        p = kNowhere;
+    }
     *x = static_cast<float>(p.a);
     *y = static_cast<float>(p.b);
     return p.shown ? 1 : 0;
@@ -500,18 +493,23 @@ float MAP_rotate_dir(float direction, float x, float y)
         if (x == 0.0F && y == 0.0F) {
             return is_south ? direction + d.rec.plon : direction - d.rec.plon;
         }
-        return static_cast<float>(is_south ? direction + std::atan2(x, y) * kDegree
-                                           : direction - std::atan2(x, -y) * kDegree);
+        return static_cast<float>(is_south ? direction + std::atan2(x, y) * kDegreesPerRadian
+                                           : direction - std::atan2(x, -y) * kDegreesPerRadian);
     case kProjLambert:
-        return static_cast<float>(direction - std::atan2(x, -d.sign * y) * kDegree);
+        return static_cast<float>(direction - std::atan2(x, -d.sign * y) * kDegreesPerRadian);
     case kProjSatellite: {
         const Point from = inverse(x, y);
         if (!from.shown) {
             return kMissing;
         }
+        // not (x, y): on the sphere the inverse misses it by more than the step
+        const Point here = forward(from.a, from.b);
         const Point to = forward(from.a + cosd(direction) / kStepKm,
                                  from.b + sind(direction) / (cosd(from.a) * kStepKm));
-        return to.shown ? static_cast<float>(std::atan2(to.a - x, to.b - y) * kDegree) : kMissing;
+        return here.shown && to.shown
+                   ? static_cast<float>(std::atan2(to.a - here.a, to.b - here.b) *
+                                        kDegreesPerRadian)
+                   : kMissing;
     }
     default:
         return direction;

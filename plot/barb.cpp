@@ -19,7 +19,8 @@ constexpr float kFullLength = 0.5F; ///< sideways, as a fraction of the staff
 constexpr float kHalfLength = 0.25F;
 constexpr float kSlantFull = 0.12F; ///< outward, as a fraction of the staff
 constexpr float kSlantHalf = 0.06F;
-constexpr float kRounding = 2.0F; ///< knots: 3 counts as 5, 8 as 10
+constexpr float kRounding = 2.0F;     ///< knots: 3 counts as 5, 8 as 10
+constexpr float kMostSpeed = 2000.0F; ///< knots: forty flags, faster than any wind
 constexpr float kHeadWing = 0.2F;
 
 struct Point {
@@ -70,6 +71,7 @@ struct Signs {
 
 Signs count_signs(float speed)
 {
+    speed = std::fmin(speed, kMostSpeed);
     const int flags = static_cast<int>(std::floor((speed + kRounding) / 50.0F));
     const float rest = speed - static_cast<float>(flags) * 50.0F;
     return {flags, static_cast<int>(std::floor((rest + kRounding) / 10.0F)),

@@ -168,7 +168,8 @@ void draw_bands(const Bar &bar)
     int row = 0;
     if (!bar.view.has_levels && bar.view.rows > 0) {
         const float bands = std::floor((state.first - start) / bar.range.interval + kTolerance);
-        row = static_cast<int>(std::fmod(bands, static_cast<float>(bar.view.rows)));
+        const float place = std::fmod(bands, static_cast<float>(bar.view.rows));
+        row = std::isfinite(place) ? static_cast<int>(place) : 0;
         row += row < 0 ? bar.view.rows : 0;
     }
     float value = state.first;

@@ -283,6 +283,9 @@ void CONT_value_attr(float value, AttrRec *out)
             return;
         }
         const float band = std::floor((value - base) / state.interval + kBandTolerance);
+        if (!std::isfinite(band)) {
+            return;
+        }
         const int row = static_cast<int>(std::fmod(band, static_cast<float>(rows)));
         *out = state.rows[static_cast<size_t>(row < 0 ? row + rows : row)].attr;
         return;

@@ -66,9 +66,11 @@ int PLT_end()
     gsel_norm_tran(2);
     GPH_hold();
     gclear_ws(state.ws, 1);
-    const int result = GPH_end(state.ws);
+    if (GPH_end(state.ws) != 0) {
+        SYS_exit(kExitNoGraphics); // told where it happened: the output didn't all go out
+    }
     PLT_clear_labels();
-    return result;
+    return 0;
 }
 
 void PLT_abort(int code)

@@ -10,8 +10,8 @@ int PLT_begin(float aspect);
 /// The same for a further plot on the open workstation.
 int PLT_restart(float aspect);
 
-/// Ends a plot: detaches in batch mode, shows the picture, closes all. @return 0; -1 when there was
-/// no plot
+/// Ends a plot: detaches in batch mode, shows the picture, closes all. Output that didn't all go
+/// out ends the process with code 4. @return 0; -1 when there was no plot
 int PLT_end();
 
 /// Closes the graphics and ends the process.

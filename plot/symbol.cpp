@@ -15,7 +15,7 @@ namespace {
 
 constexpr unsigned kRoutineFailure = 64;
 constexpr const char *kDefaultFile = "wx.smb";
-constexpr int kMaxPairs = 20;
+constexpr size_t kMaxPairs = 20;
 constexpr int kNameRoom = 15;
 
 struct Symbol {

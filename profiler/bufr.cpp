@@ -139,6 +139,8 @@ int load_message(std::FILE *stream, const char *name)
     state.size = head[5] * 256 + head[6];
     MSG_out(kTrace, "size: %d\n", state.size);
     if (state.size > kLongestMessage) {
+        state.size = 0; // what the message before left behind isn't this one's
+        state.position = 0;
         return -1;
     }
     if (state.size < kShortestMessage) {
@@ -419,6 +421,8 @@ int bufr_read_record(std::FILE *stream, const char *name, ProfilerRecord *record
     }
     Report r = {record};
     begin_report(r);
+    const int start = state.pointer;
+    const unsigned start_bits = state.bit_count;
     for (int i = 0; i < state.descriptor_count; ++i) {
         const Descriptor &d = state.descriptors[static_cast<size_t>(i)];
         if (d.f == 0 && (width_of(d.row) < 1 || width_of(d.row) > kMaxWidth)) {
@@ -434,6 +438,9 @@ int bufr_read_record(std::FILE *stream, const char *name, ProfilerRecord *record
         if (state.overrun) {
             return refuse(name, "the data end early, at byte", state.pointer);
         }
+    }
+    if (state.pointer == start && state.bit_count == start_bits) {
+        return refuse(name, "a report without data, at byte", start); // it would never end
     }
     record->num_level = r.level;
     state.position = state.pointer;

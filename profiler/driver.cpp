@@ -13,6 +13,7 @@
 #include "base/sys.h"
 #include "gks/gks.h"
 #include "gks/session.h"
+#include "map/map_entry.h"
 #include "map/map_grid.h"
 #include "map/map_layer.h"
 #include "map/projection.h"
@@ -110,7 +111,11 @@ void plot_column(const ProfilerRecord &record, float x, const Styles &styles)
     if (VAR_count() == 0) {
         return;
     }
-    for (float z = 0.0F; z < kTopHeight; z += state.setup.height_step) {
+    for (int i = 0;; ++i) {
+        const float z = static_cast<float>(i) * state.setup.height_step;
+        if (z >= kTopHeight) {
+            return;
+        }
         VarRec local = *VAR_get_list();
         local.level_kind = kLevelHeightAg;
         local.level_value = static_cast<int>(z);

@@ -5,6 +5,7 @@
 #include <cstring>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "base/missing.h"
 #include "base/str.h"
@@ -147,6 +148,11 @@ struct Layer {
     float top = kLayerTop;
 };
 
+bool counts_down(int kind)
+{
+    return kind == kLevelPressureLayer || kind == kLevelPressureAgLayer || kind == kLevelPressure;
+}
+
 /// The layer of a variable; one without gets 0 to 3000 m written in.
 Layer layer_of(VarRec *variable)
 {
@@ -156,6 +162,9 @@ Layer layer_of(VarRec *variable)
         layer = {};
         VAR_encode_layer(kLevelHeightAg, &variable->level_kind, &variable->level_value,
                          layer.bottom, layer.top);
+    }
+    if (!counts_down(layer.kind) && !is_missing(layer.top) && layer.bottom > layer.top) {
+        std::swap(layer.bottom, layer.top); // levels give the larger number first
     }
     return layer;
 }

@@ -11,12 +11,14 @@
 #include "base/res.h"
 #include "base/str.h"
 #include "base/sys.h"
+#include "map/domain_text.h"
 #include "map/map_grid.h"
 #include "plot/area.h"
 #include "profiler/driver.h"
 #include "timefile/name_conv.h"
 #include "timefile/search.h"
 #include "timefile/sequence.h"
+#include "var/level.h"
 
 namespace {
 
@@ -65,9 +67,9 @@ int column_span()
     return std::abs(FILE_num_hours()) / step;
 }
 
-void setup_section(DomainRec *domain, DriverSetup *setup)
+void setup_section(HeightSetting heights, DomainRec *domain, DriverSetup *setup)
 {
-    const SectionView &view = height_setting() == HeightSetting::kLower ? kLowerView : kHighView;
+    const SectionView &view = heights == HeightSetting::kLower ? kLowerView : kHighView;
     FILE_set_default_hours(kDefaultHours);
     domain->proj = kProjTimeHeight;
     domain->clat = -1.0F;
@@ -80,6 +82,23 @@ void setup_section(DomainRec *domain, DriverSetup *setup)
     setup->height_step = view.height_step;
     PLT_set_margins(0.065F, 0.05F, 0.05F, 0.035F);
     DOM_set_offset(0, 0, 1.0F, -view.grid_step);
+}
+
+/// The domain and the level that variables without one of their own take.
+void setup_map(const char *level, DomainRec *domain, DriverSetup *setup)
+{
+    int kind = kMissingInt;
+    int value = kMissingInt;
+    VAR_level(level, &kind, &value);
+    PRM_set(kPrmLevelKind, kind);
+    PRM_set(kPrmLevelValue, value);
+    constexpr int kPlotProgram = 4;
+    DOM_from_resources(domain, kPlotProgram);
+    if (!DOM_is_usable(domain)) {
+        MSG_out(kError, "Invalid domain\n");
+        SYS_exit(kExitDomain);
+    }
+    setup->mode = kLevelMap;
 }
 
 std::vector<std::string> ask_stations(const char *file)
@@ -116,6 +135,7 @@ int main(int argc, char **argv)
     for (const std::string &entry : RES_list("in_file")) {
         set_name_convention(entry);
     }
+    const HeightSetting heights = height_setting();
     std::array<char, kFileNameRoom> file = {};
     FILE_get_name("Enter the profiler filename: ", file.data());
     DriverSetup setup;
@@ -123,7 +143,11 @@ int main(int argc, char **argv)
     setup.stations = RES_list("identifier");
     DomainRec domain;
     DOM_init(&domain);
-    setup_section(&domain, &setup);
+    if (const char *level = RES_get("level")) {
+        setup_map(level, &domain, &setup);
+    } else {
+        setup_section(heights, &domain, &setup);
+    }
     if (setup.stations.empty() && setup.mode != kLevelMap) {
         setup.stations = ask_stations(file.data());
     }

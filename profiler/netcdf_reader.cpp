@@ -199,6 +199,7 @@ void read_station_date(PrfFileInfo *info)
         return value >= 0 && value < 10000 ? static_cast<int>(value) : kMissingInt;
     };
     CDF_set_index(1, 0);
+    info->date = DateRec(); // the minute of another file isn't this one's
     info->date.year = number("year");
     info->date.month = number("month");
     info->date.day = number("day");
@@ -351,7 +352,7 @@ int netcdf_read_record(ProfilerLayout layout, int64_t index, ProfilerRecord *rec
     }
     read_surface(layout, record);
     for (int m = 0; m < state.mode_count; ++m) {
-        read_levels(state.modes[m], index, record->level + m * kModeLevels);
+        read_levels(state.modes[m], index, &record->level[m * kModeLevels]);
     }
     record->num_level = kAllLevels;
     for (int i = 0; i < kAllLevels; ++i) {

@@ -37,7 +37,7 @@ std::string home_of(const std::string &user)
 
 std::string expand(const char *name)
 {
-    const std::string text = name ? name : "";
+    std::string text = name ? name : "";
     if (text.empty() || text[0] != '~') {
         return text;
     }

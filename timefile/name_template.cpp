@@ -203,7 +203,8 @@ std::string Composer::month(char letter, int step)
         return two_digits(value);
     }
     const char *name = TIME_month_lower(value);
-    return *name ? name : find_date(letter)->placeholder;
+    const DateLetter *known = find_date(letter);
+    return *name || !known ? name : known->placeholder;
 }
 
 std::string Composer::day(int step)

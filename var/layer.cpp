@@ -152,7 +152,8 @@ void VAR_encode_layer(int kind, int *out_kind, int *out_value, float bottom, flo
     const auto pack = [&](int layer, int scale) {
         *out_kind = layer;
         const long long high = t / scale;
-        *out_value = VAR_whole(static_cast<double>(high * 1000 + b / scale));
+        const long long packed = high * 1000 + b / scale;
+        *out_value = VAR_whole(static_cast<double>(packed));
     };
     *out_kind = kind;
     *out_value = b;

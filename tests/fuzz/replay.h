@@ -69,7 +69,7 @@ inline int fuzz_replay(FuzzTarget target, const std::string &name, int damages)
         std::string damaged = seed;
         for (int i = 0; i < damages; ++i) {
             damaged = fuzz_damage(i % 8 == 0 ? seed : damaged, random); // damages pile up
-            run(damaged.substr(0, 4000));
+            run(damaged.substr(0, 3 * seed.size() + 100));
         }
         runs += 1 + damages;
     }

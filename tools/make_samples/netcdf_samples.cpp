@@ -153,7 +153,7 @@ void write_recnum(const std::string &path, long seconds, int hour)
     const int hdev = nc.variable("windSpeedStdDev", NC_FLOAT, {rec, level}, "meter/sec");
     const int vdev = nc.variable("wStdDev", NC_FLOAT, {rec, level}, "meter/sec");
     nc.end_definitions();
-    std::array<float, 2 * kModeLevels> heights;
+    std::vector<float> heights(2 * kModeLevels);
     for (int i = 0; i < kModeLevels; ++i) {
         heights[static_cast<size_t>(i)] = static_cast<float>(kLowBottom + kGate * i);
         heights[static_cast<size_t>(i + kModeLevels)] = static_cast<float>(kHighBottom + kGate * i);
@@ -255,8 +255,8 @@ void write_station(const std::string &path, long seconds, int hour)
     nc.put_scalar(day, date->tm_mday);
     nc.put_scalar(hours, date->tm_hour);
     nc.put_scalar(minute, date->tm_min);
-    std::array<float, kModeLevels> low_heights;
-    std::array<float, kModeLevels> high_heights;
+    std::vector<float> low_heights(kModeLevels);
+    std::vector<float> high_heights(kModeLevels);
     for (int i = 0; i < kModeLevels; ++i) {
         low_heights[static_cast<size_t>(i)] = static_cast<float>(kLowBottom + kGate * i);
         high_heights[static_cast<size_t>(i)] = static_cast<float>(kHighBottom + kGate * i);

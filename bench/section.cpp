@@ -1,0 +1,118 @@
+// Time and memory of whole runs of the program: a section of 13 and of 168 hourly files, and one
+// station's walk through 2,000. Each is run several times; the table shows the median wall time.
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include <fcntl.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace {
+
+constexpr double kMega = 1024.0;
+
+struct Usage {
+    double wall = 0.0;   ///< s
+    double user = 0.0;   ///< s
+    double system = 0.0; ///< s
+    double peak = 0.0;   ///< MB
+};
+
+double seconds(const timeval &t)
+{
+    return static_cast<double>(t.tv_sec) + static_cast<double>(t.tv_usec) / 1e6;
+}
+
+Usage run_once(std::vector<std::string> words)
+{
+    std::vector<char *> argv;
+    for (std::string &w : words) {
+        argv.push_back(w.data());
+    }
+    argv.push_back(nullptr);
+    const auto start = std::chrono::steady_clock::now();
+    const pid_t pid = fork();
+    if (pid == 0) {
+        const int null = open("/dev/null", O_RDWR);
+        dup2(null, STDOUT_FILENO);
+        execv(argv[0], argv.data());
+        _exit(127);
+    }
+    int status = 0;
+    rusage used = {};
+    wait4(pid, &status, 0, &used);
+    const std::chrono::duration<double> wall = std::chrono::steady_clock::now() - start;
+    if (!WIFEXITED(status) || WEXITSTATUS(status) != 0) {
+        std::fprintf(stderr, "%s failed\n", words[0].c_str());
+        std::exit(1);
+    }
+    return {wall.count(), seconds(used.ru_utime), seconds(used.ru_stime),
+            static_cast<double>(used.ru_maxrss) / kMega};
+}
+
+void report(const char *name, const std::vector<std::string> &words, int runs)
+{
+    std::vector<Usage> all;
+    run_once(words);
+    for (int i = 0; i < runs; ++i) {
+        all.push_back(run_once(words));
+    }
+    std::sort(all.begin(), all.end(),
+              [](const Usage &a, const Usage &b) { return a.wall < b.wall; });
+    const Usage &median = all[all.size() / 2];
+    std::printf("%-28s %8.1f %8.1f %8.1f %8.1f %8.1f %8.1f\n", name, median.wall * 1e3,
+                all.front().wall * 1e3, all.back().wall * 1e3, median.user * 1e3,
+                median.system * 1e3, median.peak);
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    namespace fs = std::filesystem;
+    const fs::path bin = fs::canonical(argv[0]).parent_path();
+    const fs::path data = argc > 1 ? fs::path(argv[1]) : fs::path("data");
+    std::string folder = (fs::temp_directory_path() / "tyr_bench_XXXXXX").string();
+    if (!mkdtemp(folder.data())) {
+        return 1;
+    }
+    std::printf("%-28s %8s %8s %8s %8s %8s %8s\n", "run", "wall ms", "min", "max", "user", "system",
+                "peak MB");
+    run_once({(bin / "make_samples").string(), folder, "--hours", "2000"});
+    const std::string newest = "#20270212";
+    const std::string station = "PLTC2";
+    const auto section = [&](const std::string &hours) {
+        return std::vector<std::string>{(bin / "profiler").string(),
+                                        "-df",
+                                        "/nonexistent",
+                                        "-me",
+                                        "error",
+                                        "-fp",
+                                        data.string(),
+                                        "-dp",
+                                        folder,
+                                        "-va",
+                                        "wbrb",
+                                        "-id",
+                                        station,
+                                        "-nh",
+                                        hours,
+                                        "-cu",
+                                        newest + "la",
+                                        "-de",
+                                        "p," + folder + "/bench.ps"};
+    };
+    report("help (loading libraries)", {(bin / "profiler").string(), "-h"}, 9);
+    report("13 files, 34 heights", section("-12"), 9);
+    report("168 files, 34 heights", section("-167"), 9);
+    report("2000 files, 34 heights", section("-1999"), 3);
+    fs::remove_all(folder);
+    return 0;
+}

@@ -1,0 +1,154 @@
+#include <filesystem>
+
+#include <gtest/gtest.h>
+
+#include "support/program.h"
+#include "support/section_reader.h"
+#include "support/temp_dir.h"
+
+namespace {
+
+bool contains(const std::string &text, const std::string &part)
+{
+    return text.find(part) != std::string::npos;
+}
+
+TEST(Program, HelpPrintsEveryOption)
+{
+    const RunResult result = run_profiler({"-h"});
+    EXPECT_EQ(result.code, 0);
+    EXPECT_EQ(result.err, "");
+    for (const char *part :
+         {"profiler: This program plots profiler data\n",
+          "profiler syntax (version:5.59-LINUX-X11)", "Keyed options...\n", "-id ident",
+          "-nh hour[,step]", "Positional options...\n", "file [file...]"}) {
+        EXPECT_TRUE(contains(result.out, part)) << part;
+    }
+    EXPECT_FALSE(contains(result.out, "-gt ")) << "no option of other programs";
+}
+
+TEST(Program, ExitCodesTellTheReason)
+{
+    const TempDir dir;
+    const std::vector<std::string> files = make_samples(dir.file("data"), "12", 1);
+    struct Case {
+        const char *name;
+        std::vector<std::string> words;
+        std::string input;
+        int code;
+        const char *told;
+    };
+    const Case cases[] = {
+        {"no station in batch mode",    {"-ba", files[0]},                                         "",       31, "No station specified!"},
+        {"no file by current",
+         {"-cu", "la#2", "-dp", dir.file("none"), "-id", "X"},
+         "",                                                                                                 10,
+         "File not found: "                                                                                                             },
+        {"no file in batch mode",
+         {"-ba", "-dp", dir.file("none"), "-id", "X"},
+         "",                                                                                                 10,
+         "File not found: "                                                                                                             },
+        {"wrong names at the prompt",
+         {"-dp", dir.file("data"), "-id", "X"},
+         "a\nb\nc\nd\n",                                                                                     10,
+         "File not found: "                                                                                                             },
+        {"exit at the prompt",          {"-dp", dir.file("data")},                                 "exit\n", 0,  ""                     },
+        {"end of input at the prompt",  {"-dp", dir.file("data")},                                 "",       0,  ""                     },
+        {"a list of files",             {"-dp", dir.file("data"), "list"},                         "",       0,  "20261121_1200_prf.nc" },
+        {"output that can't be opened",
+         {"-id", "PLTC2", "-va", "wbrb", "-de", "p,/proc/no/x.ps", files[0]},
+         "",                                                                                                 4,
+         "GPH_begin: Error opening workstation"                                                                                         },
+        {"a full disk",
+         {"-id", "PLTC2", "-va", "wbrb", "-de", "p,/dev/full", files[0]},
+         "",                                                                                                 4,
+         "/dev/full"                                                                                                                    },
+        {"no plot wanted",
+         {"-id", "PLTC2", "-va", "wbrb", "-pl", "none", "-de", "p," + dir.file("n.ps"), files[0]},
+         "",                                                                                                 0,
+         ""                                                                                                                             },
+    };
+    for (const Case &c : cases) {
+        SCOPED_TRACE(c.name);
+        const RunResult result = run_profiler(c.words, {.input = c.input});
+        EXPECT_EQ(result.code, c.code) << result.out << result.err;
+        EXPECT_TRUE(contains(result.out + result.err, c.told)) << result.out << result.err;
+    }
+    EXPECT_FALSE(std::filesystem::exists(dir.file("n.ps")));
+}
+
+TEST(Program, AsksForWhatItNeeds)
+{
+    const TempDir dir;
+    const std::vector<std::string> files = make_samples(dir.file("data"), "12", 2);
+    const RunResult result = run_profiler({"-de", "p," + dir.file("s.ps"), files[0], files[1]},
+                                          {.input = "pltc2,LMNO2\nset plot_scale=2\nwspd\n"});
+    ASSERT_EQ(result.code, 0) << result.err;
+    EXPECT_TRUE(contains(result.out, "Available stations:\nAZCN5 "));
+    EXPECT_TRUE(contains(result.out, "Enter the stations: "));
+    EXPECT_TRUE(contains(result.out, "Variable Menu"));
+    const DrawnSection section = read_section(read_file(dir.file("s.ps")));
+    EXPECT_EQ(section.error, "");
+    EXPECT_TRUE(section.barbs.empty()) << "speeds are numbers";
+    EXPECT_GT(section.texts.size(), 60U);
+    EXPECT_EQ(section.texts[section.texts.size() - 2].rfind("ID: pltc2 - ", 0), 0U)
+        << section.texts[section.texts.size() - 2];
+}
+
+TEST(Batch, ParentLeavesAtOnceAndTheFileIsWrittenOnce)
+{
+    const TempDir dir;
+    std::vector<std::string> words = {"-ba", "-id", "PLTC2", "-de", "p," + dir.file("s.ps")};
+    const std::vector<std::string> files = make_samples(dir.file("data"), "12", 3);
+    words.insert(words.end(), files.begin(), files.end());
+    const RunResult result = run_profiler(words);
+    EXPECT_EQ(result.code, 0);
+    EXPECT_EQ(result.out + result.err, "") << "batch mode tells errors alone";
+    ASSERT_TRUE(wait_for_end(dir.file("s.ps"), "%%EOF\n"));
+    const std::string page = read_file(dir.file("s.ps"));
+    EXPECT_EQ(page.find("%%EOF"), page.rfind("%%EOF"));
+    EXPECT_EQ(page.find("%!PS"), page.rfind("%!PS"));
+    const DrawnSection section = read_section(page);
+    EXPECT_EQ(section.error, "");
+    EXPECT_GT(section.barbs.size(), 80U);
+}
+
+TEST(Batch, ForegroundAndBackgroundWriteTheSame)
+{
+    const TempDir dir;
+    const std::vector<std::string> files = make_samples(dir.file("data"), "12", 2);
+    std::vector<std::string> words = {
+        "-va", "wbrb", "-id", "PLTC2", "-de", "p," + dir.file("s.ps"), files[0], files[1]};
+    const RunOptions options = {.env = {"SOURCE_DATE_EPOCH=1700000000"}};
+    ASSERT_EQ(run_profiler(words, options).code, 0);
+    const std::string foreground = read_file(dir.file("s.ps"));
+    std::filesystem::remove(dir.file("s.ps"));
+    words.insert(words.begin(), "-ba");
+    ASSERT_EQ(run_profiler(words, options).code, 0);
+    ASSERT_TRUE(wait_for_end(dir.file("s.ps"), "%%EOF\n"));
+    EXPECT_EQ(read_file(dir.file("s.ps")), foreground);
+}
+
+TEST(Output, GoesToAPipe)
+{
+    const TempDir dir;
+    const std::vector<std::string> files = make_samples(dir.file("data"), "12", 1);
+    const RunResult result = run_profiler(
+        {"-va", "wbrb", "-id", "PLTC2", "-de", "p,|cat >" + dir.file("piped.ps"), files[0]});
+    EXPECT_EQ(result.code, 0) << result.err;
+    EXPECT_EQ(read_section(read_file(dir.file("piped.ps"))).error, "");
+}
+
+TEST(Installation, DrawsWithAnIdAndFilesAlone)
+{
+    const TempDir dir;
+    const std::vector<std::string> files = make_samples(dir.file("data"), "12", 1);
+    dir.write("here/tyr.cfg",
+              "*file_path: " TYR_SOURCE_DIR "/data\n*device: p," + dir.file("s.ps") + "\n");
+    const RunResult result = run({profiler_path(), "-id", "PLTC2", files[0]},
+                                 {.input = "wbrb\n", .folder = dir.file("here")});
+    EXPECT_EQ(result.code, 0) << result.err;
+    EXPECT_GT(read_section(read_file(dir.file("s.ps"))).barbs.size(), 20U);
+}
+
+} // namespace
