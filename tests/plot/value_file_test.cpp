@@ -116,8 +116,8 @@ TEST_F(ValueFileTest, PlacesFollowThePlotSpace)
         std::vector<PsPoint> places;
     } cases[] = {
         {"map",              kProjLatLon,     "id lat lon t $", "A 2 3 5\nB 4 5 6\n", {{-2, 2}, {0, 4}}},
-        {"plot coordinates", kProjXY,         "id x y t $",     "A 2 3 5\nB 4 5 6\n", {{2, 3}, {4, 5}}},
-        {"section",          kProjTimeHeight, "id t $",         "A 5\nB -\nC 6\n",    {{0, 5}, {2, 6}}},
+        {"plot coordinates", kProjXY,         "id x y t $",     "A 2 3 5\nB 4 5 6\n", {{2, 3}, {4, 5}} },
+        {"section",          kProjTimeHeight, "id t $",         "A 5\nB -\nC 6\n",    {{0, 5}, {2, 6}} },
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.name);
