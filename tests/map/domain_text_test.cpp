@@ -354,7 +354,7 @@ TEST(UsableDomain, NeedsPlaceAndSize)
         {"miss",                    false},
         {"cat,-1,0,25,21,14,18000", true },
         {"39,-97,-25,17",           false},
-        {"gn,39,-97,1",             true },
+        {"gn,39,-97,1",             false},
     };
     for (const auto &c : cases) {
         DomainRec d;
