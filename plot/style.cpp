@@ -336,7 +336,17 @@ void PLT_format_number(char *out, int room, const char *format, float value)
 
 void PLT_format_integer(char *out, int room, const char *format, int value)
 {
-    STR_copy(out, static_cast<size_t>(room),
-             conversion_of(format) == Conversion::kNone ? std::to_string(value)
-                                                        : print_checked(format, "%1.0f", value));
+    std::string text;
+    switch (conversion_of(format)) {
+    case Conversion::kReal:
+        text = print(format, static_cast<double>(value));
+        break;
+    case Conversion::kInteger:
+        text = print(format, value);
+        break;
+    case Conversion::kNone:
+        text = std::to_string(value);
+        break;
+    }
+    STR_copy(out, static_cast<size_t>(room), text);
 }
