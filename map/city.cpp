@@ -11,7 +11,6 @@
 #include <string>
 #include <vector>
 
-#include "base/convert.h"
 #include "base/msg.h"
 #include "base/res.h"
 #include "base/str.h"
@@ -338,8 +337,9 @@ int CTY_get(const char *id, void *out)
 
 int CTY_get_prior()
 {
+    const char *text = RES_get("stat_prior");
     int priority = kAllPriorities;
-    return RES_get_value("stat_prior", &priority, kResInt) == 1 ? priority : kAllPriorities;
+    return text && std::sscanf(text, "%9d", &priority) == 1 ? priority : kAllPriorities;
 }
 
 void CTY_set_id_type(int type)

@@ -23,22 +23,27 @@ void set_polar()
     state.radius = kEarthRadius * (1.0 - state.sign * sind(state.std1));
 }
 
+/// The cone's formulas want latitudes counted toward the pole that it opens to: standard latitudes
+/// south of the equator turn their sign on a southern cone.
 void set_lambert()
 {
     state.std1 = 30.0;
     state.std2 = 60.0;
     if (!is_missing(state.rec.parm1)) {
         state.std1 = state.rec.parm1;
-        state.std2 = state.rec.parm2;
+        state.std2 =
+            is_missing(state.rec.parm2) ? state.std1 : static_cast<double>(state.rec.parm2);
     }
     state.sign = state.rec.plat < 0.0F ? -1.0 : 1.0;
-    const double tan1 = tand(45.0 - state.std1 / 2.0);
-    const double tan2 = tand(45.0 - state.std2 / 2.0);
-    state.cone = state.std1 == state.std2
-                     ? cosd(90.0 - state.std1 * state.sign)
-                     : (std::log(cosd(state.std1)) - std::log(cosd(state.std2))) /
-                           (std::log(tan1) - std::log(tan2));
-    state.radius = kEarthRadius * cosd(state.std1) / (std::pow(tan1, state.cone) * state.cone);
+    const bool is_turned = state.sign < 0.0 && state.std1 <= 0.0 && state.std2 <= 0.0;
+    const double std1 = is_turned ? -state.std1 : state.std1;
+    const double std2 = is_turned ? -state.std2 : state.std2;
+    const double tan1 = tand(45.0 - std1 / 2.0);
+    const double tan2 = tand(45.0 - std2 / 2.0);
+    state.cone = std1 == std2 ? cosd(90.0 - std1)
+                              : (std::log(cosd(std1)) - std::log(cosd(std2))) /
+                                    (std::log(tan1) - std::log(tan2));
+    state.radius = kEarthRadius * cosd(std1) / (std::pow(tan1, state.cone) * state.cone);
 }
 
 void set_constants()

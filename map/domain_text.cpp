@@ -1,5 +1,6 @@
 #include "map/domain_text.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstdio>
@@ -13,6 +14,7 @@
 #include "base/prm.h"
 #include "base/res.h"
 #include "base/str.h"
+#include "map/city.h"
 #include "map/region.h"
 #include "timefile/name_conv.h"
 
@@ -26,6 +28,8 @@ constexpr int kGridHeight = 17;
 constexpr float kGridSpacing = 1.2F; ///< 100 km
 constexpr float kZoomSpacing = 1.0F;
 constexpr int kMostNested = 8; ///< region texts that name regions
+constexpr std::string_view kStationPrefix = "id:";
+constexpr const char *kCityFile = "sao.cty";
 constexpr const char *kRegionFile = "tyr.reg";
 
 struct ProjectionWord {
@@ -143,6 +147,14 @@ struct State {
     int nested = 0;
 };
 
+/// A field's text. A station is looked up once, for all forms that are tried.
+struct Word {
+    std::string text;
+    bool is_station = false;
+    bool is_found = false;
+    float lat = kMissing, lon = kMissing;
+};
+
 State state;
 
 bool is_word(const std::string &text, const char *word)
@@ -221,7 +233,7 @@ int decode_region_text(const char *text, DomainRec *out)
 int read_region(const std::string &word, DomainRec *out)
 {
     std::array<char, kDomainTextRoom> text = {};
-    if (STR_has_prefix(word, "id:")) {
+    if (word.empty() || STR_has_prefix(word, kStationPrefix)) {
         return 0;
     }
     if (STR_has_prefix(word, "fi:")) {
@@ -247,6 +259,23 @@ int read_region(const std::string &word, DomainRec *out)
     return DOM_region_lookup(file.c_str(), region.c_str(), text.data()) != 0
                ? decode_region_text(text.data(), out)
                : 0;
+}
+
+/// "id:station" or "id:file:station" as a place.
+Word make_word(const std::string &text)
+{
+    Word word = {text, STR_has_prefix(text, kStationPrefix)};
+    if (!word.is_station) {
+        return word;
+    }
+    std::string station = text.substr(kStationPrefix.size());
+    std::string file = kCityFile;
+    if (const size_t colon = station.find(':'); colon != std::string::npos) {
+        file = station.substr(0, colon);
+        station.erase(0, colon + 1);
+    }
+    word.is_found = CTY_find_position(station.c_str(), file.c_str(), &word.lat, &word.lon) != 0;
+    return word;
 }
 
 bool read_field(Field field, const std::string &word, DomainRec *out)
@@ -311,34 +340,44 @@ void apply_defaults(unsigned sets, DomainRec *out)
     }
 }
 
-/// True if each word parses as its field.
-bool read_fields(const Form &form, const std::vector<std::string> &words, DomainRec *out)
+/// True if each word parses as its field; a station takes two, its latitude and longitude.
+bool read_fields(const Form &form, const std::vector<Word> &words, DomainRec *out)
 {
-    size_t word = 0;
-    for (const Field field : form.fields) {
-        if (word >= words.size() || !read_field(field, words[word], out)) {
+    size_t next = 0;
+    for (size_t i = 0; i < form.fields.size(); ++i) {
+        if (next >= words.size()) {
             return false;
         }
-        ++word;
+        const Word &word = words[next++];
+        if (form.fields[i] == kClat && word.is_station) {
+            if (!word.is_found) {
+                return false;
+            }
+            out->clat = word.lat;
+            out->clon = word.lon;
+            ++i;
+        } else if (!read_field(form.fields[i], word.text, out)) {
+            return false;
+        }
     }
-    return word == words.size();
+    return next == words.size();
 }
 
 /// @return DomainForm of a form that fits, kUnknown for a region with a bad text, 0 if none fits
-int try_form(size_t number, const std::vector<std::string> &words, DomainRec *out)
+int try_form(size_t number, const std::vector<Word> &words, DomainRec *out)
 {
     const Form &form = forms()[number];
     DOM_init(out);
-    if ((form.sets & kOnlySize) != 0 && !is_word(words[0], "size")) {
+    if ((form.sets & kOnlySize) != 0 && !is_word(words[0].text, "size")) {
         return 0;
     }
-    const bool is_open = is_word(words[0], "none") || is_word(words[0], "miss");
+    const bool is_open = is_word(words[0].text, "none") || is_word(words[0].text, "miss");
     if (is_open && form.fields.size() == words.size()) {
         apply_defaults(form.sets, out);
         return kDomainNumbers;
     }
     if (form.fields[0] == kRegion) {
-        return words.size() == 1 ? read_region(words[0], out) : 0;
+        return words.size() == 1 ? read_region(words[0].text, out) : 0;
     }
     if (number == kStationForm || !read_fields(form, words, out)) {
         return 0;
@@ -347,7 +386,7 @@ int try_form(size_t number, const std::vector<std::string> &words, DomainRec *ou
     return kDomainNumbers;
 }
 
-int try_forms(const std::vector<std::string> &words, DomainRec *out)
+int try_forms(const std::vector<Word> &words, DomainRec *out)
 {
     for (size_t i = 0; i < forms().size() && !words.empty(); ++i) {
         const int result = try_form(i, words, out);
@@ -394,7 +433,11 @@ int DOM_decode(const char *text, DomainRec *out)
     }
     const std::vector<std::string> words = STR_fields(text, ',');
     MSG_out(kTrace, "******** PARSING DOMAIN: %d %s\n", static_cast<int>(words.size()), text);
-    const int result = try_forms(words, out);
+    std::vector<Word> read;
+    for (const std::string &word : words) {
+        read.push_back(make_word(word));
+    }
+    const int result = try_forms(read, out);
     PRM_set(kPrmDomainForm, result);
     FILE_set_key('r', text);
     if (out->ny != kMissingInt && is_real(out->dy)) {
@@ -437,8 +480,10 @@ int DOM_from_resources(DomainRec *out, int mode)
 
 bool DOM_is_usable(const DomainRec *domain)
 {
+    constexpr std::array<int, 6> kNameOnly = {kUnknown, kProjNone, kProjGnomonic,
+                                              kProjXZ,  kProjZoom, kProjSize};
     const DomainRec &d = *domain;
-    if (d.proj == kUnknown || d.proj == kProjNone || d.proj == kProjZoom || d.proj == kProjSize) {
+    if (std::find(kNameOnly.begin(), kNameOnly.end(), d.proj) != kNameOnly.end()) {
         return false;
     }
     const bool has_place = is_real(d.clat) && is_real(d.clon);

@@ -5,7 +5,8 @@
 /// Domains as texts: a region word, or comma-separated fields with a projection in front.
 ///
 /// Fields, in the order of the fifteen forms: proj[:plon] or proj[:e][:plat:plon:parm1...parm4],
-/// plon, clat, clon, nx, ny, dx, dy; a region word, "file:word" or "fi:file".
+/// plon, clat, clon, nx, ny, dx, dy; a region word, "file:word" or "fi:file". In the place of clat
+/// and clon may stand one field "id:station" or "id:file:station" of the city database.
 
 enum DomainForm {
     kDomainNumbers = 1,
@@ -27,8 +28,8 @@ int DOM_proj_code(const char *word);
 /// the first region of the region table. @return result of DOM_decode; 0 where nothing is told
 int DOM_from_resources(DomainRec *out, int mode);
 
-/// True of a domain that a picture can show: a known projection, and finite place, spacing and
-/// size, none of them 0.
+/// True of a domain that a picture can show: a projection with a formula, and finite place, spacing
+/// and size, none of them 0.
 bool DOM_is_usable(const DomainRec *domain);
 
 /// Shows a domain as a text that DOM_decode reads.

@@ -19,6 +19,7 @@
 #include "map/view.h"
 #include "plot/area.h"
 #include "plot/attributes.h"
+#include "plot/value_file.h"
 #include "timefile/file.h"
 
 namespace {
@@ -150,6 +151,13 @@ int process_metafile(const char *name)
     return 0;
 }
 
+int process_raw_file(const char *name)
+{
+    PLT_message("Map-rawfile: %s", path_of("file_path", name).c_str());
+    PLT_plot_file(path_of("file_path", name).c_str(), 0);
+    return 0;
+}
+
 int process_lines(const char *text)
 {
     // one character parts the word from the numbers; none is missed
@@ -259,6 +267,9 @@ int MAP_process(const char *entry)
     }
     if (begins(entry, "mf:")) {
         return process_metafile(entry + kPrefix);
+    }
+    if (begins(entry, "rf:")) {
+        return process_raw_file(entry + kPrefix);
     }
     if (begins(entry, "lalo")) {
         return process_lines(entry + std::strlen("lalo"));

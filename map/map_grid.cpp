@@ -3,6 +3,7 @@
 #include <array>
 #include <cmath>
 
+#include "base/missing.h"
 #include "base/msg.h"
 #include "base/str.h"
 #include "gks/gks.h"
@@ -24,6 +25,7 @@ struct State {
     int repeat = 0;
     float dlat = 0.0F;
     float dlon = 0.0F;
+    float refused_lat = kMissing, refused_lon = kMissing; ///< intervals last told of
 };
 
 State state;
@@ -106,8 +108,14 @@ void label_y(const Span &xs, const Span &ys, const std::array<float, 4> &viewpor
     }
 }
 
+/// Once for the layers under and over the data.
 void report_intervals(float dlat, float dlon)
 {
+    if (dlat == state.refused_lat && dlon == state.refused_lon) {
+        return;
+    }
+    state.refused_lat = dlat;
+    state.refused_lon = dlon;
     MSG_out(192, "MAP_draw_lalo: no lines at intervals %g, %g\n", static_cast<double>(dlat),
             static_cast<double>(dlon));
 }
@@ -159,7 +167,7 @@ int draw_plot_space(const DomainRec &d, float dlat, float dlon)
 
 void DOM_set_offset(int crosses, int repeat, float dlat, float dlon)
 {
-    state = {crosses, repeat, dlat, dlon};
+    state = {crosses, repeat, dlat, dlon, kMissing, kMissing};
 }
 
 void DOM_get_offset(float *dlat, float *dlon)

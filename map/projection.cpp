@@ -18,6 +18,7 @@ constexpr double kPolarCut = 89.9;   ///< Mercator: latitude held
 constexpr double kConeCut = 89.0;    ///< Lambert conic: latitude held at the far pole
 constexpr double kPolePoint = 89.99; ///< Mollweide: the pole has no width
 constexpr double kTiny = 1e-10;
+constexpr double kRounding = 1e-6; ///< of a coordinate held as float
 constexpr double kStuvePower = 0.285714;
 constexpr double kStepKm = 111.195;           ///< km of a degree, for the direction of a small step
 constexpr double kReferencePressure = 1000.0; ///< hPa
@@ -174,10 +175,11 @@ Point mollweide_forward(double lat, double lon)
 
 Point mollweide_inverse(double x, double y)
 {
-    const double v = y / kEarthRadius;
-    if (!(v >= -1.0 && v <= 1.0)) {
+    double v = y / kEarthRadius;
+    if (!(std::fabs(v) <= 1.0 + kRounding)) {
         return kNowhere;
     }
+    v = std::clamp(v, -1.0, 1.0);
     const double u = std::asin(v);
     const double w = (std::sin(2.0 * u) + 2.0 * u) / kPi;
     if (!(w >= -1.0 && w <= 1.0)) {
@@ -457,7 +459,10 @@ int MAP_ll_to_xy(float *x, float *y, float lat, float lon)
     if (!has_formula(dom().rec.proj)) {
         return 1;
     }
-    const Point p = forward(lat, lon);
+    Point p = forward(lat, lon);
+    if (is_map_projection(dom().rec.proj) && !(std::isfinite(p.a) && std::isfinite(p.b))) {
+        p = kNowhere;
+    }
     *x = static_cast<float>(p.a);
     *y = static_cast<float>(p.b);
     return p.shown ? 1 : 0;
@@ -497,10 +502,14 @@ float MAP_rotate_dir(float direction, float x, float y)
         if (!from.shown) {
             return kMissing;
         }
+        // not (x, y): on the sphere the inverse misses it by more than the step
+        const Point here = forward(from.a, from.b);
         const Point to = forward(from.a + cosd(direction) / kStepKm,
                                  from.b + sind(direction) / (cosd(from.a) * kStepKm));
-        return to.shown ? static_cast<float>(std::atan2(to.a - x, to.b - y) * kDegreesPerRadian)
-                        : kMissing;
+        return here.shown && to.shown
+                   ? static_cast<float>(std::atan2(to.a - here.a, to.b - here.b) *
+                                        kDegreesPerRadian)
+                   : kMissing;
     }
     default:
         return direction;

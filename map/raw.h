@@ -43,10 +43,10 @@ struct RawHeader {
 
 struct RawValue {
     char id[kRawWordRoom];
-    int field;            ///< which value; kMissingInt for none
+    int field;            ///< of the word; of a value column the place in the line behind it
     int station;          ///< number of an id of five or more characters
     float lat, lon;       ///< place, or the pressure in lat
-    float x, y;           ///< plot coordinates, where the caller sets them
+    float x, y;           ///< the same, of a file that gives plot coordinates ("x"), else Missing
     float value1, value2; ///< Missing where the word is no number
     char text[kRawTextRoom];
     char format[kRawWordRoom];
@@ -54,7 +54,8 @@ struct RawValue {
 
 /// Takes "file[-column][:format]" apart, in place, and opens the file, found through `raw_path`.
 /// A dash or colon counts from the third character on, and behind the last "/". The column is a
-/// number from 1 (given out as that plus 10) or a field's name; 1 (all words) without one.
+/// number (given out as that plus 10; values count from 0) or a field's name; 1 (all words) without
+/// one.
 /// @param[out] format  the format's place in `name`, or null
 /// @return a handle, or -1 (told)
 int RAW_file_open(char *name, int *column, char **format, int mode);
@@ -71,10 +72,11 @@ int RAW_file_type(const char *path);
 int RAW_read_header(int handle, RawHeader *header);
 
 /// One value of a line.
-/// @param column     see RawColumn
-/// @param[in,out] line  data line wanted, from 0; may be null for the next. It isn't changed
-/// @return 1 with a value; 0 at the end of a line's words (column kRawAllWords) or for a line
-/// without that value (id and place are set); -1 at the end of the table
+/// @param column  see RawColumn
+/// @param[in,out] line  data line wanted, from 0; the next one when the line is done. Null reads on
+/// @return 1 with a value; 0 at the end of a line's words (column kRawAllWords; the next call takes
+/// the next line) or for a line without that value (id and place are set); -1 at the end of the
+/// table
 int RAW_read_value(int handle, RawValue *value, long column, int *line);
 
 /// Back to the first data line. @return 0; -1 for a standard stream

@@ -223,6 +223,7 @@ Conversion conversion_of(const char *format)
                 break;
             }
         }
+        p += *p == 'l' && p[1] != '\0' && std::strchr("eEfFgG", p[1]) ? 1 : 0;
         if (found != Conversion::kNone || *p == '\0' || !std::strchr("eEfFgGdi", *p)) {
             return Conversion::kNone;
         }

@@ -334,6 +334,17 @@ int PLT_setup_values(const AttrRec *attr, float scale)
     return 0;
 }
 
+PlotStyle &PLT_base_style()
+{
+    return state.base;
+}
+
+void PLT_clear_points()
+{
+    state.newest = state.previous = {};
+    state.joins_next = false;
+}
+
 int PLT_plot_value(PlotValue *value)
 {
     if (nothing_wanted(kDrawData)) {

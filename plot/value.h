@@ -7,6 +7,8 @@
 inline constexpr int kValueFormatRoom = 80; ///< format tokens of a value, the end included
 inline constexpr int kValueTextRoom = 40;
 
+struct PlotStyle;
+
 /// One value to plot. The caller owns and reuses it.
 struct PlotValue {
     float x, y; ///< place in the coordinates of transformation 2
@@ -30,6 +32,12 @@ int PLT_setup_values(const AttrRec *attr, float scale);
 /// Reads the words of `plot_param` that set the base style: skip, text, mark, line, ybar, xy,
 /// places.
 void RAW_set_plot_options();
+
+/// The base style of the series.
+PlotStyle &PLT_base_style();
+
+/// Forgets the points that lines between values go through.
+void PLT_clear_points();
 
 /// Draws a value in the base style, overlaid by the value's own attributes and format.
 /// @return 0; -1 if it isn't drawn

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cmath>
 #include <cstdio>
 
 #include "base/convert.h"
@@ -24,6 +23,7 @@
 #include "plot/colour_bar.h"
 #include "plot/labels.h"
 #include "plot/session.h"
+#include "plot/tick.h"
 #include "plot/value.h"
 #include "profiler/evaluate.h"
 #include "profiler/records.h"
@@ -45,9 +45,6 @@ constexpr unsigned kWarn = 192;
 constexpr unsigned kMess = 3840;
 constexpr unsigned kDetail = 0x0F000000;
 constexpr float kTopHeight = 17000.0F; ///< of the evaluation, in both settings
-constexpr float kTickHeight = 0.015F;
-constexpr float kTickGap = 0.01F;    ///< between viewport and hour label
-constexpr float kAutoLabels = 10.0F; ///< labels across the domain where no interval is given
 constexpr int kStationsPerLine = 13;
 constexpr size_t kVariableText = 512;
 
@@ -127,46 +124,17 @@ void plot_column(const ProfilerRecord &record, float x, const Styles &styles)
     }
 }
 
-bool wants_tick(float x, const DomainRec &domain)
-{
-    float interval = 0.0F;
-    float unused = 0.0F;
-    DOM_get_offset(&interval, &unused);
-    if (interval != 0.0F) {
-        return std::fmod(x, interval) == 0.0F;
-    }
-    const float every = std::ceil(domain.dx / kAutoLabels);
-    return every > 0.0F && std::fmod(x, every) < 0.5F;
-}
-
 /// Writes the hour (and minute, for files closer than an hour) below a column.
-void plot_tick(float x, const DomainRec &domain, const AttrRec &line)
+void plot_tick(float x, const AttrRec &line)
 {
-    constexpr std::array<int, 2> kCentreCap = {kAlignCentre, kAlignCap};
-    std::array<float, 4> viewport;
-    PLT_get_viewport(viewport.data());
-    GPH_sel_tran(1);
-    GPH_set_text_attr(&line, kTickHeight);
-    gset_text_align(kCentreCap.data());
-    float px = 0.0F;
-    float py = 0.0F;
-    MAP_ll_to_xy(&px, &py, x, 0.0F);
-    const std::array<float, 2> place = {gtran_x(2, 1, px), viewport[2] - kTickGap};
     const DateRec &date = state.setup.date;
     if (date.hour == kMissingInt) {
-        GPH_sel_tran(2);
         return; // neither name nor file tell it
     }
-    std::array<char, 32> text;
-    if (FILE_get_step() >= kSecondsPerHour) {
-        std::snprintf(text.data(), text.size(), "%2.2d", date.hour);
-    } else {
-        std::snprintf(text.data(), text.size(), "%2.2d%2.2d", date.hour, std::max(date.minute, 0));
-    }
-    if (place[0] >= viewport[0] && place[0] <= viewport[1] && wants_tick(x, domain)) {
-        gtext(place.data(), text.data());
-    }
-    GPH_sel_tran(2);
+    const std::string hour = STR_print("%2.2d", date.hour);
+    const bool hourly = FILE_get_step() >= kSecondsPerHour;
+    PLT_x_tick(x, (hourly ? hour : hour + STR_print("%2.2d", std::max(date.minute, 0))).c_str(),
+               &line);
 }
 
 void label_date()
@@ -179,7 +147,7 @@ void label_date()
     PLT_label_ur(info.date_label);
 }
 
-void plot_section(const DomainRec &domain, const Styles &styles)
+void plot_section(const Styles &styles)
 {
     const std::string station = state.setup.stations.empty() ? "" : state.setup.stations.front();
     std::array<char, kVarLabelSize> label = {};
@@ -204,7 +172,7 @@ void plot_section(const DomainRec &domain, const Styles &styles)
             state.setup.date = PRF_file_info().date; // the name tells no hour
         }
         plot_column(record, x, styles);
-        plot_tick(x, domain, line);
+        plot_tick(x, line);
     }
     label_date();
 }
@@ -293,7 +261,7 @@ int PRF_plot(DomainRec *domain)
                 return -1;
             }
         } else {
-            plot_section(*domain, styles);
+            plot_section(styles);
         }
         PRF_finish_plot();
         PLT_map_over();

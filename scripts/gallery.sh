@@ -61,3 +61,15 @@ cell labels-inside "${section[@]}" -va wbrb -pp fullab -la "lr:lower_right,lc:%D
 cell labels "${section[@]}" -va wbrb -la "uc:upper_centre,ll:lower_left,lr1:line_1,lr:%D" "${files[@]}"
 cell panel "${section[@]}" -va wbrb -pp vp_size=2x2+1+0 "${files[@]}"
 sheet values 3
+
+# every projection with a formula, centred on five places of the earth
+map=(-va wbrb -le 500 -pp lalo=15 -ct tyr.clr)
+for place in 40,-100 90,0 -90,0 0,180 -25,135; do
+    lat=${place%,*} lon=${place#*,}
+    for projection in "ps 6" "ll 6" "me 8" "lc 6" "or 7" "mo 20" "la 10" "sat:0:$lon 6.5"; do
+        domain="${projection% *},$lat,$lon,25,17,${projection#* },${projection#* }"
+        case "$projection" in sat*) domain="${domain/,$lat,/,0,}" ;; esac
+        cell "${projection%%[: ]*}-at-${lat}_$lon" "${map[@]}" -re "$domain" "${files[12]}"
+    done
+done
+sheet projections 8

@@ -9,10 +9,9 @@ namespace {
 constexpr double kDegree = 57.29577951308232;
 constexpr double kPlaceTolerance = 0.25; ///< points
 constexpr double kHeightStep = 250.0;
+constexpr double kShortestStaff = 15.0; ///< points
 
-struct Box {
-    double x0, x1, y0, y1;
-};
+using Box = PageBox;
 
 double length(const PsPoint &a, const PsPoint &b)
 {
@@ -84,6 +83,13 @@ void add_sign(DrawnBarb &barb, const Staff &staff, const PsStroke &s)
     }
 }
 
+/// Degrees clockwise from up.
+double direction_of(const PsPoint &a, const PsPoint &b)
+{
+    const double angle = std::atan2(b[0] - a[0], b[1] - a[1]) * kDegree;
+    return angle < 0.0 ? angle + 360.0 : angle;
+}
+
 } // namespace
 
 DrawnSection read_section(const std::string &bytes, const SectionAxes &axes)
@@ -116,17 +122,54 @@ DrawnSection read_section(const std::string &bytes, const SectionAxes &axes)
             continue;
         }
         const auto place = place_of(a, *box, axes);
-        if (!s.filled && s.points.size() == 2 && place && l > 15.0) {
+        if (!s.filled && s.points.size() == 2 && place && l > kShortestStaff) {
             staff = {a, b};
             has_staff = true;
             section.barbs.push_back(*place);
-            const double angle = std::atan2(b[0] - a[0], b[1] - a[1]) * kDegree;
-            section.barbs.back().direction = angle < 0.0 ? angle + 360.0 : angle;
-        } else if (has_staff && l < 15.0) {
+            section.barbs.back().direction = direction_of(a, b);
+        } else if (has_staff && l < kShortestStaff) {
             add_sign(section.barbs.back(), staff, s);
         }
     }
     section.columns.assign(xs.begin(), xs.end());
     section.levels.assign(ys.begin(), ys.end());
     return section;
+}
+
+std::optional<PageBox> find_border(const PsPage &page)
+{
+    return find_box(strokes_of(page, -1));
+}
+
+std::vector<std::optional<DrawnBarb>> read_barbs(const PsPage &page,
+                                                 const std::vector<PsPoint> &places)
+{
+    std::vector<std::optional<DrawnBarb>> barbs(places.size());
+    std::optional<DrawnBarb> *current = nullptr;
+    Staff staff = {};
+    for (const PsStroke &s : strokes_of(page, -1)) {
+        if (s.points.size() < 2) {
+            continue;
+        }
+        const PsPoint &a = s.points[0];
+        const PsPoint &b = s.points[1];
+        const double l = length(a, b);
+        const auto at = std::find_if(places.begin(), places.end(), [&a](const PsPoint &p) {
+            return length(p, a) < kPlaceTolerance;
+        });
+        if (!s.filled && s.points.size() == 2 && l > kShortestStaff && at != places.end()) {
+            current = &barbs[static_cast<size_t>(at - places.begin())];
+            staff = {a, b};
+            const bool is_second = current->has_value();
+            *current = DrawnBarb{.direction = direction_of(a, b)};
+            if (is_second) {
+                (*current)->oddities.push_back("two barbs at a place");
+            }
+        } else if (current && l < kShortestStaff) {
+            add_sign(**current, staff, s);
+        } else {
+            current = nullptr;
+        }
+    }
+    return barbs;
 }

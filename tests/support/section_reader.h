@@ -33,3 +33,16 @@ struct SectionAxes {
 
 /// Reads a section back from PostScript: the axes are placed by the border box alone.
 DrawnSection read_section(const std::string &bytes, const SectionAxes &axes = {});
+
+/// A frame on the page, points.
+struct PageBox {
+    double x0, x1, y0, y1;
+};
+
+/// The border of the picture: the largest closed rectangle on a page.
+std::optional<PageBox> find_border(const PsPage &page);
+
+/// The barbs that stand at places of a page (points), one entry a place; empty where none stands.
+/// Their columns and heights aren't set.
+std::vector<std::optional<DrawnBarb>> read_barbs(const PsPage &page,
+                                                 const std::vector<PsPoint> &places);
