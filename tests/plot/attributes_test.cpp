@@ -149,7 +149,7 @@ TEST_F(Attributes, FillAndMarkerWords)
     } cases[] = {
         {"sol",    0,  0 },
         {"st",     1,  0 },
-        {"OST",    2,  0 },
+        {"OST",    2,  4 },
         {"rst",    3,  0 },
         {"lst",    4,  0 },
         {"vln",    5,  9 },

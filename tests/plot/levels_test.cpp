@@ -8,7 +8,8 @@
 
 namespace {
 
-constexpr const char *kTable = "black 0 0 0\nred 1 0 0\ngreen 0 1 0\nblue 0 0 1\nwhite 1 1 1\n"
+/// No fill colours: its END stands first.
+constexpr const char *kTable = "END\nblack 0 0 0\nred 1 0 0\ngreen 0 1 0\nblue 0 0 1\nwhite 1 1 1\n"
                                "five 0 0 0\nsix 0 0 0\nseven 0 0 0\neight 0 0 0\n";
 enum Colours { kRed = 1, kGreen = 2, kBlue = 3, kWhite = 4 };
 
@@ -19,7 +20,7 @@ struct Levels : ::testing::Test {
         RES_put("color_fill", nullptr);
         RES_put("file_path", folder.path().c_str());
         RES_put("color_table", folder.write("t.clr", kTable).c_str());
-        CLR_read_table(nullptr); // without an END no fill colours
+        CLR_read_table(nullptr);
         CONT_reset();
     }
     static int colour_of(float value)
