@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <string_view>
 
 #include "base/scan.h"
 #include "base/str.h"
@@ -18,25 +19,19 @@ constexpr int kByNameInWord = 999;   ///< index of a name that no header has: "n
 constexpr int kPlaceFields = 3;      ///< two reals and the offset between them
 constexpr int kMostWords = kRawLine / 2;
 
-using Word = std::array<char, kScanFieldRoom>;
+using Word = std::array<char, kRawWordRoom>;
 
-/// Reads a word at the scan's position and moves behind it and its blanks. @return whether there
-/// was one
+constexpr const char *kBlanks = " \t";
+
+/// Reads a word at the scan's position and moves behind it and its blanks. A lone "-" is a word
+/// here, which it isn't to scanp. @return whether there was one
 bool next_word(ScanRec &scan, Word &word)
 {
-    word[0] = '\0';
-    if (scanp(&scan, "%<79s", word.data()) < 1 || word[0] == '\0') {
-        return false;
-    }
-    SCAN_advance(&scan);
-    while (SCAN_peek(&scan, 0) != '\0' && SCAN_peek(&scan, 0) != ' ' &&
-           SCAN_peek(&scan, 0) != '\t') {
-        SCAN_skip(&scan, 1); // the rest of a word that is too long
-    }
-    while (SCAN_peek(&scan, 0) == ' ' || SCAN_peek(&scan, 0) == '\t') {
-        SCAN_skip(&scan, 1);
-    }
-    return true;
+    const char *here = SCAN_here(&scan);
+    const size_t length = std::strcspn(here, kBlanks);
+    STR_copy(word.data(), word.size(), std::string_view(here, length));
+    SCAN_skip(&scan, static_cast<int>(length + std::strspn(here + length, kBlanks)));
+    return length > 0;
 }
 
 void clear_value(RawValue *value)
@@ -83,7 +78,7 @@ bool read_data_line(RawFileRec &file)
 /// The id, which also tells a station's number.
 void read_id(RawFileRec &file, ScanRec &scan, RawValue *value)
 {
-    SCAN_skip(&scan, static_cast<int>(std::strspn(SCAN_here(&scan), " \t")));
+    SCAN_skip(&scan, static_cast<int>(std::strspn(SCAN_here(&scan), kBlanks)));
     file.offsets[0] = SCAN_get_pos(&scan);
     Word id;
     next_word(scan, id);

@@ -144,7 +144,7 @@ void parse_short(const std::string &piece, AttrRec *a)
         a->font = std::atoi(value);
         break;
     case 'f':
-        a->fill = piece == "fM" ? kMissingInt : std::atoi(value);
+        a->fill = value[0] == 'M' ? kMissingInt : std::atoi(value);
         break;
     case 'h':
         a->height = number(value);

@@ -104,7 +104,7 @@ int WX_barb(float x, float y, float direction, float speed, float staff, float o
 
 int WX_barb_raw(float x, float y, float direction, float speed, float length, float offset)
 {
-    if (nothing_to_draw(direction, speed)) {
+    if (nothing_to_draw(direction, speed) || speed < 0.0F) {
         return -1;
     }
     gset_fill_int_style(kSolid);

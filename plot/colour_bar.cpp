@@ -163,7 +163,8 @@ void draw_bands(const Bar &bar)
     const Geometry &g = bar.g;
     const float width = (g.right - g.left) / static_cast<float>(bar.bands);
     const int every = bar.bands / kLabels + 1;
-    const float start = is_missing(bar.range.base) ? state.first : bar.range.base;
+    // rows are counted as for the values, from the base or else 0, so that the two agree
+    const float start = is_missing(bar.range.base) ? 0.0F : bar.range.base;
     int row = 0;
     if (!bar.view.has_levels && bar.view.rows > 0) {
         const float bands = std::floor((state.first - start) / bar.range.interval + kTolerance);
@@ -183,7 +184,7 @@ void draw_bands(const Bar &bar)
         fill_box(box, attr, bar.line);
         set_line_style(attr, bar.line);
         if (i % every == 0) {
-            draw_label(x0, g.bottom, bar.view.has_levels ? i : -1, value);
+            draw_label(x0, g.bottom, bar.view.rows > 0 ? row % bar.view.rows : -1, value);
         }
     }
     if (!bar.view.has_levels) {

@@ -223,6 +223,7 @@ Conversion conversion_of(const char *format)
                 break;
             }
         }
+        p += *p == 'l' && p[1] != '\0' && std::strchr("eEfFgG", p[1]) ? 1 : 0;
         if (found != Conversion::kNone || *p == '\0' || !std::strchr("eEfFgGdi", *p)) {
             return Conversion::kNone;
         }
@@ -335,7 +336,17 @@ void PLT_format_number(char *out, int room, const char *format, float value)
 
 void PLT_format_integer(char *out, int room, const char *format, int value)
 {
-    STR_copy(out, static_cast<size_t>(room),
-             conversion_of(format) == Conversion::kNone ? std::to_string(value)
-                                                        : print_checked(format, "%1.0f", value));
+    std::string text;
+    switch (conversion_of(format)) {
+    case Conversion::kReal:
+        text = print(format, static_cast<double>(value));
+        break;
+    case Conversion::kInteger:
+        text = print(format, value);
+        break;
+    case Conversion::kNone:
+        text = std::to_string(value);
+        break;
+    }
+    STR_copy(out, static_cast<size_t>(room), text);
 }

@@ -358,8 +358,8 @@ int PLT_plot_value(PlotValue *value)
     }
     ATTR_merge(&style.attr, &value->attr);
     colour_by_level(style, *value);
-    if (is_outside(style, value->value1)) {
-        return -1;
+    if (is_outside(style, value->value1) || is_missing(value->x) || is_missing(value->y)) {
+        return -1; // beyond the limits, or at a place that the map can't show
     }
     PlotValue v = *value;
     if (const int type = PLT_parse_format(&style, value->format); type != 0) {
