@@ -396,6 +396,9 @@ bool DOM_is_usable(const DomainRec *domain)
     if (std::find(kNameOnly.begin(), kNameOnly.end(), d.proj) != kNameOnly.end()) {
         return false;
     }
+    if (d.proj == kProjLambert && !is_missing(d.parm1) && d.parm1 == -d.parm2) {
+        return false; // a cone with opposite standard latitudes is none
+    }
     const bool has_place = is_real(d.clat) && is_real(d.clon);
     const bool has_spacing = is_real(d.dx) && is_real(d.dy) && d.dx != 0.0F && d.dy != 0.0F;
     const bool is_positive = !is_map_projection(d.proj) || (d.dx > 0.0F && d.dy > 0.0F);
