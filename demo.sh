@@ -35,3 +35,4 @@ draw section -id PLTC2 -va wbrb "$out"/layout-12/*.nc
 draw section-11 -id PLTC2 -va wbrb "$out"/layout-11/*.nc
 draw section-bufr -id 74533 -va wbrb "$out"/layout-bufr/*.bufr
 draw lower -id PLTC2 -va wbrb -pp lower "$out"/layout-12/*.nc
+draw map -le 3000m -re us -va wbrb -mf tyr.map:DGray "$out"/layout-12/20261122_0000_prf.nc

@@ -16,6 +16,7 @@
 #include "map/map_grid.h"
 #include "map/view.h"
 #include "plot/attributes.h"
+#include "plot/colour_bar.h"
 #include "plot/labels.h"
 #include "timefile/file.h"
 #include "var/variable.h"
@@ -115,6 +116,7 @@ void PLT_map_under()
 {
     gsel_norm_tran(2);
     PLT_set_label_line(0);
+    PLT_clear_bar();
     MAP_draw(state.is_filled || state.map_variable == 1 ? kMapUnder : kMapUnder | kMapUnmarked);
 }
 

@@ -222,6 +222,11 @@ int PLT_bar_due()
     return 1;
 }
 
+void PLT_clear_bar()
+{
+    state.was_due = false;
+}
+
 int PLT_color_bar(int side, const char *title)
 {
     Bar bar = {};

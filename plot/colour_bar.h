@@ -9,8 +9,10 @@ int PLT_get_bar_mode();
 /// Fixed ends of the bar.
 void PLT_set_bar_range(float low, float high);
 
-/// 1, once in a run, if the bar is on; else 0.
+/// 1, once in a plot, if the bar is on; else 0.
 int PLT_bar_due();
+/// Begins a plot: the bar may be due again.
+void PLT_clear_bar();
 
 /// Draws the bar. @param side  1: the left half below the plot. @param title  text at its right
 /// end, empty for none. @return 0; -1 if there is none to draw

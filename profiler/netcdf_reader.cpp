@@ -199,7 +199,6 @@ void read_station_date(PrfFileInfo *info)
         return value >= 0 && value < 10000 ? static_cast<int>(value) : kMissingInt;
     };
     CDF_set_index(1, 0);
-    info->date = DateRec(); // the minute of another file isn't this one's
     info->date.year = number("year");
     info->date.month = number("month");
     info->date.day = number("day");
