@@ -4,12 +4,14 @@
 #include "base/res.h"
 #include "gks/gks.h"
 #include "gks/session.h"
+#include "map/city.h"
 #include "map/map_grid.h"
 #include "plot/area.h"
 #include "plot/colour_bar.h"
 #include "plot/labels.h"
 #include "plot/params.h"
 #include "plot/session.h"
+#include "support/temp_dir.h"
 #include "timefile/name_conv.h"
 
 namespace {
@@ -123,6 +125,32 @@ TEST(PlotParams, WordsThatAreKeptForOthers)
         {"bad records below 1",         "max_bad=0",     [] { return double(PLT_wishes().max_bad); },            5},
         {"no index",                    "nohdr",         [] { return double(PLT_wishes().grib_index); },         0},
     });
+}
+
+TEST(PlotParams, StationsAreNamedAsAsked)
+{
+    const TempDir folder;
+    RES_put("file_path", folder.path().c_str());
+    folder.write("sao.cty", "Denver CO US KDEN 0 39.87 -104.67 1640 72565 0\n"
+                            "Cordoba -- AR -- 4 -31.32 -64.22 474 87344 0\n");
+    const struct {
+        const char *word, *denver, *cordoba;
+    } cases[] = {
+        {"wmo",     "72565", "87344"},
+        {"cod_wmo", "KDEN",  "SA344"},
+        {"ID",      "KDEN",  "87344"},
+    };
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.word);
+        apply(c.word);
+        CTY_close_file(CTY_read(nullptr, kCityPoints, nullptr, kAllPriorities));
+        CityPoint denver = {};
+        CityPoint cordoba = {};
+        ASSERT_EQ(CTY_get("72565", &denver), 1);
+        ASSERT_EQ(CTY_get("87344", &cordoba), 1);
+        EXPECT_STREQ(denver.id, c.denver);
+        EXPECT_STREQ(cordoba.id, c.cordoba);
+    }
 }
 
 TEST(PlotParams, ViewFractionNeedsAllFourNumbers)
