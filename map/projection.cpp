@@ -496,7 +496,8 @@ float MAP_rotate_dir(float direction, float x, float y)
         return static_cast<float>(is_south ? direction + std::atan2(x, y) * kDegreesPerRadian
                                            : direction - std::atan2(x, -y) * kDegreesPerRadian);
     case kProjLambert:
-        return static_cast<float>(direction - std::atan2(x, -d.sign * y) * kDegreesPerRadian);
+        return static_cast<float>(direction -
+                                  d.sign * std::atan2(x, -d.sign * y) * kDegreesPerRadian);
     case kProjSatellite: {
         const Point from = inverse(x, y);
         if (!from.shown) {

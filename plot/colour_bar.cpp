@@ -241,7 +241,8 @@ int PLT_color_bar(int side, const char *title)
         bar.range.low = state.fixed_low;
         bar.range.high = state.fixed_high;
     }
-    if (is_missing(bar.range.interval)) {
+    const char *interval = RES_get("con_interval");
+    if (is_missing(bar.range.interval) && interval && *interval) {
         RES_get_value("con_interval", &bar.range.interval, kResReal);
     }
     apply_con_base(bar.range);

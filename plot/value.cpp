@@ -76,7 +76,7 @@ void read_con_base(PlotStyle &style)
             style.min = is_min ? value : style.min;
         }
     }
-    if (RES_get("con_base")) {
+    if (!RES_list("con_base").empty()) {
         CONT_set_base(style.base);
         CONT_set_limits(style.max, style.min);
     }
@@ -323,7 +323,8 @@ int PLT_setup_values(const AttrRec *attr, float scale)
         }
     }
     read_con_base(style);
-    if (RES_get_value("con_interval", &style.interval, kResReal) == 1) {
+    const char *interval = RES_get("con_interval");
+    if (interval && *interval && RES_get_value("con_interval", &style.interval, kResReal) == 1) {
         CONT_set_interval(style.interval);
     }
     PLT_apply_style(&style);

@@ -226,6 +226,7 @@ TEST(Projection, DirectionsTurnWithTheMap)
         {"polar north", kProjPolar,     90.0F,  -97.0F, kMissing, kMissing, 0, {}},
         {"polar south", kProjPolar,     -90.0F, 20.0F,  kMissing, kMissing, 0, {}},
         {"cone north",  kProjLambert,   50.0F,  -97.0F, kMissing, kMissing, 0, {}},
+        {"cone south",  kProjLambert,   -50.0F, -60.0F, kMissing, kMissing, 0, {}},
         {"satellite",   kProjSatellite, 0.0F,   -75.0F, kMissing, kMissing, 0, {}},
         {"Mercator",    kProjMercator,  0.0F,   0.0F,   kMissing, kMissing, 0, {}},
     };

@@ -4,9 +4,11 @@
 #include <cmath>
 #include <cstdio>
 
+#include "base/res.h"
 #include "gks/gks.h"
 #include "map/view.h"
 #include "plot/colour_table.h"
+#include "plot/session.h"
 
 namespace {
 
@@ -35,25 +37,59 @@ WorldPlot::WorldPlot(int size)
 PsPage WorldPlot::finish()
 {
     PsPage page = plot_.page();
-    if (page.strokes.empty() || page.strokes[0].points.size() != 3) {
-        page.error += " no corner";
-        return page;
+    undo_paper(&page, {-half_, half_, -half_, half_});
+    return page;
+}
+
+PlotSession::PlotSession(float aspect)
+{
+    RES_put("file_path", TYR_SOURCE_DIR "/data");
+    RES_put("device", ("p," + dir_.file("plot.ps") + ",color").c_str());
+    begun_ = PLT_begin(aspect);
+    if (begun_ == 0) {
+        gsel_norm_tran(1);
+        const std::array<float, 6> corner = {0.5F, 0.0F, 0.0F, 0.0F, 0.0F, 0.5F};
+        gset_linetype(1);
+        gpolyline(3, corner.data());
     }
-    const std::vector<PsPoint> corner = page.strokes[0].points;
-    page.strokes.erase(page.strokes.begin());
+}
+
+PlotSession::~PlotSession()
+{
+    if (!ended_) {
+        PLT_end();
+    }
+}
+
+PsPage PlotSession::finish()
+{
+    ended_ = true;
+    PLT_end();
+    PsPage page = read_ps(read_file(dir_.file("plot.ps")));
+    undo_paper(&page, {0.0, 0.5, 0.0, 0.5});
+    return page;
+}
+
+void undo_paper(PsPage *page, const std::array<double, 4> &rect)
+{
+    if (page->strokes.empty() || page->strokes[0].points.size() != 3) {
+        page->error += " no corner";
+        return;
+    }
+    const std::vector<PsPoint> corner = page->strokes[0].points;
+    page->strokes.erase(page->strokes.begin());
     const PsPoint origin = corner[1];
     const PsPoint along = {corner[0][0] - origin[0], corner[0][1] - origin[1]};
     const PsPoint up = {corner[2][0] - origin[0], corner[2][1] - origin[1]};
     const double det = along[0] * up[1] - along[1] * up[0];
-    for (PsStroke &stroke : page.strokes) {
+    for (PsStroke &stroke : page->strokes) {
         for (PsPoint &p : stroke.points) {
             const double dx = p[0] - origin[0];
             const double dy = p[1] - origin[1];
-            p = {2.0 * half_ * (dx * up[1] - dy * up[0]) / det - half_,
-                 2.0 * half_ * (along[0] * dy - along[1] * dx) / det - half_};
+            p = {rect[0] + (rect[1] - rect[0]) * (dx * up[1] - dy * up[0]) / det,
+                 rect[2] + (rect[3] - rect[2]) * (along[0] * dy - along[1] * dx) / det};
         }
     }
-    return page;
 }
 
 std::vector<std::string> show_strokes(const PsPage &page, int places)
