@@ -17,7 +17,11 @@ namespace {
 const std::string kStar = "*** IUPT01 KBOU 221200 ***\n";
 
 const std::vector<BufrDescriptor> kPlace = {
-    {0, 1, 1}, {0, 1, 2}, {0, 5, 2}, {0, 6, 2}, {0, 7, 1}
+    {0, 1, 1},
+    {0, 1, 2},
+    {0, 5, 2},
+    {0, 6, 2},
+    {0, 7, 1}
 };
 constexpr BufrDescriptor kStep = {0, 7, 5};
 constexpr BufrDescriptor kU = {0, 11, 3};
@@ -139,17 +143,17 @@ TEST_F(Bufr, DecodesEveryRoundOfAReplication)
     for (int i = 0; i < 36; ++i) {
         bits.put(static_cast<uint64_t>(i % 16), 4).put(component(i), 13).put(component(-i), 13);
     }
-    const auto all = read(
-        kStar + bufr_bytes({
-                    .descriptors = {kStep, {1, 3, 36}, {0, 25, 34}, kU, kV},
-                      .data = bits.bytes()
+    const auto all = read(kStar + bufr_bytes({
+                                      .descriptors = {kStep, {1, 3, 36}, {0, 25, 34}, kU, kV},
+                                      .data = bits.bytes()
     }));
     ASSERT_EQ(all.size(), 1U);
     EXPECT_EQ(all[0].num_level, 35);
     for (int i = 0; i < 36; ++i) {
         SCOPED_TRACE(i);
         const ProfilerLevel &level = all[0].level[i];
-        EXPECT_EQ(level.z, 900.0F * static_cast<float>(std::min(i, 34) + 1)); // the last stays there
+        EXPECT_EQ(level.z,
+                  900.0F * static_cast<float>(std::min(i, 34) + 1)); // the last stays there
         EXPECT_NEAR(level.u, i, 1e-3);
         EXPECT_NEAR(level.v, -i, 1e-3);
         EXPECT_EQ(level.qual, i % 16);
@@ -163,6 +167,7 @@ TEST_F(Bufr, FindsTheMessageBehindEveryHeading)
         const char *name;
         std::string heading;
     };
+    // clang-format off
     const Case cases[] = {
         {"star line", kStar},
         {"star line and a byte", "*** x ***\n\n"},
@@ -172,6 +177,7 @@ TEST_F(Bufr, FindsTheMessageBehindEveryHeading)
         {"start of heading", "\001\r\r\n865 \r\r\nIUPT01 KBOU 221200\r\r\n"},
         {"a heading of 200 letters", "*" + std::string(200, 'x') + "\n"},
     };
+    // clang-format on
     for (const Case &c : cases) {
         SCOPED_TRACE(c.name);
         const std::string text = c.heading + one_station(469) + c.heading + one_station(470);
@@ -187,7 +193,7 @@ TEST_F(Bufr, ReadsEverySubsetOfAMessage)
     }
     const std::string message = bufr_bytes({
         .descriptors = {{0, 1, 1}, {0, 1, 2}, {0, 13, 3}},
-        .data = bits.bytes(), .subsets = 3
+          .data = bits.bytes(), .subsets = 3
     });
     EXPECT_EQ(ids(read(kStar + message)), (std::vector<std::string>{"72101", "72102", "72103"}));
 }
@@ -214,7 +220,10 @@ TEST_F(Bufr, OperatorsChangeWidths)
         SCOPED_TRACE(c.name);
         BitText bits = place(469);
         bits.put(2000, c.bits).put(3000, c.bits_after);
-        const auto all = read(kStar + bufr_bytes({.descriptors = kPlace + c.operators + std::vector{kU, kV}, .data = bits.bytes()}));
+        const auto all = read(kStar + bufr_bytes({
+                                          .descriptors = kPlace + c.operators + std::vector{kU, kV},
+                                          .data = bits.bytes()
+        }));
         ASSERT_EQ(all.size(), 1U);
         EXPECT_NEAR(all[0].level[0].u, -209.6, 1e-3);
         EXPECT_NEAR(all[0].level[0].v, -109.6, 1e-3);
@@ -223,7 +232,9 @@ TEST_F(Bufr, OperatorsChangeWidths)
 
 TEST_F(Bufr, OptionalSectionIsPassedOver)
 {
-    const auto all = read(kStar + bufr_bytes({.descriptors = kPlace, .data = place(469).bytes(), .optional = "anything"}));
+    const auto all = read(
+        kStar +
+        bufr_bytes({.descriptors = kPlace, .data = place(469).bytes(), .optional = "anything"}));
     EXPECT_EQ(ids(all), std::vector<std::string>{"72469"});
 }
 
@@ -248,8 +259,10 @@ TEST_F(Bufr, TakesMessagesOf100To4000Bytes)
         // a group that takes up the data, so that one report remains
         std::vector<BufrDescriptor> descriptors = kPlace;
         BitText bits = place(469);
-        const std::string message =
-            bufr_bytes({.descriptors = descriptors, .data = bits.bytes(), .size = c.told, .at_least = c.bytes});
+        const std::string message = bufr_bytes({.descriptors = descriptors,
+                                                .data = bits.bytes(),
+                                                .size = c.told,
+                                                .at_least = c.bytes});
         ASSERT_EQ(message.size(), c.bytes);
         const std::string path = dir_.write("a.bufr", kStar + message);
         const auto first = read_all(path, 1);
@@ -296,7 +309,8 @@ TEST_F(Bufr, RefusesWhatItCannotFollowAndNamesTheFile)
         EXPECT_NE(told.find(path + ": BUFR message refused: "), std::string::npos) << told;
         EXPECT_NE(told.find(c.reason), std::string::npos) << told;
         EXPECT_EQ(std::count(told.begin(), told.end(), '\n'), 1) << told;
-        EXPECT_EQ(ids(read(kStar + one_station(470))), std::vector<std::string>{"72470"}); // forgotten
+        EXPECT_EQ(ids(read(kStar + one_station(470))),
+                  std::vector<std::string>{"72470"}); // forgotten
     }
 }
 
@@ -307,7 +321,11 @@ TEST_F(Bufr, AHundredLevelsAreTaken)
     for (int i = 0; i < 100; ++i) {
         bits.put(component(i), 13);
     }
-    const auto all = read(kStar + bufr_bytes({.descriptors = {kStep, {1, 1, 100}, kU}, .data = bits.bytes()}));
+    const auto all =
+        read(kStar + bufr_bytes({
+                         .descriptors = {kStep, {1, 1, 100}, kU},
+                           .data = bits.bytes()
+    }));
     ASSERT_EQ(all.size(), 1U);
     EXPECT_EQ(all[0].num_level, 99);
     EXPECT_NEAR(all[0].level[99].u, 99.0, 1e-3);
@@ -315,12 +333,24 @@ TEST_F(Bufr, AHundredLevelsAreTaken)
 
 TEST_F(Bufr, GoesOnInTheMessageThatAnotherFileBegan)
 {
-    const std::vector<BufrDescriptor> report = kPlace + std::vector<BufrDescriptor>{{2, 6, 25}, {0, 8, 22}}; // 11 octets
+    const std::vector<BufrDescriptor> report = kPlace + std::vector<BufrDescriptor>{
+                                                            {2, 6, 25},
+                                                            {0, 8, 22}
+    }; // 11 octets
     BitText two;
     for (const int station : {101, 102}) {
-        two.put(72, 7).put(static_cast<uint64_t>(station), 10).put(13001, 15).put(8450, 16).put(700, 15).put(0, 25);
+        two.put(72, 7)
+            .put(static_cast<uint64_t>(station), 10)
+            .put(13001, 15)
+            .put(8450, 16)
+            .put(700, 15)
+            .put(0, 25);
     }
-    const std::string a = dir_.write("a", kStar + bufr_bytes({.descriptors = report, .data = two.bytes(), .subsets = 2, }));
+    const std::string a = dir_.write("a", kStar + bufr_bytes({
+                                                      .descriptors = report,
+                                                      .data = two.bytes(),
+                                                      .subsets = 2,
+                                                  }));
     const std::string b = dir_.write("b", kStar + one_station(470));
     EXPECT_EQ(ids(read_all(a, 1)), std::vector<std::string>{"72101"});
     EXPECT_EQ(ids(read_all(b)), (std::vector<std::string>{"72102", "72470"}));
@@ -329,7 +359,9 @@ TEST_F(Bufr, GoesOnInTheMessageThatAnotherFileBegan)
 TEST_F(Bufr, NothingOfAnOldMessageStandsBehindOneTooLong)
 {
     const std::string good = dir_.write("good", kStar + one_station(469));
-    const std::string long_one = dir_.write("long", kStar + bufr_bytes({.descriptors = kPlace, .data = place(1).bytes(), .at_least = 4400}));
+    const std::string long_one = dir_.write(
+        "long",
+        kStar + bufr_bytes({.descriptors = kPlace, .data = place(1).bytes(), .at_least = 4400}));
     EXPECT_EQ(read_all(good).size(), 1U);
     EXPECT_EQ(read_all(long_one).size(), 0U);
     EXPECT_EQ(ids(read_all(good)), std::vector<std::string>{"72469"});
@@ -391,7 +423,8 @@ std::vector<Dumped> parse_dump(const std::string &text)
         const std::string name = key.substr(0, key.find('='));
         const std::string word = line.substr(equals + 1);
         const double value = word == "MISSING" ? 409.5 : std::atof(word.c_str());
-        if (name == "subsetNumber" || (name == "blockNumber" && (all.empty() || !all.back().id.empty()))) {
+        if (name == "subsetNumber" ||
+            (name == "blockNumber" && (all.empty() || !all.back().id.empty()))) {
             all.emplace_back();
         }
         if (all.empty()) {
