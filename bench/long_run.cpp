@@ -88,6 +88,7 @@ void start(const std::string &folder, const std::string &data)
     std::vector<std::string> words = {"profiler", "-df",       "/nonexistent", "-file_path",
                                       data,       "-variable", "wbrb:knt"};
     std::vector<char *> arguments;
+    arguments.reserve(words.size());
     for (std::string &word : words) {
         arguments.push_back(word.data());
     }

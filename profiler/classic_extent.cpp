@@ -14,7 +14,8 @@ enum ListTag { kAbsent = 0, kDimensionTag = 10, kVariableTag = 11, kAttributeTag
 
 constexpr int64_t kPad = 4;
 constexpr int64_t kMostEntries = 65536;
-constexpr int64_t kLongestName = 1024;
+constexpr int64_t kLongestName = 256;     ///< the library's own limit for writing
+constexpr int64_t kMostDimensions = 1024; ///< of a variable
 
 /// Reads big-endian numbers; fails for good at the first that isn't there.
 class HeaderCursor {
@@ -140,7 +141,7 @@ Variable read_variable(HeaderCursor &in, const Widths &w, const std::vector<int6
     Variable var;
     skip_name(in, w);
     int64_t elements = 1;
-    const int64_t rank = in.count(w.count, kLongestName);
+    const int64_t rank = in.count(w.count, kMostDimensions);
     for (int64_t i = 0; i < rank && in.ok(); ++i) {
         const int64_t id = in.count(w.count, static_cast<int64_t>(dimensions.size()) - 1);
         if (!in.ok()) {

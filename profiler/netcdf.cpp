@@ -104,9 +104,8 @@ int64_t CDF_record_count(int dimension)
             return 0;
         }
     }
-    std::array<char, NC_MAX_NAME + 1> name;
-    long size = 0;
-    return ncdiminq(state.file, dimension, name.data(), &size) == -1 ? 0 : size;
+    size_t size = 0; // the name isn't asked for: a damaged file's may be longer than any room
+    return nc_inq_dimlen(state.file, dimension, &size) == NC_NOERR ? static_cast<int64_t>(size) : 0;
 }
 
 void CDF_set_index(std::initializer_list<long> start)

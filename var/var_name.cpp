@@ -109,7 +109,7 @@ long long probability_number(long long number, const Name &name)
 
 long long ensemble_number(long long number, const Name &name)
 {
-    const auto member = static_cast<long long>(name.value) * 1000;
+    const long long member = VAR_whole(name.value) * 1000LL;
     switch (name.kind) {
     case Ensemble::none:
         break;

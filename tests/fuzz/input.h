@@ -33,6 +33,7 @@ inline std::string fuzz_file(const std::string &bytes, const std::string &name =
 {
     static const TempDir folder;
     const std::string path = folder.file(name);
+    std::remove(path.c_str()); // a file cut to nothing and written anew goes to the disk each time
     if (std::FILE *file = std::fopen(path.c_str(), "wb")) {
         std::fwrite(bytes.data(), 1, bytes.size(), file);
         std::fclose(file);

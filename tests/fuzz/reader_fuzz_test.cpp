@@ -71,6 +71,9 @@
 #define LLVMFuzzerTestOneInput region_target
 #include "fuzz/region_fuzz.cpp"
 #undef LLVMFuzzerTestOneInput
+#define LLVMFuzzerTestOneInput raw_target
+#include "fuzz/raw_fuzz.cpp"
+#undef LLVMFuzzerTestOneInput
 
 namespace {
 
@@ -185,4 +188,9 @@ TEST(ReaderFuzz, MapFiles)
 TEST(ReaderFuzz, RegionFiles)
 {
     replay(region_target, "region", 300);
+}
+
+TEST(ReaderFuzz, RawFiles)
+{
+    replay(raw_target, "raw", 600);
 }
