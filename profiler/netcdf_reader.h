@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-#include "profiler/reader.h"
+#include "profiler/records.h"
 
 /// The two netCDF layouts of profiler files, over the access layer. The file is open and current.
 

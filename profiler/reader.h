@@ -4,14 +4,6 @@
 
 /// The reader of profiler files: one record from whatever layout a file has. One file at a time.
 
-/// Codes of the file layouts.
-enum ProfilerLayout {
-    kLayoutNone = 0,
-    kLayoutStation = 11, ///< netCDF with a dimension `station`: separate low and high mode
-    kLayoutRecNum = 12,  ///< netCDF without it: 72 levels
-    kLayoutBufr = 31,    ///< BUFR messages
-};
-
 /// Finds out the layout from the first character and, for netCDF, the dimensions.
 /// @return 11, 12, 31, or -1 for a file that can't be read or is none of these
 int PROF_file_type(const char *name);

@@ -10,6 +10,14 @@ inline constexpr int kDateLabelSize = 72;
 /// Room for levels in a record: the limit for every reader.
 inline constexpr int kMaxProfilerLevels = 100;
 
+/// Codes of the file layouts.
+enum ProfilerLayout {
+    kLayoutNone = 0,
+    kLayoutStation = 11, ///< netCDF with a dimension `station`: separate low and high mode
+    kLayoutRecNum = 12,  ///< netCDF without it: 72 levels
+    kLayoutBufr = 31,    ///< BUFR messages
+};
+
 /// One level of a wind profile. A value that isn't there is Missing.
 struct ProfilerLevel {
     float z;      ///< height above the station, m
