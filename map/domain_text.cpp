@@ -32,72 +32,6 @@ constexpr std::string_view kStationPrefix = "id:";
 constexpr const char *kCityFile = "sao.cty";
 constexpr const char *kRegionFile = "tyr.reg";
 
-struct ProjectionWord {
-    const char *word;
-    int length; ///< characters compared; 0 the whole word
-    int code;
-};
-
-constexpr std::array<ProjectionWord, 29> kProjectionWords = {
-    {{"ll", 2, kProjLatLon},
-     {"lat", 3, kProjLatLon},
-     {"polar", 5, kProjPolar},
-     {"ps", 2, kProjPolar},
-     {"sat", 3, kProjSatellite},
-     {"lamb", 4, kProjLambert},
-     {"lc", 2, kProjLambert},
-     {"la", 2, kProjLambertAzimuthal},
-     {"gn", 2, kProjGnomonic},
-     {"or", 2, kProjOrtho},
-     {"mo", 2, kProjMollweide},
-     {"me", 2, kProjMercator},
-     {"pix", 3, kProjPixel},
-     {"xy", 2, kProjXY},
-     {"xlogy", 5, kProjXLogP},
-     {"xlogp", 5, kProjXLogP},
-     {"cat", 3, kProjTimeHeight},
-     {"skewt", 5, kProjSkewT},
-     {"ema", 3, kProjEmagram},
-     {"teph", 4, kProjTephigram},
-     {"rteph", 5, kProjRotatedTephigram},
-     {"therm", 5, kProjSkewT},
-     {"stuve", 5, kProjStuve},
-     {"hodo", 4, kProjPolarPlot},
-     {"vert", 4, kProjXLogP},
-     {"xp", 0, kProjXP},
-     {"zoom", 4, kProjZoom},
-     {"size", 4, kProjSize},
-     {"miss", 0, kProjNone}}
-};
-
-struct ProjectionName {
-    int code;
-    const char *name;
-};
-
-constexpr std::array<ProjectionName, 19> kProjectionNames = {
-    {{kProjNone, "none"},
-     {kProjPolar, "pstereo"},
-     {kProjLatLon, "latlon"},
-     {kProjMercator, "merc"},
-     {kProjLambert, "lamb"},
-     {kProjOrtho, "ortho"},
-     {kProjGnomonic, "gnom"},
-     {kProjMollweide, "moll"},
-     {kProjLambertAzimuthal, "lambaz"},
-     {kProjSatellite, "sat"},
-     {kProjXY, "xy"},
-     {kProjXZ, "xz"},
-     {kProjXLogP, "xlogp"},
-     {kProjPolarPlot, "polar"},
-     {kProjTimeHeight, "cat"},
-     {kProjSkewT, "skewt"},
-     {kProjStuve, "stuve"},
-     {kProjEmagram, "ema"},
-     {kProjZoom, "zoom"}}
-};
-constexpr const char *kPixelName = "pixel";
-
 enum class Field { kProj, kPlon, kClat, kClon, kNx, kNy, kDx, kDy, kRegion };
 using enum Field;
 
@@ -405,19 +339,6 @@ std::string part(float value)
     return is_missing(value) ? ":" : STR_print(":%3.3f", static_cast<double>(value));
 }
 
-const char *projection_name(int code)
-{
-    if (code == kProjPixel) {
-        return kPixelName;
-    }
-    for (const ProjectionName &name : kProjectionNames) {
-        if (name.code == code) {
-            return name.name;
-        }
-    }
-    return "";
-}
-
 bool is_real(float value)
 {
     return std::isfinite(value) && !is_missing(value);
@@ -434,6 +355,7 @@ int DOM_decode(const char *text, DomainRec *out)
     const std::vector<std::string> words = STR_fields(text, ',');
     MSG_out(kTrace, "******** PARSING DOMAIN: %d %s\n", static_cast<int>(words.size()), text);
     std::vector<Word> read;
+    read.reserve(words.size());
     for (const std::string &word : words) {
         read.push_back(make_word(word));
     }
@@ -444,18 +366,6 @@ int DOM_decode(const char *text, DomainRec *out)
         DOM_set_priority(static_cast<float>(out->ny - 1) * out->dy);
     }
     return result;
-}
-
-int DOM_proj_code(const char *word)
-{
-    for (const ProjectionWord &p : kProjectionWords) {
-        const int difference =
-            p.length == 0 ? STR_casecmp(word, p.word) : STR_ncasecmp(word, p.word, p.length);
-        if (difference == 0) {
-            return p.code;
-        }
-    }
-    return kUnknown;
 }
 
 int DOM_from_resources(DomainRec *out, int mode)
@@ -485,6 +395,9 @@ bool DOM_is_usable(const DomainRec *domain)
     const DomainRec &d = *domain;
     if (std::find(kNameOnly.begin(), kNameOnly.end(), d.proj) != kNameOnly.end()) {
         return false;
+    }
+    if (d.proj == kProjLambert && !is_missing(d.parm1) && d.parm1 == -d.parm2) {
+        return false; // a cone with opposite standard latitudes is none
     }
     const bool has_place = is_real(d.clat) && is_real(d.clon);
     const bool has_spacing = is_real(d.dx) && is_real(d.dy) && d.dx != 0.0F && d.dy != 0.0F;

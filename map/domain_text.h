@@ -1,6 +1,7 @@
 #pragma once
 
 #include "map/domain.h"
+#include "map/projection_words.h"
 
 /// Domains as texts: a region word, or comma-separated fields with a projection in front.
 ///
@@ -20,9 +21,6 @@ enum DomainForm {
 /// @return DomainForm; -1 for an invalid text (told), kMissingInt for null, empty or "miss". A word
 ///         that is no region gives kDomainRegion with proj -1
 int DOM_decode(const char *text, DomainRec *out);
-
-/// Projection code of a word, by its beginning; kMissingInt for "miss", -1 for an unknown word.
-int DOM_proj_code(const char *word);
 
 /// Domain of a program: the resource `plot_domain` (modes 1, 3 and 4), else `region`, else (mode 4)
 /// the first region of the region table. @return result of DOM_decode; 0 where nothing is told

@@ -1,6 +1,8 @@
 #include "map/map_layer.h"
 
+#include <algorithm>
 #include <array>
+#include <cctype>
 #include <cstdio>
 #include <string>
 #include <string_view>
@@ -33,6 +35,7 @@ constexpr std::string_view kListPrefix = "fi:";
 
 struct State {
     std::string list; ///< entries in force; the default, once chosen, stays
+    std::string told; ///< list file of the last message in this plot
     bool is_filled = false;
     int map_variable = 0; ///< 1 the list holds "map", -1 it holds "panel"
 };
@@ -51,6 +54,23 @@ const std::string &current_list(const DomainRec &d)
     return state.list;
 }
 
+/// False of what no list holds: nothing, or control characters.
+bool is_text(std::string_view word)
+{
+    return !word.empty() && std::none_of(word.begin(), word.end(), [](char c) {
+        return std::iscntrl(static_cast<unsigned char>(c)) != 0;
+    });
+}
+
+/// Once for the layers under and over the data.
+void report_list(const char *what, const char *path)
+{
+    if (state.told != path) {
+        MSG_out(kWarn, "%s%s\n", what, path);
+        state.told = path;
+    }
+}
+
 void process_list_file(const std::string &name)
 {
     std::array<char, kFileNameRoom> path = {};
@@ -60,11 +80,15 @@ void process_list_file(const std::string &name)
         stream.reset(FILE_open(path.data(), "r"));
     }
     if (!stream) {
-        MSG_out(kWarn, "MAP_draw: Unable to open map list file: %s\n", path.data());
+        report_list("MAP_draw: Unable to open map list file: ", path.data());
         return;
     }
     std::array<char, kMostEntry + 1> word = {};
     while (std::fscanf(stream.get(), "%255s", word.data()) == 1) {
+        if (!is_text(word.data())) {
+            report_list("MAP_draw: Map list file is damaged: ", path.data());
+            return;
+        }
         MAP_process(word.data());
     }
 }
@@ -101,6 +125,7 @@ void draw_lines(const DomainRec &domain)
 
 void PLT_map_setup()
 {
+    state.told.clear();
     state.is_filled = is_filled_type(PRM_get(kPrmPlotType));
     state.map_variable = 0;
     for (int i = 0; i < VAR_count(); ++i) {

@@ -18,6 +18,7 @@ namespace {
 constexpr float kWestEnd = -180.0F;
 constexpr float kLatStep = 2.5F;     ///< along a circle of latitude, degrees
 constexpr float kFirstStep = 5.0F;   ///< and its first step
+constexpr int kCircleSteps = 143;    ///< from there to 180
 constexpr float kLonStep = 2.5F;     ///< most along a meridian
 constexpr float kJump = 50.0F;       ///< plot units in x: over the side of the map
 constexpr float kMostSteps = 1e7F;   ///< some seconds
@@ -188,6 +189,7 @@ class LineDrawer {
 
   private:
     static float value(int i, float interval) { return static_cast<float>(i) * interval; }
+    float repeat(int i) const { return value(i, static_cast<float>(lines_.repeat)); }
 
     void draw_latitude(float lat) const
     {
@@ -196,7 +198,8 @@ class LineDrawer {
             Polyline line(window_);
             Point a = project(lat, kWestEnd);
             float old_lon = kWestEnd;
-            for (float lon = kWestEnd + kFirstStep; lon <= 180.0F; lon += kLatStep) {
+            for (int i = 0; i < kCircleSteps; ++i) {
+                const float lon = kWestEnd + kFirstStep + value(i, kLatStep);
                 const Point b = project(lat, lon);
                 if (a.is_shown() && b.is_shown() && !crosses_cone_cut(old_lon, lon)) {
                     draw_step(line, a, b, label);
@@ -208,8 +211,8 @@ class LineDrawer {
         if (lines_.repeat > 0) {
             GPH_set_text_align(kAlignCentre, kAlignHalf);
             const float first = first_repeat(lines_.repeat, 179, lines_.dlon);
-            for (float lon = first; lon <= 180.0F; lon += static_cast<float>(lines_.repeat)) {
-                label_inside(project(lat, lon), label);
+            for (int i = 0; first + repeat(i) <= 180.0F; ++i) {
+                label_inside(project(lat, first + repeat(i)), label);
             }
         }
     }
@@ -255,8 +258,8 @@ class LineDrawer {
         if (lines_.repeat > 0) {
             GPH_set_text_align(kAlignCentre, kAlignHalf);
             const float first = first_repeat(lines_.repeat, 89, lines_.dlat);
-            for (float lat = first; lat < 90.0F; lat += static_cast<float>(lines_.repeat)) {
-                label_inside(project(lat, lon), label);
+            for (int i = 0; first + repeat(i) < 90.0F; ++i) {
+                label_inside(project(first + repeat(i), lon), label);
             }
         }
     }

@@ -343,18 +343,20 @@ TEST(UsableDomain, NeedsPlaceAndSize)
         const char *text;
         bool is_usable;
     } cases[] = {
-        {"39,-97,2",                true },
-        {"39,-97,0",                false},
-        {"39,-97,-2",               false},
-        {"39,-97,1,17",             false},
-        {"39,-97,25,0",             false},
-        {"none",                    false},
-        {"size,25,17",              false},
-        {"zoom,39,-97",             false},
-        {"miss",                    false},
-        {"cat,-1,0,25,21,14,18000", true },
-        {"39,-97,-25,17",           false},
-        {"gn,39,-97,1",             false},
+        {"39,-97,2",                  true },
+        {"39,-97,0",                  false},
+        {"39,-97,-2",                 false},
+        {"39,-97,1,17",               false},
+        {"39,-97,25,0",               false},
+        {"none",                      false},
+        {"size,25,17",                false},
+        {"zoom,39,-97",               false},
+        {"miss",                      false},
+        {"cat,-1,0,25,21,14,18000",   true },
+        {"39,-97,-25,17",             false},
+        {"gn,39,-97,1",               false},
+        {"lamb:50:10:30:-30,50,10,1", false},
+        {"lamb:50:10:30:60,50,10,1",  true },
     };
     for (const auto &c : cases) {
         DomainRec d;

@@ -351,6 +351,19 @@ TEST_F(MapLayer, BlocksOfListFiles)
     }
 }
 
+TEST_F(MapLayer, DamagedListsAreNamed)
+{
+    MapPage page("lat:0:0,0,0,25,17,2,2");
+    RES_put("file_path", folder_.path().c_str());
+    RES_put("map_file", "fi:none,fi:zeros");
+    folder_.write("zeros", std::string(5000, '\0'));
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(MAP_draw(kMapUnmarked), 0);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+              "MAP_draw: Unable to open map list file: " + folder_.file("none") +
+                  "\nMAP_draw: Map list file is damaged: " + folder_.file("zeros") + "\n");
+}
+
 TEST_F(MapLayer, FillsClosedOutlines)
 {
     const std::string path = write(binary_map({
