@@ -35,8 +35,7 @@ int fill(std::array<OptionRec, kMaxOptions> &records, int count, const int *code
 const char *OPT_place_key(int place)
 {
     // a place and a text share one field
-    return reinterpret_cast<const char *>( // NOLINT(performance-no-int-to-ptr)
-        static_cast<std::intptr_t>(place));
+    return reinterpret_cast<const char *>(static_cast<std::intptr_t>(place));
 }
 
 int OPT_key_place(const char *key)

@@ -9,20 +9,17 @@ namespace {
 constexpr int kHashFactor = 257;
 constexpr int kHashModulus = 35177;
 
-/// The first link of a key's chain for a text.
-int &slot_of(TableRec &table, int key_index, const char *key)
+size_t slot_of(const TableRec &table, int key_number, const char *key)
 {
-    return table.slots[static_cast<size_t>(key_index * table.size + TBL_hash(key) % table.size)];
+    return static_cast<size_t>((key_number - 1) * table.size + TBL_hash(key) % table.size);
 }
 
-void link_behind(TableRec &table, int key_index, const char *key, int entry)
+void link_behind(TableRec &table, int key_number, const char *key, int entry)
 {
     const int link = static_cast<int>(table.links.size());
-    int *place = &slot_of(table, key_index, key);
-    while (*place >= 0) {
-        place = &table.links[static_cast<size_t>(*place)].next;
-    }
-    *place = link;
+    TableRec::Chain &chain = table.slots[slot_of(table, key_number, key)];
+    (chain.last < 0 ? chain.first : table.links[static_cast<size_t>(chain.last)].next) = link;
+    chain.last = link;
     table.links.push_back({key, entry, -1});
 }
 
@@ -37,7 +34,7 @@ int TBL_init(TableRec *table, int size, int element_size, int keys)
     table->size = std::max(size, 1);
     table->element_size = element_size;
     table->keys = keys;
-    table->slots.assign(static_cast<size_t>(table->size) * static_cast<size_t>(keys), -1);
+    table->slots.assign(static_cast<size_t>(table->size) * static_cast<size_t>(keys), {});
     return 0;
 }
 
@@ -51,10 +48,10 @@ void *TBL_add(TableRec *table, const void *data, const char *key1, ...)
     std::memcpy(copy.get(), data, bytes);
     const int entry = static_cast<int>(table->entries.size());
     table->entries.push_back(std::move(copy));
-    link_behind(*table, 0, key1, entry);
+    link_behind(*table, 1, key1, entry);
     va_list keys;
     va_start(keys, key1);
-    for (int i = 1; i < table->keys; ++i) {
+    for (int i = 2; i <= table->keys; ++i) {
         link_behind(*table, i, va_arg(keys, const char *), entry);
     }
     va_end(keys);
@@ -66,8 +63,7 @@ void *TBL_find(const TableRec *table, int key_number, const char *key)
     if (key_number < 1 || key_number > table->keys || !key) {
         return nullptr;
     }
-    const int slot = (key_number - 1) * table->size + TBL_hash(key) % table->size;
-    for (int i = table->slots[static_cast<size_t>(slot)]; i >= 0;) {
+    for (int i = table->slots[slot_of(*table, key_number, key)].first; i >= 0;) {
         const TableRec::Link &link = table->links[static_cast<size_t>(i)];
         if (link.key == key) {
             return table->entries[static_cast<size_t>(link.entry)].get();

@@ -22,7 +22,10 @@ struct TableRec {
     int next_entry = 0;                                ///< what TBL_next gives
     std::vector<std::unique_ptr<std::byte[]>> entries; ///< in order of insertion
     std::vector<Link> links;
-    std::vector<int> slots; ///< first link of each chain, -1 for none; `size` slots a key
+    struct Chain {
+        int first = -1, last = -1; ///< links; -1 for none
+    };
+    std::vector<Chain> slots; ///< `size` chains a key
 };
 
 /// Empties a table and gives it its shape.
