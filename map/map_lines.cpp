@@ -21,6 +21,7 @@ constexpr float kFirstStep = 5.0F;   ///< and its first step
 constexpr int kCircleSteps = 143;    ///< from there to 180
 constexpr float kLonStep = 2.5F;     ///< most along a meridian
 constexpr float kJump = 50.0F;       ///< plot units in x: over the side of the map
+constexpr float kTurn = 360.0F;
 constexpr float kMostSteps = 1e7F;   ///< some seconds
 constexpr float kLabelInset = 0.01F; ///< of the window width
 constexpr float kCrossArm = 0.1F;    ///< degrees
@@ -300,8 +301,8 @@ bool is_drawable(const MapLines &lines)
     const float longitudes = 360.0F / lines.dlon;
     const float steps =
         latitudes * 360.0F / kLatStep + longitudes * std::max(latitudes, 180.0F / kLonStep);
-    return lines.dlat > 0.0F && lines.dlon > 0.0F && std::isfinite(lines.dlat) &&
-           std::isfinite(lines.dlon) && steps < kMostSteps;
+    const auto is_angle = [](float interval) { return interval > 0.0F && interval <= kTurn; };
+    return is_angle(lines.dlat) && is_angle(lines.dlon) && steps < kMostSteps;
 }
 
 } // namespace
