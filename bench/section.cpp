@@ -4,8 +4,11 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cmath>
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -73,6 +76,46 @@ void report(const char *name, const std::vector<std::string> &words, int runs)
                 median.system * 1e3, median.peak);
 }
 
+constexpr int kSegments = 20000;
+constexpr int kPoints = 500; ///< of a segment
+
+void put_big_endian(std::string &bytes, uint32_t value, int count)
+{
+    for (int i = count - 1; i >= 0; --i) {
+        bytes += static_cast<char>(value >> (8 * i) & 0xFF);
+    }
+}
+
+void put_float(std::string &bytes, float value)
+{
+    uint32_t word = 0;
+    std::memcpy(&word, &value, sizeof word);
+    put_big_endian(bytes, word, 4);
+}
+
+/// A binary map file of ten million points: short wriggling lines all over the earth.
+void write_big_map(const std::string &path)
+{
+    std::FILE *file = std::fopen(path.c_str(), "wb");
+    for (int s = 0; s < kSegments; ++s) {
+        std::string bytes;
+        put_big_endian(bytes, kPoints, 2);
+        for (int i = 0; i < 4; ++i) {
+            put_float(bytes, 0.0F);
+        }
+        put_big_endian(bytes, 0, 4);
+        const float lat = -85.0F + 170.0F * static_cast<float>(s % 200) / 200.0F;
+        const float lon = -180.0F + 359.0F * static_cast<float>(s / 200) / 100.0F;
+        for (int i = 0; i < kPoints; ++i) {
+            const float t = static_cast<float>(i) * 0.01F;
+            put_float(bytes, lat + 0.2F * std::sin(7.0F * t));
+            put_float(bytes, lon + 0.3F * t);
+        }
+        std::fwrite(bytes.data(), 1, bytes.size(), file);
+    }
+    std::fclose(file);
+}
+
 } // namespace
 
 int main(int argc, char **argv)
@@ -135,6 +178,13 @@ int main(int argc, char **argv)
     report("level map, contiguous US", map("us"), 9);
     report("level map, New England", map("ne"), 9);
     report("level map, the world", map("world"), 9);
+    write_big_map(folder + "/big.map");
+    for (const char *domain : {"ps,60,-97,3", "ll,0,0,10", "me,0,0,10", "lc,50,-97,5",
+                               "or,35,-95,6", "mo,0,0,15", "la,40,130,10", "sat:0:-75,0,-75,6"}) {
+        std::vector<std::string> words = map(domain);
+        words.insert(words.end(), {"-mf", folder + "/big.map"});
+        report((std::string("10 M points, ") + domain).c_str(), words, 1);
+    }
     fs::remove_all(folder);
     return 0;
 }
