@@ -16,11 +16,11 @@
 namespace {
 
 constexpr float kWestEnd = -180.0F;
-constexpr float kLatStep = 2.5F;     ///< along a circle of latitude, degrees
-constexpr float kFirstStep = 5.0F;   ///< and its first step
-constexpr int kCircleSteps = 143;    ///< from there to 180
-constexpr float kLonStep = 2.5F;     ///< most along a meridian
-constexpr float kJump = 50.0F;       ///< plot units in x: over the side of the map
+constexpr float kLatStep = 2.5F;   ///< along a circle of latitude, degrees
+constexpr float kFirstStep = 5.0F; ///< and its first step
+constexpr int kCircleSteps = 143;  ///< from there to 180
+constexpr float kLonStep = 2.5F;   ///< most along a meridian
+constexpr float kJump = 50.0F;     ///< plot units in x: over the side of the map
 constexpr float kTurn = 360.0F;
 constexpr float kMostSteps = 1e7F;   ///< some seconds
 constexpr float kLabelInset = 0.01F; ///< of the window width
