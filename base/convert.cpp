@@ -317,5 +317,8 @@ int RES_convert(const char *value, void *destination, int type)
 int RES_get_value(const char *name, void *destination, int type)
 {
     const char *value = RES_get(name);
-    return value && destination ? RES_convert(value, destination, type) : 0;
+    if (!value || !destination) {
+        return 0;
+    }
+    return RES_convert(RES_has_value(name) ? value : nullptr, destination, type);
 }

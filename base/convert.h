@@ -12,5 +12,6 @@ inline constexpr size_t kTextCopyRoom = 160;
 /// hour, file parameter, plot type, batch, help). Returns 1 when the value was looked at, else 0.
 int RES_convert(const char *value, void *destination, int type);
 
-/// Converts a stored value by a type code; 0 if it isn't stored or without a destination.
+/// Converts a stored value by a type code; 0 if it isn't stored or without a destination. A name
+/// without a value sets a flag and leaves every other destination alone.
 int RES_get_value(const char *name, void *destination, int type);

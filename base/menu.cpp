@@ -39,11 +39,17 @@ Shown collect(const MenuRow *rows, int menu)
     return shown;
 }
 
+constexpr const char *kSeparator = " --------------------               ";
+
+bool is_separator(const MenuRow &row)
+{
+    return row.text[0] == '-';
+}
+
 /// One entry, filled to the width of a column.
 std::string entry(size_t number, const MenuRow &row)
 {
-    return row.text[0] == '-' ? " --------------------               "
-                              : STR_print(" %2zu: %-30s", number, row.text);
+    return is_separator(row) ? kSeparator : STR_print(" %2zu: %-30s", number, row.text);
 }
 
 void print_rows(const std::vector<const MenuRow *> &rows)
@@ -52,7 +58,7 @@ void print_rows(const std::vector<const MenuRow *> &rows)
     const size_t half = two_columns ? (rows.size() + 1) / 2 : rows.size();
     for (size_t i = 0; i < half; ++i) {
         std::string line = entry(i + 1, *rows[i]);
-        if (two_columns) {
+        if (two_columns && !is_separator(*rows[i])) { // a separator brings its blank
             line += ' ';
         }
         if (two_columns && i + half < rows.size()) {

@@ -3,12 +3,15 @@
 #include <array>
 #include <cstdio>
 #include <cstdlib>
+#include <string>
+#include <vector>
 
 #include "base/missing.h"
 #include "base/msg.h"
 #include "base/option_table.h"
 #include "base/prm.h"
 #include "base/startup.h"
+#include "base/str.h"
 #include "base/sys.h"
 #include "timefile/date.h"
 
@@ -95,9 +98,14 @@ void OPT_help_line(int code)
     if (!row) {
         return;
     }
-    if (row->long_help) {
-        MSG_out(kMsgPrint, " %-10s%s", row->usage, row->help);
-    } else {
+    if (!row->long_help) {
         help_line(row->usage, row->help);
+        return;
+    }
+    // line by line, as the pager counts the newlines of formats
+    const std::vector<std::string> lines = STR_fields(row->help, '\n');
+    MSG_out(kMsgPrint, " %-10s%s\n", row->usage, lines[0].c_str());
+    for (size_t i = 1; i < lines.size(); ++i) {
+        MSG_out(kMsgPrint, "%s\n", lines[i].c_str());
     }
 }

@@ -81,6 +81,12 @@ const char *RES_get(const char *name)
     return resource ? resource->value.c_str() : nullptr;
 }
 
+bool RES_has_value(const char *name)
+{
+    const ResourceRec *resource = find(name);
+    return resource && resource->has_value;
+}
+
 int RES_get_list(const char *name, int *count, char ***array)
 {
     *count = 0;
@@ -117,7 +123,9 @@ std::vector<ResourceRec> RES_all()
 char *RES_program_name(char *buffer)
 {
     if (!buffer) {
-        return strdup(state.program.c_str());
+        static char unnamed[] = "TYR"; // where there is no memory for a copy
+        char *copy = strdup(state.program.c_str());
+        return copy ? copy : unnamed;
     }
     STR_copy(buffer, kProgramNameRoom, state.program);
     return buffer;

@@ -53,6 +53,8 @@ int RES_put(const char *name, const char *value);
 /// The value: null if the name isn't stored, the empty text for a name without a value. Valid
 /// until the name is stored again.
 const char *RES_get(const char *name);
+/// True if the name is stored with a value, be it the empty text.
+bool RES_has_value(const char *name);
 /// Splits the value, at newlines for a resource of type 21, else at commas. Returns the count; 0
 /// with a null array if there is none. The caller frees with STR_free_list.
 int RES_get_list(const char *name, int *count, char ***array);

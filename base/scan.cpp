@@ -342,7 +342,7 @@ bool Walk::field(va_list *arguments)
         ++scan_.fields;
         return true;
     }
-    const bool is_exact = field.has_width && !field.at_most && field.conversion != '(';
+    const bool is_exact = field.has_width && !field.at_most;
     if (length == 0 || (is_exact && length != static_cast<size_t>(field.width))) {
         return false;
     }

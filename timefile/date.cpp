@@ -151,6 +151,22 @@ bool read_form(const char *text, const Form &form, DateRec &date)
     return true;
 }
 
+/// The last form, four numbers that are the whole text: hour, day, month, year.
+bool read_numbers(const char *text, DateRec &date)
+{
+    DateRec d;
+    int end = 0;
+    const int read =
+        std::sscanf(text, "%2d %2d %2d %2d %n", &d.hour, &d.day, &d.month, &d.year, &end);
+    if (read != 4 || end == 0 || text[end] != '\0' || !in_range(d.hour, 0, 23) ||
+        !in_range(d.day, 1, 31) || !in_range(d.month, 1, kMonths) || d.year < 0) {
+        return false;
+    }
+    d.year = full_year(d.year);
+    date = d;
+    return true;
+}
+
 } // namespace
 
 long TIME_to_seconds(DateRec *date)
@@ -278,12 +294,13 @@ void TIME_parse(const char *text, DateRec *date)
 {
     *date = DateRec();
     date->month = 0;
-    const bool found = text && std::any_of(kForms.begin(), kForms.end(), [&](const Form &form) {
-                           return read_form(text, form, *date);
-                       });
+    if (!text) {
+        return;
+    }
+    const bool found = std::any_of(kForms.begin(), kForms.end(),
+                                   [&](const Form &form) { return read_form(text, form, *date); });
     if (!found) {
-        *date = DateRec();
-        date->month = 0;
+        read_numbers(text, *date);
     }
 }
 

@@ -49,7 +49,8 @@ const char *TIME_day_abbr(int wday);
 int TIME_month_number(const char *text);
 
 /// Reads "12Z 06 MAR 99" at the start, or "1230Z 06 MAR 99", "12:30:00Z 06 MAR 99" or
-/// "12Z 6 MAR 99" at the end of a text. Without any of them month is 0 and the rest missing.
+/// "12Z 6 MAR 99" at the end of a text, or a text of four numbers for hour, day, month and year,
+/// "12 06 03 99". Without any of them month is 0 and the rest missing.
 void TIME_parse(const char *text, DateRec *date);
 
 /// Room of every text that the routines below write.

@@ -180,11 +180,13 @@ TEST(Menu, ThirteenRowsStandInTwoColumns)
     for (const std::string &t : texts) {
         rows.push_back({t.c_str(), "", 0, nullptr});
     }
+    rows[2].text = "-";
     rows.push_back({nullptr, nullptr, 0, nullptr});
     const std::string shown = with_input("", [&] { MENU_show("T", rows.data(), 0, 3); });
     const std::string pad(25, ' '); // entries are filled to 30 characters
     EXPECT_NE(shown.find("  1: row 1" + pad + "   8: row 8" + pad + "\n"), std::string::npos)
         << shown;
+    EXPECT_NE(shown.find("\n --------------------                 9: row 9"), std::string::npos);
     EXPECT_NE(shown.find("\n  7: row 7" + pad + " \n"), std::string::npos);
     EXPECT_NE(shown.find("  0: row 0" + pad + "  -1: Exit program                  \n"),
               std::string::npos);

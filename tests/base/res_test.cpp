@@ -104,6 +104,17 @@ TEST(Convert, ReadsNumbersAndFlags)
     EXPECT_FLOAT_EQ(real, 150.0F);
 }
 
+TEST(Convert, NameWithoutValueSetsAFlagAlone)
+{
+    RES_put("bare", nullptr);
+    int flag = 7;
+    EXPECT_EQ(RES_get_value("bare", &flag, kResFlag), 1);
+    EXPECT_EQ(flag, 1);
+    float scale = 1.5F;
+    EXPECT_EQ(RES_get_value("bare", &scale, kResReal), 0);
+    EXPECT_EQ(scale, 1.5F);
+}
+
 TEST(Convert, HandsOutTexts)
 {
     const char *text = nullptr;

@@ -216,6 +216,18 @@ TEST(Startup, UnknownCodeAndLongListsAreHeldBack)
     EXPECT_STREQ(record.name, "");
 }
 
+TEST(Startup, PagerCountsTheLinesOfTheHelp)
+{
+    const int keyed[] = {96, 96, 96, 0};
+    PRM_clear(kMissingInt); // no batch run
+    MSG_set_mask(10, 0xFFFFF);
+    MSG_set_paging(2);
+    testing::internal::CaptureStdout();
+    OPT_usage("prf", keyed, nullptr);
+    MSG_set_paging(1);
+    EXPECT_NE(testing::internal::GetCapturedStdout().find("Press return"), std::string::npos);
+}
+
 TEST(Startup, UsageListsTheOptions)
 {
     const int keyed[] = {57, 73, 96, 0};

@@ -157,6 +157,9 @@ TEST(Date, ParsesBulletinDates)
         {"",                            kNone, 0, kNone, kNone, kNone, kNone},
         {"no date here at all, really", kNone, 0, kNone, kNone, kNone, kNone},
         {"12Z 06",                      kNone, 0, kNone, kNone, kNone, kNone},
+        {"12 06 03 99",                 1999,  3, 6,     12,    kNone, kNone},
+        {"12 06 13 99",                 kNone, 0, kNone, kNone, kNone, kNone},
+        {"12 06 03 99 Main st",         kNone, 0, kNone, kNone, kNone, kNone},
     };
     for (const ParseCase &c : cases) {
         SCOPED_TRACE(c.text);
