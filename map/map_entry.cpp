@@ -25,7 +25,8 @@
 namespace {
 
 constexpr unsigned kWarn = 192;
-constexpr float kLabelHeight = 0.018F; ///< of the window height
+constexpr float kMapLabel = 0.018F;   ///< of the window height
+constexpr float kSpaceLabel = 0.015F; ///< of the page, in plot spaces
 constexpr float kDefaultInterval = 5.0F;
 constexpr float kDefaultBlockSize = 1000.0F;
 constexpr int kDashed = 4;
@@ -178,6 +179,7 @@ int process_lines(const char *text)
         }
     }
     rest += *rest == ':' ? 1 : 0;
+    PLT_message("Map-lalo: %.1f,%.1f", static_cast<double>(a), static_cast<double>(b));
     AttrRec attr;
     ATTR_init(&attr);
     attr.style = kDashed;
@@ -187,7 +189,8 @@ int process_lines(const char *text)
         ATTR_from_resource("color_line", "magenta:s4", &attr);
     }
     GPH_set_line_attr(&attr);
-    GPH_set_text_attr(&attr, DOM_window_height() * kLabelHeight);
+    const bool is_map = is_map_projection(DOM_get_proj());
+    GPH_set_text_attr(&attr, is_map ? DOM_window_height() * kMapLabel : kSpaceLabel);
     if (attr.color != -1) {
         MAP_draw_lalo(a, b);
     }

@@ -64,6 +64,14 @@ std::optional<float> whole_number(const std::string &text)
                                                                  : std::nullopt;
 }
 
+/// A number with whatever behind it: "10" and "10dBZ" are the level 10.
+std::optional<float> leading_number(const std::string &text)
+{
+    char *end = nullptr;
+    const float value = std::strtof(text.c_str(), &end);
+    return end != text.c_str() && std::isfinite(value) ? std::optional(value) : std::nullopt;
+}
+
 void add(const Row &row)
 {
     if (state.rows.size() < kMaxBands) {
@@ -119,7 +127,7 @@ void add_word(std::string word)
     }
     row.label = take_label(word);
     const size_t colon = word.find(':');
-    if (const auto level = whole_number(word.substr(0, colon));
+    if (const auto level = leading_number(word.substr(0, colon));
         level && colon != std::string::npos) {
         row.level = *level;
         if (row.label.empty()) {

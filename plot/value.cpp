@@ -27,7 +27,6 @@ namespace {
 
 constexpr unsigned kTrace = 0x20000000;
 constexpr int kPlotTypeNone = 99;
-constexpr int kFilledLevels = 15;
 constexpr int kNumberRoom = 128;
 constexpr float kUnitsPerKnot = 1.852F / 100.0F; ///< knots to 100 km an hour
 constexpr int kTrackTicks = 4;

@@ -473,6 +473,29 @@ TEST_F(MapLayer, LinesAndTheirLabels)
     }
 }
 
+TEST_F(MapLayer, LinesOfAnEntryLabelASectionInPageUnits)
+{
+    MapPage page("cat,-1,-1000,25,21,14,18000");
+    start_map_entries(kMapUnmarked);
+    EXPECT_EQ(MAP_process("lalo:1:-2000:red"), 0);
+    const float at[2] = {0.5F, 0.3F};
+    gtext(at, "H");
+    page.strokes();
+    const std::vector<PsText> &texts = page.page().texts;
+    ASSERT_FALSE(texts.empty());
+    const PsStroke corners = strokes_of(page.page(), -1).front();
+    double low = 1e9;
+    double high = -1e9;
+    for (const PsStroke &s : strokes_of(page.page(), static_cast<int>(texts.size()) - 1)) {
+        for (const PsPoint &p : s.points) {
+            low = std::min(low, p[1]);
+            high = std::max(high, p[1]);
+        }
+    }
+    const double page_height = std::fabs(corners.points[1][1] - corners.points[0][1]);
+    EXPECT_NEAR((high - low) / page_height * kViewHeight, 0.015, 0.001);
+}
+
 TEST_F(MapLayer, RepeatedLabelsAndCrosses)
 {
     MapPage page("lat:0:0,0,0,25,17,14,10");

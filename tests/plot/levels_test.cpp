@@ -92,6 +92,7 @@ TEST_F(Levels, ExplicitLevelsChooseTheBand)
         {"numbers",       "1,3,4",                         {1, 3, 4},       {{0, kColourNone}, {2, 1}, {3.5F, 3}, {99, 4}}},
         {"negative",      "-5:blue,0:red",                 {-5, 0},         {{-5, kBlue}, {-6, kColourNone}, {3, kRed}}   },
         {"ended",         "0:blue,10:green,20:end,30:red", {0, 10},         {{50, kGreen}}                                },
+        {"with units",    "0dBZ:blue,10-20:green",         {0, 10},         {{5, kBlue}, {15, kGreen}}                    },
         {"of attributes", "0:co=blue:w2,10:green:la=warm", {0, 10},         {{5, kBlue}, {15, kGreen}}                    },
     };
     for (const auto &c : cases) {
