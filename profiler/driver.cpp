@@ -99,8 +99,10 @@ void plot_variables(const ProfilerRecord &record, VarRec *asked, const Styles &s
         state.value.type = list[i].type;
         STR_copy(state.value.format, sizeof state.value.format, list[i].format);
         if (PRF_evaluate(&record, asked, &state.value) != 0) {
-            MSG_out(kDetail, "%s %7.2f %7.2f - %7.2f %7.2f\n", record.id, record.lat, record.lon,
-                    state.value.value1, state.value.value2);
+            if (state.setup.mode == kLevelMap) {
+                MSG_out(kDetail, "%s %7.2f %7.2f - %7.2f %7.2f\n", record.id, record.lat,
+                        record.lon, state.value.value1, state.value.value2);
+            }
             PLT_plot_value(&state.value);
         }
     }

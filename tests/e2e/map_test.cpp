@@ -210,6 +210,18 @@ TEST(LevelMap, DomainsOfAllKindsAndBadOnes)
     }
 }
 
+TEST(LevelMap, TellsEachStationItDraws)
+{
+    const TempDir dir;
+    const std::vector<std::string> files = make_samples(dir.file("data"), "12", 1);
+    const RunResult map = draw_map(dir, files[0], {"-re", "us", "-me", "out4"});
+    EXPECT_NE((map.out + map.err).find("PLTC2   40.18 -104.71 - "), std::string::npos);
+    const RunResult section = run_profiler(
+        {"-va", "wbrb", "-id", "PLTC2", "-me", "out4", "-de", "p," + dir.file("s.ps"), files[0]});
+    EXPECT_NE((section.out + section.err).find("ID: PLTC2\n"), std::string::npos);
+    EXPECT_EQ((section.out + section.err).find("PLTC2   40.18 -104.71 - "), std::string::npos);
+}
+
 TEST(LevelMap, MarkedMapsLieUnderAndOverTheData)
 {
     const TempDir dir;
