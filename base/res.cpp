@@ -124,8 +124,10 @@ char *RES_program_name(char *buffer)
 {
     if (!buffer) {
         static char unnamed[] = "TYR"; // where there is no memory for a copy
-        char *copy = strdup(state.program.c_str());
-        return copy ? copy : unnamed;
+        if (char *copy = strdup(state.program.c_str())) {
+            return copy;
+        }
+        return unnamed;
     }
     STR_copy(buffer, kProgramNameRoom, state.program);
     return buffer;
