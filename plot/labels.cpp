@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <climits>
 #include <cstdlib>
 #include <cstring>
 #include <string>
@@ -228,7 +229,7 @@ int PLT_get_label_offset()
 
 void PLT_set_label_count(int n)
 {
-    state.count = n < 0 ? std::abs(std::max(n, -kLabelLines)) : std::max(state.count, n);
+    state.count = n < 0 ? std::abs(std::max(n, -INT_MAX)) : std::max(state.count, n);
 }
 
 int PLT_get_label_count()

@@ -95,6 +95,8 @@ TEST_F(Labels, CountsAndOffsetsAreBounded)
     PLT_set_label_count(3);
     PLT_set_label_count(2);
     EXPECT_EQ(PLT_get_label_count(), 3);
+    PLT_set_label_count(-8);
+    EXPECT_EQ(PLT_get_label_count(), 8);
     PLT_set_label_count(-2);
     EXPECT_EQ(PLT_get_label_count(), 2);
     PLT_set_label_offset(99);
