@@ -165,7 +165,9 @@ void gset_tran_defaults(int mode)
     t.ws_viewport = TranRect::from(device);
     fit_to_device();
     update_scale();
-    clip_apply();
+    if (mode != kTranResize) {
+        clip_apply(); // a resize only works the clip out
+    }
 }
 
 void gset_ws_size(int width, int height)
