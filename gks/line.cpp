@@ -33,7 +33,7 @@ void line_hpgl(int n, const float *points)
     ghp_move(points[0], points[1]);
     for (std::ptrdiff_t i = 1; i < n; i++) {
         ghp_draw(points[2 * i], points[2 * i + 1]);
-        if ((i + 1) % kPointsPerLine == 0 && i + 1 < n) {
+        if ((i + 1) % kPointsPerLine == 0) {
             ghp_printf("\n");
         }
     }
