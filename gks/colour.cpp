@@ -5,12 +5,14 @@
 #include <cmath>
 #include <cstdlib>
 
+#include "base/msg.h"
 #include "device/grey.h"
 #include "device/metafile.h"
 #include "gks/state.h"
 
 namespace {
 
+constexpr unsigned kTrace = 0x40000000U;
 constexpr float kSameColour = 0.01F; // sum of the three differences
 
 struct Colour {
@@ -44,13 +46,16 @@ int find_or_add(float red, float green, float blue)
 {
     for (int i = state.highest - 1; i >= 0; i--) {
         if (gcolor_same(i, 0, red, green, blue)) {
+            MSG_out(kTrace, "Used existing ind: %d (%.2f %.2f %.2f)\n", i, red, green, blue);
             return i;
         }
     }
     if (state.highest + 1 >= kBackgroundEntry) {
         return -1;
     }
-    return ++state.highest;
+    ++state.highest;
+    MSG_out(kTrace, "Allocated new ind: %d (%.2f %.2f %.2f)\n", state.highest, red, green, blue);
+    return state.highest;
 }
 
 int of_255(float fraction)

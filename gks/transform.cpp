@@ -165,8 +165,8 @@ void gset_tran_defaults(int mode)
     t.ws_viewport = TranRect::from(device);
     fit_to_device();
     update_scale();
-    if (mode != kTranResize) {
-        clip_apply(); // a resize only works the clip out
+    if (mode == kTranPostScript || mode == kTranHpgl || mode == kTranMetafile) {
+        clip_apply(); // a redraw or a resize only works the clip out
     }
 }
 
