@@ -21,16 +21,16 @@ struct State {
 
 State state;
 
-bool plot_wanted()
+bool is_type_none()
 {
-    return PRM_get_draw(kDrawAll) != 0 && PRM_get(kPrmPlotType) != kPlotTypeNone;
+    return PRM_get(kPrmPlotType) == kPlotTypeNone;
 }
 
 using Opener = void (*)(int *ws, int *device, float *margins, float aspect);
 
 int open_plot(Opener open, float aspect)
 {
-    if (!plot_wanted()) {
+    if (PRM_get_draw(kDrawAll) == 0 || is_type_none()) {
         return -1;
     }
     std::array<float, 4> area;
@@ -60,7 +60,7 @@ int PLT_end()
     if (PRM_is_batch() != 0 && SYS_detach() == 0) {
         SYS_exit(kExitNoDetach);
     }
-    if (ginq_open() == 0 || !plot_wanted()) {
+    if (ginq_open() == 0 || is_type_none()) {
         return -1;
     }
     gsel_norm_tran(2);
