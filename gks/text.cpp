@@ -350,8 +350,12 @@ int gset_char_up(const float up[2])
         return -1;
     }
     if (gis_metafile()) {
-        // nothing is stored: the vector that comes back from a file is normalised there
-        gmeta_printf("TE_UP %f,%f\n", up[0], up[1]);
+        // as given: the vector that comes back from a file is normalised there
+        const bool changed_x = takes(text.up_x, up[0]);
+        const bool changed_y = takes(text.up_y, up[1]);
+        if (changed_x || changed_y) {
+            gmeta_printf("TE_UP %f,%f\n", up[0], up[1]);
+        }
         return 0;
     }
     text.up_x = up[0] / length;
