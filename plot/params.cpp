@@ -9,6 +9,7 @@
 #include "base/msg.h"
 #include "base/res.h"
 #include "base/str.h"
+#include "device/gif.h"
 #include "device/grey.h"
 #include "device/postscript.h"
 #include "gks/gks.h"
@@ -165,9 +166,9 @@ constexpr Word kWords[] = {
      [](const char *v,                         const char *) { wishes.location_precision = v[0] ? std::atoi(v) : 4; }},
     {"vp_size",     kPrefix, [](const char *v, const char *) { set_view(v); }                                        },
     {"font",        kPrefix, [](const char *v, const char *) { GPH_set_default_font(v); }                            },
-    {"gif_inter",   kExact,  [](const char *,  const char *) { wishes.gif_interlace = 1; }                           },
-    {"gif_norm",    kExact,  [](const char *,  const char *) { wishes.gif_interlace = 0; }                           },
-    {"gif_trans",   kExact,  [](const char *,  const char *) { wishes.gif_transparent = 1; }                         },
+    {"gif_inter",   kExact,  [](const char *,  const char *) { gset_gif_interlace(1); }                              },
+    {"gif_norm",    kExact,  [](const char *,  const char *) { gset_gif_interlace(0); }                              },
+    {"gif_trans",   kExact,  [](const char *,  const char *) { gset_gif_transparent(1); }                            },
     {"inv",         kExact,  [](const char *,  const char *) { gset_invert(1); }                                     },
     {"lcmap",       kExact,  [](const char *,  const char *) { gset_local_cmap(1); }                                 },
     {"nolcmap",     kExact,  [](const char *,  const char *) { gset_local_cmap(0); }                                 },

@@ -10,8 +10,6 @@ void PLT_read_params();
 
 /// What words ask of parts of the library that this program doesn't run, and of devices.
 struct PlotWishes {
-    int gif_interlace = 0;
-    int gif_transparent = 0;
     int frame_title = 1; ///< frame number in the window title while looping
     int grid_refinement = 0;
     int contour_skip[2] = {0, 0};

@@ -14,6 +14,9 @@
 
 // What the fuzz targets share: their bytes as a text or as a file, and where they run.
 
+/// Pixels of the largest picture that a target reads whole: a head of a few bytes may tell of more.
+inline constexpr int kFuzzPixels = 1 << 20;
+
 inline std::string fuzz_text(const uint8_t *data, std::size_t size)
 {
     return std::string(reinterpret_cast<const char *>(data), size);

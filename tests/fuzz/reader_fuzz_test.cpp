@@ -74,6 +74,18 @@
 #define LLVMFuzzerTestOneInput raw_target
 #include "fuzz/raw_fuzz.cpp"
 #undef LLVMFuzzerTestOneInput
+#define LLVMFuzzerTestOneInput gif_target
+#include "fuzz/gif_fuzz.cpp"
+#undef LLVMFuzzerTestOneInput
+#define LLVMFuzzerTestOneInput png_target
+#include "fuzz/png_fuzz.cpp"
+#undef LLVMFuzzerTestOneInput
+#define LLVMFuzzerTestOneInput tyrimg_target
+#include "fuzz/tyrimg_fuzz.cpp"
+#undef LLVMFuzzerTestOneInput
+#define LLVMFuzzerTestOneInput xwd_target
+#include "fuzz/xwd_fuzz.cpp"
+#undef LLVMFuzzerTestOneInput
 
 namespace {
 
@@ -193,4 +205,24 @@ TEST(ReaderFuzz, RegionFiles)
 TEST(ReaderFuzz, RawFiles)
 {
     replay(raw_target, "raw", 600);
+}
+
+TEST(ReaderFuzz, Gifs)
+{
+    replay(gif_target, "gif", 600);
+}
+
+TEST(ReaderFuzz, Pngs)
+{
+    replay(png_target, "png", 300);
+}
+
+TEST(ReaderFuzz, Tyrimgs)
+{
+    replay(tyrimg_target, "tyrimg", 300);
+}
+
+TEST(ReaderFuzz, XwdFiles)
+{
+    replay(xwd_target, "xwd", 600);
 }
