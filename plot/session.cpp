@@ -4,9 +4,11 @@
 
 #include "base/prm.h"
 #include "base/sys.h"
+#include "device/x11_events.h"
 #include "gks/gks.h"
 #include "gks/session.h"
 #include "plot/area.h"
+#include "plot/dump.h"
 #include "plot/labels.h"
 #include "plot/params.h"
 
@@ -64,13 +66,22 @@ int PLT_end()
         return -1;
     }
     gsel_norm_tran(2);
-    GPH_hold();
+    if (PLT_get_dump() == kDumpNone) { // else the picture is a file, and nobody waits
+        GPH_hold();
+    }
     gclear_ws(state.ws, 1);
     if (GPH_end(state.ws) != 0) {
         SYS_exit(kExitNoGraphics); // told where it happened: the output didn't all go out
     }
     PLT_clear_labels();
     return 0;
+}
+
+void PLT_set_callback(void (*function)(int kind, const char *event, float x, float y))
+{
+    if (function != nullptr) {
+        gset_event_callback(function);
+    }
 }
 
 void PLT_abort(int code)
