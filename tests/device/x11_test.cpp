@@ -1,7 +1,9 @@
 #include <cmath>
 
 #include "base/res.h"
+#include "device/draw_image.h"
 #include "device/metafile_reader.h"
+#include "device/window_image.h"
 #include "device/x11_colour.h"
 #include "device/x11_window.h"
 #include "gks/gks.h"
@@ -360,6 +362,55 @@ TEST_F(X11, RecordingCanBeTurnedOff)
     draw_picture();
     EXPECT_EQ(gobj_count(), 0);
     EXPECT_EQ(gobj_redraw(), -1);
+}
+
+TEST_F(X11, ImageFilesAreDrawnAtTheirPlace)
+{
+    NEED_SCREEN(screen);
+    const TempDir folder;
+    const std::string path = folder.file("picture.png");
+    ASSERT_TRUE(open());
+    start_plot();
+    draw_picture();
+    const Picture drawn = grab_picture();
+    ASSERT_EQ(IMG_write_png_window(path.c_str()), 1);
+    const struct {
+        const char *name, *transparent;
+        int x, y;      ///< of the call
+        int left, top; ///< of the image on the window
+        unsigned off;  ///< colour that shows the ground
+    } cases[] = {
+        {"at the corner",          nullptr,   0,   0,   0,   0,   kBlack},
+        {"aside",                  nullptr,   20,  10,  20,  10,  kBlack},
+        {"from the far edges",     nullptr,   -30, -15, -30, -15, kBlack},
+        {"red is transparent",     "#FF0000", 0,   0,   0,   0,   kRed  },
+        {"a name of the server's", "lime",    0,   0,   0,   0,   kGreen},
+    };
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.name);
+        gclear_ws(1, 1);
+        GPH_set_colour(4, 0, 0, 1);
+        gset_fill_colr_ind(4);
+        gset_fill_int_style(1);
+        const float all[8] = {-1, -1, 300, -1, 300, 200, -1, 200};
+        gfill_area(4, all);
+        EXPECT_EQ(gdraw_image_file(path.c_str(), c.transparent, c.x, c.y), 1);
+        const Picture seen = grab_picture();
+        int wrong = 0;
+        for (int y = 0; y < 100; y++) {
+            for (int x = 0; x < 200; x++) {
+                const int from_x = x - c.left;
+                const int from_y = y - c.top;
+                const bool is_inside = from_x >= 0 && from_x < 200 && from_y >= 0 && from_y < 100;
+                const unsigned source = is_inside ? drawn.at(from_x, from_y) : c.off;
+                wrong += seen.at(x, y) != (source == c.off ? 0x0000FFU : source);
+            }
+        }
+        EXPECT_EQ(wrong, 0);
+    }
+    ::testing::internal::CaptureStderr();
+    EXPECT_EQ(gdraw_image_file(folder.file("none").c_str(), nullptr, 0, 0), 0);
+    EXPECT_NE(::testing::internal::GetCapturedStderr(), "");
 }
 
 TEST_F(X11, ASizeThatIsSetKeepsThePicture)
