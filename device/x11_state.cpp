@@ -1,7 +1,7 @@
 #include "device/x11_state.h"
 
 #include "device/x11_default.h"
-#include "device/x11_window.h"
+#include "device/x11_handles.h"
 
 X11State &x11()
 {

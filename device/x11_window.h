@@ -3,8 +3,6 @@
 #include <string>
 #include <vector>
 
-#include <X11/Xlib.h>
-
 /// The X11 workstations. The display (kind 1) is a window of our own with a backing pixmap of the
 /// same size: everything is drawn on the pixmap and copied to the window by an update. The
 /// external window (kind 6) is a window and a pixmap of another program, known by number.
@@ -25,18 +23,3 @@ int gresize_ws(int w, int h);
 /// Reads the window's name; `out` (kTitleRoom) gets the part behind the title. -1 without a window
 /// or a name.
 int ginq_window_name(char *out);
-
-/// Handles of the connection and the window; null or 0 without them.
-Display *ginq_display();
-int ginq_screen();
-Window ginq_window();
-Pixmap ginq_pixmap();
-Drawable ginq_target();
-GC ginq_gc();
-Visual *ginq_visual();
-unsigned ginq_red_mask();
-unsigned ginq_green_mask();
-unsigned ginq_blue_mask();
-/// Replaces the backing pixmap; sets the draw target, 0 for the backing pixmap.
-void gset_pixmap(Pixmap id);
-void gset_target(Drawable id);
