@@ -53,7 +53,22 @@ Surface current_surface()
             static_cast<double>(ws.x_offset), static_cast<double>(ws.y_offset)};
 }
 
-std::optional<Surface> panel(const char *text)
+/// A surface cut to what lies in another that begins at the origin.
+Surface within(const Surface &s, const Surface &whole)
+{
+    const double x = std::clamp(s.x, 0.0, whole.width);
+    const double y = std::clamp(s.y, 0.0, whole.height);
+    return {std::min(s.width, whole.width - x), std::min(s.height, whole.height - y), x, y};
+}
+
+/// A part of a side. In single precision the rounding heals what a sixth or a seventh lacks, and
+/// the edges of panels come out whole.
+double part_of(double side, double fraction)
+{
+    return static_cast<float>(side) * static_cast<float>(fraction);
+}
+
+std::optional<Surface> panel(const char *text, bool y_down)
 {
     double w = 1.0;
     double h = 1.0;
@@ -66,12 +81,15 @@ std::optional<Surface> panel(const char *text)
         w = std::clamp(w, 1.0, kMaxPanels);
         h = std::clamp(h, 1.0, kMaxPanels);
         x = x / w;
-        y = 1.0 - (1.0 + y) / h;
+        y = y_down ? y / h : 1.0 - (1.0 + y) / h; // rows count from the top
         w = 1.0 / w;
         h = 1.0 / h;
+    } else if (y_down) {
+        y = 1.0 - y - h; // fractions count from the lower left corner
     }
     const Surface s = current_surface();
-    return Surface{s.width * w, s.height * h, s.width * x, s.height * y};
+    return Surface{part_of(s.width, w), part_of(s.height, h), part_of(s.width, x),
+                   part_of(s.height, y)};
 }
 
 std::optional<Surface> measured(const char *text, const GeometryForm &form)
@@ -132,8 +150,11 @@ void apply_geometry(const std::string &geometry, const GeometryForm &form)
         return;
     }
     const bool is_panel = geometry[0] == 'P' || geometry[0] == 'p';
-    const std::optional<Surface> surface =
-        is_panel ? panel(geometry.c_str() + 1) : measured(geometry.c_str(), form);
+    std::optional<Surface> surface =
+        is_panel ? panel(geometry.c_str() + 1, form.y_down) : measured(geometry.c_str(), form);
+    if (surface && form.y_down) {
+        surface = within(*surface, current_surface());
+    }
     if (!surface || !is_surface(*surface)) {
         gerror("gopen_ws", "invalid geometry: %s\n", geometry.c_str());
         return;

@@ -27,6 +27,7 @@ struct GeometryForm {
     bool plus_between;   ///< "%dx%d+%d+%d", "+%d+%d"; else the signs belong to the offsets
     double unit;         ///< device units in one unit of the geometry
     double offset_added; ///< added to each offset
+    bool y_down = false; ///< a pixmap: y counts from the top, and the surface keeps within it
 };
 
 /// Applies a geometry text to the view surface (width, height, offset of the kernel's state). One

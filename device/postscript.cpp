@@ -271,16 +271,16 @@ void gps_line_color(int index)
 
 void gps_fill_color(int index)
 {
+    if (!state.colour && ginq_fill_black()) {
+        state.out << "0 setgray\n";
+        state.grey = 0.0F;
+        return;
+    }
     if (send_print_colour(index)) {
         return;
     }
     if (state.colour) {
         send_colour(index);
-        return;
-    }
-    if (ginq_fill_black()) {
-        state.out << "0 setgray\n";
-        state.grey = 0.0F;
         return;
     }
     if (index == -1) {

@@ -7,6 +7,7 @@
 #include "device/hpgl.h"
 #include "device/metafile.h"
 #include "device/postscript.h"
+#include "device/x11_draw.h"
 #include "gks/state.h"
 
 namespace {
@@ -26,6 +27,12 @@ Corners viewport_on_paper()
 
 void clip_apply()
 {
+    if (gis_x11()) {
+        short rect[4];
+        gclip_rect(rect);
+        gx_clip(rect);
+        return;
+    }
     const Corners c = viewport_on_paper();
     switch (kernel().ws.device) {
     case kDevicePostScript:

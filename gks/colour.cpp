@@ -5,12 +5,17 @@
 #include <cmath>
 #include <cstdlib>
 
+#include "base/msg.h"
 #include "device/grey.h"
 #include "device/metafile.h"
+#include "device/x11_colour.h"
+#include "device/x11_draw.h"
+#include "gks/recorder.h"
 #include "gks/state.h"
 
 namespace {
 
+constexpr unsigned kTrace = 0x40000000U;
 constexpr float kSameColour = 0.01F; // sum of the three differences
 
 struct Colour {
@@ -20,9 +25,6 @@ struct Colour {
 struct State {
     std::array<Colour, kMaxColour + 1> table;
     int highest = 0;
-    bool inverse = false;
-    bool read_write_cells = true;
-    bool local_map = false;
 };
 
 State state;
@@ -32,6 +34,17 @@ const Colour *entry(int index)
 {
     const int place = index == -1 ? kBackgroundEntry : index;
     return place >= 0 && place <= kMaxColour ? &state.table[place] : nullptr;
+}
+
+/// The last entry that holds a pixel; -1 for none.
+int entry_of_pixel(int pixel)
+{
+    for (int i = kMaxColour; i >= 0; i--) {
+        if (ginq_pixel(i) == pixel) {
+            return i;
+        }
+    }
+    return -1;
 }
 
 bool is_print_colour(int index)
@@ -44,13 +57,33 @@ int find_or_add(float red, float green, float blue)
 {
     for (int i = state.highest - 1; i >= 0; i--) {
         if (gcolor_same(i, 0, red, green, blue)) {
+            MSG_out(kTrace, "Used existing ind: %d (%.2f %.2f %.2f)\n", i, red, green, blue);
             return i;
         }
     }
     if (state.highest + 1 >= kBackgroundEntry) {
         return -1;
     }
-    return ++state.highest;
+    ++state.highest;
+    MSG_out(kTrace, "Allocated new ind: %d (%.2f %.2f %.2f)\n", state.highest, red, green, blue);
+    return state.highest;
+}
+
+/// A colour that a family draws with changes for what comes next.
+void show_at_once(int index)
+{
+    const KernelState &k = kernel();
+    const std::pair<GxFamily, int> families[] = {
+        {GxFamily::line,   k.line.colour  },
+        {GxFamily::text,   k.text.colour  },
+        {GxFamily::marker, k.marker.colour},
+        {GxFamily::fill,   k.fill.colour  },
+    };
+    for (const auto &[family, colour] : families) {
+        if (colour == index) {
+            gx_set_colour(family, index);
+        }
+    }
 }
 
 int of_255(float fraction)
@@ -60,10 +93,20 @@ int of_255(float fraction)
 
 } // namespace
 
-bool colour_usable(const char *routine, int index)
+bool colour_usable(const char *routine, int *index)
 {
-    if (!gcolor_valid(index)) {
-        gerror(routine, "invalid color index: %d\n", index);
+    if (!gcolor_valid(*index)) {
+        gerror(routine, "invalid color index: %d\n", *index);
+        return false;
+    }
+    if (!gis_x11()) {
+        return true;
+    }
+    if (is_print_colour(*index)) {
+        *index = 1;
+    }
+    if (ginq_pixel(*index) == -1) {
+        gerror(routine, "color index not initialized\n");
         return false;
     }
     return true;
@@ -90,10 +133,12 @@ int gset_colr_rep(int ws, int index, const float rgb[3])
         gmeta_printf("CLR %d %d %f %f %f\n", ws, index, rgb[0], rgb[1], rgb[2]);
         return 0;
     }
-    if (index == -1) { // the background; a negative index has another meaning below
-        index = kBackgroundEntry;
+    record(kObjColour, index, 3, rgb);
+    // the background: a negative index has another meaning to the storing step
+    gset_color(index == -1 ? kBackgroundEntry : index, rgb[0], rgb[1], rgb[2]);
+    if (gis_x11()) {
+        show_at_once(index);
     }
-    gset_color(index, rgb[0], rgb[1], rgb[2]);
     return 0;
 }
 
@@ -110,12 +155,16 @@ int gset_color(int index, float red, float green, float blue)
     }
     state.table[index] = {red, green, blue};
     gps_set_gray(index, red, green, blue);
+    if (gis_x11()) {
+        return gx_store_colour(index, red, green, blue, &kernel().ws.read_write_cells);
+    }
     return 1;
 }
 
-int gcolor_same(int index, int, float red, float green, float blue)
+int gcolor_same(int index, int by_pixel, float red, float green, float blue)
 {
-    const Colour *colour = index >= 0 ? entry(index) : nullptr;
+    const int place = by_pixel != 0 ? entry_of_pixel(index) : index;
+    const Colour *colour = index >= 0 && place >= 0 ? entry(place) : nullptr;
     if (colour == nullptr) {
         return 0;
     }
@@ -143,29 +192,27 @@ void ginq_color255(int index, int *red, int *green, int *blue)
     *blue = of_255(b);
 }
 
-void gcolor_background()
+void colour_set_background(float red, float green, float blue)
 {
-    if (gis_postscript()) {
-        state.table[kBackgroundEntry] = {1.0F, 1.0F, 1.0F};
-    }
+    state.table[kBackgroundEntry] = {red, green, blue};
 }
 
 void gset_invert(int flag)
 {
-    state.inverse = flag != 0;
+    kernel().ws.inverse = flag != 0;
 }
 
 int ginq_invert()
 {
-    return state.inverse ? 1 : 0;
+    return kernel().ws.inverse ? 1 : 0;
 }
 
 void gset_rw_colors(int flag)
 {
-    state.read_write_cells = flag != 0;
+    kernel().ws.read_write_cells = flag != 0;
 }
 
 void gset_local_cmap(int flag)
 {
-    state.local_map = flag != 0;
+    kernel().ws.local_map = flag != 0;
 }

@@ -3,7 +3,9 @@
 #include "device/hpgl.h"
 #include "device/metafile.h"
 #include "device/postscript.h"
+#include "device/x11_draw.h"
 #include "gks/colour.h"
+#include "gks/recorder.h"
 #include "gks/state.h"
 
 namespace {
@@ -70,10 +72,12 @@ int gfill_area(int n, const float *points)
     if (!gextent_visible(n, points)) {
         return 0;
     }
-    switch (kernel().ws.device) {
-    case kDeviceMetafile:
+    if (gis_metafile()) {
         gmeta_points("FA", n, points, true);
         return 1;
+    }
+    record(kObjFillArea, n, 2 * n, points);
+    switch (kernel().ws.device) {
     case kDevicePostScript:
         if (kernel().fill.int_style == kSolid) {
             fill_postscript(n, points);
@@ -81,6 +85,10 @@ int gfill_area(int n, const float *points)
         break;
     case kDeviceHpgl:
         fill_hpgl(n, points);
+        break;
+    case kDeviceDisplay:
+    case kDeviceExtern:
+        gx_area(n, points);
         break;
     default:
         break;
@@ -93,12 +101,17 @@ int gset_fill_colr_ind(int index)
     if (index == kernel().fill.colour) {
         return 0;
     }
-    if (!kernel_is_open("gset_fill_colr_ind") || !colour_usable("gset_fill_colr_ind", index)) {
+    if (!kernel_is_open("gset_fill_colr_ind") || !colour_usable("gset_fill_colr_ind", &index)) {
         return -1;
     }
     kernel().fill.colour = index;
     if (gis_metafile()) {
         gmeta_printf("FA_CLR %d\n", index);
+        return 0;
+    }
+    record(kObjFillColour, index);
+    if (gis_x11()) {
+        gx_set_colour(GxFamily::fill, index);
     }
     return 0;
 }
@@ -114,6 +127,11 @@ int gset_fill_int_style(int style)
     kernel().fill.int_style = style;
     if (gis_metafile()) {
         gmeta_printf("FA_INT %d\n", style);
+        return 0;
+    }
+    record(kObjFillInterior, style);
+    if (gis_x11()) {
+        gx_set_fill(style, kernel().fill.style_index);
     }
     return 0;
 }
@@ -133,8 +151,24 @@ int gset_fill_style_ind(int index)
     kernel().fill.style_index = index;
     if (gis_metafile()) {
         gmeta_printf("FA_ST %d\n", index);
+        return 0;
+    }
+    record(kObjFillStyle, index);
+    if (gis_x11()) {
+        gx_set_fill(kernel().fill.int_style, index);
     }
     return 0;
+}
+
+void gset_fill_black(int flag)
+{
+    kernel().fill_black = flag != 0;
+    record(kObjFillBlack, flag != 0 ? 1 : 0);
+}
+
+int ginq_fill_black()
+{
+    return kernel().fill_black ? 1 : 0;
 }
 
 int ginq_fill_colr()

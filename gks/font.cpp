@@ -12,6 +12,9 @@
 #include "base/res.h"
 #include "base/str.h"
 #include "device/metafile.h"
+#include "device/x11_default.h"
+#include "device/x11_draw.h"
+#include "gks/recorder.h"
 #include "gks/state.h"
 #include "timefile/file.h"
 
@@ -33,6 +36,7 @@ struct Entry {
 struct State {
     std::vector<Entry> list;
     StrokeFont font;
+    bool is_of_server = false;
 };
 
 State state;
@@ -228,6 +232,11 @@ const StrokeFont &font_current()
     return state.font;
 }
 
+bool font_is_of_server()
+{
+    return state.is_of_server;
+}
+
 int gsetup_fonts()
 {
     state.list.clear();
@@ -255,6 +264,15 @@ int read_font(const char *name)
     if (!kernel().ws.open) {
         return -1;
     }
+    if (name[0] == '#' && gis_x11()) {
+        if (!gx_load_font(name + 1)) {
+            MSG_out(kMsgWarn, "read_font: unable to load font: %s\n", name + 1);
+            return -1;
+        }
+        state.is_of_server = true;
+        return 0;
+    }
+    state.is_of_server = false;
     state.font.clear();
     // fonts of the X11 server mean nothing on paper: the default stands in for them
     const std::string path = path_of(name[0] == '#' ? kDefaultFont : name);
@@ -277,6 +295,7 @@ int gset_fontprec(const int rec[2])
         gmeta_printf("TE_FNT %d %d\n", number, rec[1]);
         return 0;
     }
+    record(kObjFont, rec);
     if (state.list.empty()) {
         return 0;
     }

@@ -34,3 +34,5 @@ bool parse_font(std::string_view text, StrokeFont &font);
 
 /// The font in use.
 const StrokeFont &font_current();
+/// Whether a font of the X11 server takes its place.
+bool font_is_of_server();

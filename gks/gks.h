@@ -81,6 +81,28 @@ int gset_app_name(const char *text);
 const char *ginq_app_name();
 int gset_title(const char *text);
 const char *ginq_title();
+/// Shows a text behind the title in the window's name, the bare title for an empty one. -1 without
+/// a window.
+int gset_title_suffix(const char *text);
+/// Waits until the X11 server has done all; nothing elsewhere.
+void gsync();
+/// Rings the bell at so many percent (0: 50) on the X11 devices.
+void gbell(int percent);
+
+/// The window's cursors.
+enum CursorNumber {
+    kCursorEnded = 0,    ///< the hold has ended
+    kCursorCallback = 1, ///< the program's callback runs
+    kCursorLooping = 3,
+    kCursorFrames = 4,  ///< loop stopped, frames on hand
+    kCursorWaiting = 6, ///< on a single picture
+    kCursorBusy = 8,
+};
+/// Sets the window's cursor; returns the one before. The second waits for the server and works on
+/// the X11 devices only.
+int gset_cursor(int n);
+int gset_cursor_sync(int n);
+int ginq_cursor();
 /// What an external window is asked to do: 1 clear, 2 new frame, 9 kill.
 void gset_wish(int value);
 
@@ -178,6 +200,16 @@ int gset_marker_size(float size);
 int gset_marker_width(float width);
 int ginq_marker_colr();
 
+/// Fills a rectangle in world coordinates (x minimum, x maximum, y minimum, y maximum) with the
+/// background.
+int gclear_region(const float rect[4]);
+
+/// Marks the objects of the redraw store from create to close as a segment, and takes a segment
+/// out of the store. 0; -1 on a metafile, which gets the call as a line.
+int gcreate_seg(int id);
+int gclose_seg(int id);
+int gdelete_seg(int id);
+
 /// Fill attributes: colour index; interior style 1 solid, 2 pattern; pattern 0 to 19.
 int gset_fill_colr_ind(int index);
 int gset_fill_int_style(int style);
@@ -248,7 +280,8 @@ int gcolor_same(int index, int by_pixel, float red, float green, float blue);
 /// entry gives black.
 void ginq_color(int index, float *red, float *green, float *blue);
 void ginq_color255(int index, int *red, int *green, int *blue);
-/// Gives the background its colour: white on PostScript.
+/// Gives the background its colour: on X11 the resource or X11 default `background`, a colour word
+/// or a name of the server ("none", "def", "over" for none), white on PostScript.
 void gcolor_background();
 /// Inverse colours: black on white.
 void gset_invert(int flag);

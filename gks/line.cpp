@@ -3,7 +3,9 @@
 #include "device/hpgl.h"
 #include "device/metafile.h"
 #include "device/postscript.h"
+#include "device/x11_draw.h"
 #include "gks/colour.h"
+#include "gks/recorder.h"
 #include "gks/state.h"
 
 namespace {
@@ -33,7 +35,7 @@ void line_hpgl(int n, const float *points)
     ghp_move(points[0], points[1]);
     for (std::ptrdiff_t i = 1; i < n; i++) {
         ghp_draw(points[2 * i], points[2 * i + 1]);
-        if ((i + 1) % kPointsPerLine == 0 && i + 1 < n) {
+        if ((i + 1) % kPointsPerLine == 0) {
             ghp_printf("\n");
         }
     }
@@ -68,6 +70,11 @@ int gpolyline(int n, const float *points)
     case kDeviceHpgl:
         line_hpgl(n, points);
         break;
+    case kDeviceDisplay:
+    case kDeviceExtern:
+        record(kObjPolyline, n, 2 * n, points);
+        gx_polyline(GxFamily::line, n, points);
+        break;
     default:
         break;
     }
@@ -76,7 +83,7 @@ int gpolyline(int n, const float *points)
 
 int gset_line_colr_ind(int index)
 {
-    if (!kernel_is_open("gset_line_colr_ind") || !colour_usable("gset_line_colr_ind", index)) {
+    if (!kernel_is_open("gset_line_colr_ind") || !colour_usable("gset_line_colr_ind", &index)) {
         return -1;
     }
     if (index == kernel().line.colour) {
@@ -85,6 +92,11 @@ int gset_line_colr_ind(int index)
     kernel().line.colour = index;
     if (gis_metafile()) {
         gmeta_printf("PL_CLR %d\n", index);
+        return 0;
+    }
+    record(kObjLineColour, index);
+    if (gis_x11()) {
+        gx_set_colour(GxFamily::line, index);
     }
     return 0;
 }
@@ -104,6 +116,11 @@ int gset_linetype(int type)
     kernel().line.type = type;
     if (gis_metafile()) {
         gmeta_printf("PL_TYPE %d\n", type);
+        return 0;
+    }
+    record(kObjLineType, type);
+    if (gis_x11()) {
+        gx_set_dash(type);
     }
     return 0;
 }
@@ -124,6 +141,11 @@ int gset_linewidth(float width)
     kernel().line.width = width;
     if (gis_metafile()) {
         gmeta_printf("PL_LW %f\n", width);
+        return 0;
+    }
+    record(kObjLineWidth, 1, 1, &width);
+    if (gis_x11()) {
+        gx_set_width(GxFamily::line, width);
     }
     return 0;
 }

@@ -6,7 +6,9 @@
 #include "device/hpgl.h"
 #include "device/metafile.h"
 #include "device/postscript.h"
+#include "device/x11_draw.h"
 #include "gks/colour.h"
+#include "gks/recorder.h"
 #include "gks/state.h"
 
 namespace {
@@ -145,6 +147,10 @@ void draw_stroke(std::size_t n, const float *points)
         }
         ghp_printf("\n");
         break;
+    case kDeviceDisplay:
+    case kDeviceExtern:
+        gx_stroke(GxFamily::marker, static_cast<int>(n), points);
+        break;
     default:
         break;
     }
@@ -170,6 +176,20 @@ void draw_marker(float x, float y, float size)
     if (n > 0) {
         draw_stroke(n, stroke.data());
     }
+}
+
+/// A marker over its shadow: black copies, each a pixel further to the lower right.
+void draw_on_screen(float x, float y, float size)
+{
+    const int depth = kernel().shadow;
+    if (depth > 0) {
+        gx_set_black(GxFamily::marker);
+        for (int k = 0; k < depth; k++) {
+            draw_marker(x + static_cast<float>(k), y + static_cast<float>(k), size);
+        }
+        gx_set_colour(GxFamily::marker, kernel().marker.colour);
+    }
+    draw_marker(x, y, size);
 }
 
 /// Size of a marker in device units for the factor 1.
@@ -219,17 +239,23 @@ int gpolymarker(int n, const float *points)
         gmeta_points("PM", n, points, true);
         return 0;
     }
+    record(kObjPolymarker, n, 2 * n, points);
     const float size = marker_unit() * kernel().marker.size;
     start_markers(n);
     for (std::ptrdiff_t i = 0; i < n; i++) {
-        draw_marker(gwc_to_pc_x(points[2 * i]), gwc_to_pc_y(points[2 * i + 1]), size);
+        const float *point = points + 2 * i;
+        if (gis_x11()) {
+            draw_on_screen(gwc_to_dc_x(point[0]) + 0.5F, gwc_to_dc_y(point[1]) + 0.5F, size);
+        } else {
+            draw_marker(gwc_to_pc_x(point[0]), gwc_to_pc_y(point[1]), size);
+        }
     }
     return 0;
 }
 
 int gset_marker_colr_ind(int index)
 {
-    if (!kernel_is_open("gset_marker_colr_ind") || !colour_usable("gset_marker_colr_ind", index)) {
+    if (!kernel_is_open("gset_marker_colr_ind") || !colour_usable("gset_marker_colr_ind", &index)) {
         return -1;
     }
     if (index == kernel().marker.colour) {
@@ -238,6 +264,11 @@ int gset_marker_colr_ind(int index)
     kernel().marker.colour = index;
     if (gis_metafile()) {
         gmeta_printf("PM_CLR %d\n", index);
+        return 0;
+    }
+    record(kObjMarkerColour, index);
+    if (gis_x11()) {
+        gx_set_colour(GxFamily::marker, index);
     }
     return 0;
 }
@@ -253,7 +284,9 @@ int gset_marker_type(int type)
     kernel().marker.type = type;
     if (gis_metafile()) {
         gmeta_printf("PM_TYPE %d\n", type);
+        return 0;
     }
+    record(kObjMarkerType, type);
     return 0;
 }
 
@@ -272,7 +305,9 @@ int gset_marker_size(float size)
     kernel().marker.size = size;
     if (gis_metafile()) {
         gmeta_printf("PM_SIZE %f\n", size);
+        return 0;
     }
+    record(kObjMarkerSize, 1, 1, &size);
     return 0;
 }
 
@@ -292,6 +327,11 @@ int gset_marker_width(float width)
     kernel().marker.width = width;
     if (gis_metafile()) {
         gmeta_printf("PM_WDTH %f\n", width);
+        return 0;
+    }
+    record(kObjMarkerWidth, 1, 1, &width);
+    if (gis_x11()) {
+        gx_set_width(GxFamily::marker, width);
     }
     return 0;
 }

@@ -11,6 +11,7 @@
 #include "base/prm.h"
 #include "base/res.h"
 #include "base/sys.h"
+#include "device/x11_events.h"
 #include "gks/state.h"
 #include "plot/colour_table.h"
 #include "timefile/file.h"
@@ -239,6 +240,9 @@ int GPH_get_shadow()
 void GPH_hold()
 {
     gupdate_ws();
+    if (state.device == kDeviceDisplay) {
+        gwait();
+    }
 }
 
 int GPH_end(int ws)

@@ -19,6 +19,15 @@ KernelState &kernel()
     return state;
 }
 
+void attributes_reset()
+{
+    KernelState &k = kernel();
+    k.text = TextState{};
+    k.line = LineState{};
+    k.marker = MarkerState{};
+    k.fill = FillState{};
+}
+
 bool kernel_is_open(const char *routine)
 {
     if (!kernel().ws.open) {
@@ -125,12 +134,6 @@ const char *ginq_app_name()
     return kernel().ws.app_name.c_str();
 }
 
-int gset_title(const char *text)
-{
-    kernel().ws.title = std::string(text).substr(0, kTitleRoom - 1);
-    return gis_x11() && ginq_open() ? 0 : -1;
-}
-
 const char *ginq_title()
 {
     return kernel().ws.title.c_str();
@@ -159,14 +162,4 @@ int gset_events(int on)
 int ginq_events()
 {
     return kernel().ws.events ? 1 : 0;
-}
-
-void gset_fill_black(int flag)
-{
-    kernel().fill_black = flag != 0;
-}
-
-int ginq_fill_black()
-{
-    return kernel().fill_black ? 1 : 0;
 }

@@ -32,6 +32,9 @@ struct WorkstationState {
     std::string title = "X11_Graph";
     bool recording = true; ///< a display keeps what is drawn, so that it can be printed
     bool events = true;
+    bool inverse = false; ///< black on white
+    bool read_write_cells = true;
+    bool local_map = false;
 };
 
 struct TransformationState {
@@ -89,6 +92,9 @@ struct KernelState {
 };
 
 KernelState &kernel();
+
+/// Puts the attributes of all primitives to their start.
+void attributes_reset();
 
 /// Reports "GKS not opened" for the routine and returns false when no workstation is open.
 bool kernel_is_open(const char *routine);

@@ -1,12 +1,17 @@
 #include "gks/text.h"
 
+#include <array>
 #include <cmath>
+#include <cstring>
+#include <vector>
 
 #include "device/hpgl.h"
 #include "device/metafile.h"
 #include "device/output.h"
 #include "device/postscript.h"
+#include "device/x11_draw.h"
 #include "gks/colour.h"
+#include "gks/recorder.h"
 
 namespace {
 
@@ -44,6 +49,10 @@ class Pen {
         case kDeviceHpgl:
             ghp_draw(x, y);
             break;
+        case kDeviceDisplay:
+        case kDeviceExtern:
+            keep(x, y);
+            break;
         default:
             break;
         }
@@ -64,18 +73,33 @@ class Pen {
         case kDeviceHpgl:
             ghp_printf("\n");
             break;
+        case kDeviceDisplay:
+        case kDeviceExtern:
+            send();
+            break;
         default:
             break;
         }
     }
 
   private:
-    static void break_path()
+    void break_path()
     {
         if (gis_postscript()) {
             gps_printf("stroke\nnp\n");
+        } else if (gis_x11()) {
+            send();
         }
     }
+
+    /// On X11 a run goes out whole: its points in device coordinates.
+    void keep(float x, float y)
+    {
+        const auto place = static_cast<std::size_t>(2 * points_);
+        run_[place] = gwc_to_dc_x(x) + 0.5F;
+        run_[place + 1] = gwc_to_dc_y(y) + 0.5F;
+    }
+    void send() { gx_stroke(GxFamily::text, points_, run_.data()); }
 
     void start(float x, float y)
     {
@@ -85,6 +109,11 @@ class Pen {
             break;
         case kDeviceHpgl:
             ghp_move(x, y);
+            break;
+        case kDeviceDisplay:
+        case kDeviceExtern:
+            points_ = 0;
+            keep(x, y);
             break;
         default:
             break;
@@ -105,6 +134,7 @@ class Pen {
     }
 
     int points_ = 0; ///< in the run
+    std::array<float, static_cast<std::size_t>(2 * kMaxRun)> run_{};
 };
 
 /// Start of the text along its base line and above it, in font units.
@@ -207,6 +237,56 @@ void draw_text(const float pos[2], std::string_view characters)
     }
 }
 
+/// Position of a text displaced by k pixels to the right and downwards, for its shadow.
+std::array<float, 2> displaced(const float pos[2], int k)
+{
+    const float pixel_x = gwc_to_dc_x(pos[0] + 1.0F) - gwc_to_dc_x(pos[0]);
+    const float pixel_y = gwc_to_dc_y(pos[1] + 1.0F) - gwc_to_dc_y(pos[1]);
+    const auto step = static_cast<float>(k);
+    return {pos[0] + (pixel_x != 0.0F ? step / pixel_x : 0.0F),
+            pos[1] + (pixel_y != 0.0F ? step / pixel_y : 0.0F)};
+}
+
+void draw_server_text(const float pos[2], int k, const char *text)
+{
+    gx_text(static_cast<int>(gwc_to_dc_x(pos[0]) + 0.5F) + k,
+            static_cast<int>(gwc_to_dc_y(pos[1]) + 0.5F) + k, text, kernel().text.horizontal,
+            kernel().text.vertical);
+}
+
+/// A text on the screen: k pixels aside, in strokes or in a font of the server.
+void draw_on_screen(const float pos[2], int k, const char *text)
+{
+    if (font_is_of_server()) {
+        draw_server_text(pos, k, text);
+    } else {
+        draw_text(k == 0 ? pos : displaced(pos, k).data(), text);
+    }
+}
+
+void draw_with_shadow(const float pos[2], const char *text)
+{
+    const int depth = kernel().shadow;
+    if (depth > 0) {
+        gx_set_black(GxFamily::text);
+        for (int k = 0; k < depth; k++) {
+            draw_on_screen(pos, k, text);
+        }
+        gx_set_colour(GxFamily::text, kernel().text.colour);
+    }
+    draw_on_screen(pos, 0, text);
+}
+
+/// Keeps a text: its position, then its characters.
+void record_text(const float pos[2], const char *text)
+{
+    const std::size_t length = std::strlen(text) + 1;
+    std::vector<char> block(2 * sizeof(float) + length);
+    std::memcpy(block.data(), pos, 2 * sizeof(float));
+    std::memcpy(block.data() + 2 * sizeof(float), text, length);
+    gobj_new(kObjText, 1, static_cast<int>(block.size()), block.data());
+}
+
 /// A setter's common part: whether the value is a new one, which is then stored.
 bool takes(float &stored, float value)
 {
@@ -215,17 +295,28 @@ bool takes(float &stored, float value)
     return changed;
 }
 
+/// Stores a value and passes it on where it is new.
+void set_number(const char *word, ObjectKind kind, float &stored, float value)
+{
+    if (!takes(stored, value)) {
+        return;
+    }
+    if (gis_metafile()) {
+        gmeta_printf("%s %f\n", word, value);
+    } else {
+        record(kind, 1, 1, &value);
+    }
+}
+
 /// Stores a value that may not be below 0. False when there is nothing more to do.
-int set_positive(const char *routine, const char *what, const char *word, float &stored,
-                 float value)
+int set_positive(const char *routine, const char *what, const char *word, ObjectKind kind,
+                 float &stored, float value)
 {
     if (!(value >= 0.0F)) {
         gerror(routine, "invalid %s: %f\n", what, value);
         return -1;
     }
-    if (takes(stored, value) && gis_metafile()) {
-        gmeta_printf("%s %f\n", word, value);
-    }
+    set_number(word, kind, stored, value);
     return 0;
 }
 
@@ -265,6 +356,11 @@ int gtext(const float pos[2], const char *text)
         gmeta_printf("TE %f,%f %s\n", pos[0], pos[1], comment_text(text).c_str());
         return 0;
     }
+    record_text(pos, text);
+    if (gis_x11()) {
+        draw_with_shadow(pos, text);
+        return 0;
+    }
     prepare(pos, text);
     draw_text(pos, text);
     return 0;
@@ -272,7 +368,7 @@ int gtext(const float pos[2], const char *text)
 
 int gset_text_colr_ind(int index)
 {
-    if (!kernel_is_open("gset_text_colr_ind") || !colour_usable("gset_text_colr_ind", index)) {
+    if (!kernel_is_open("gset_text_colr_ind") || !colour_usable("gset_text_colr_ind", &index)) {
         return -1;
     }
     if (index == kernel().text.colour) {
@@ -281,41 +377,47 @@ int gset_text_colr_ind(int index)
     kernel().text.colour = index;
     if (gis_metafile()) {
         gmeta_printf("TE_CLR %d\n", index);
+        return 0;
+    }
+    record(kObjTextColour, index);
+    if (gis_x11()) {
+        gx_set_colour(GxFamily::text, index);
     }
     return 0;
 }
 
 int gset_expan(float factor)
 {
-    return set_positive("gset_expan", "expansion factor", "TE_EXP", kernel().text.expansion,
-                        factor);
+    return set_positive("gset_expan", "expansion factor", "TE_EXP", kObjExpansion,
+                        kernel().text.expansion, factor);
 }
 
 int gset_text_width(float width)
 {
-    return set_positive("gset_text_width", "text width", "TE_WDTH", kernel().text.width,
-                        width_on_device(width));
+    const float before = kernel().text.width;
+    const int result = set_positive("gset_text_width", "text width", "TE_WDTH", kObjTextWidth,
+                                    kernel().text.width, width_on_device(width));
+    if (gis_x11() && kernel().text.width != before) {
+        gx_set_width(GxFamily::text, width);
+    }
+    return result;
 }
 
 int gset_char_ht(float height)
 {
-    return set_positive("gset_char_ht", "character height", "TE_HGHT", kernel().text.height,
-                        height);
+    return set_positive("gset_char_ht", "character height", "TE_HGHT", kObjCharHeight,
+                        kernel().text.height, height);
 }
 
 int gset_text_spacing(float spacing)
 {
-    if (takes(kernel().text.spacing, spacing) && gis_metafile()) {
-        gmeta_printf("TE_SPC %f\n", spacing);
-    }
+    set_number("TE_SPC", kObjTextSpacing, kernel().text.spacing, spacing);
     return 0;
 }
 
 int gset_char_space(float pitch)
 {
-    if (takes(kernel().text.pitch, pitch) && gis_metafile()) {
-        gmeta_printf("TE_CSPC %f\n", pitch);
-    }
+    set_number("TE_CSPC", kObjCharSpace, kernel().text.pitch, pitch);
     return 0;
 }
 
@@ -329,7 +431,9 @@ int gset_text_align(const int rec[2])
     text.vertical = rec[1];
     if (gis_metafile()) {
         gmeta_printf("TE_ALGN %d %d\n", rec[0], rec[1]);
+        return 0;
     }
+    record(kObjTextAlign, rec);
     return 0;
 }
 
@@ -350,10 +454,15 @@ int gset_char_up(const float up[2])
         return -1;
     }
     if (gis_metafile()) {
-        // nothing is stored: the vector that comes back from a file is normalised there
-        gmeta_printf("TE_UP %f,%f\n", up[0], up[1]);
+        // as given: the vector that comes back from a file is normalised there
+        const bool changed_x = takes(text.up_x, up[0]);
+        const bool changed_y = takes(text.up_y, up[1]);
+        if (changed_x || changed_y) {
+            gmeta_printf("TE_UP %f,%f\n", up[0], up[1]);
+        }
         return 0;
     }
+    record(kObjCharUp, 1, 2, up);
     text.up_x = up[0] / length;
     text.up_y = up[1] / length;
     return 0;

@@ -2,6 +2,7 @@
 
 #include "device/metafile.h"
 #include "gks/clip.h"
+#include "gks/recorder.h"
 #include "gks/state.h"
 
 namespace {
@@ -88,6 +89,7 @@ int gset_window(int n, const float rect[4])
     if (gis_metafile()) {
         write_rect("WIN", n, rect);
     }
+    record(kObjWindow, n, 4, rect);
     TransformationState &t = kernel().tran;
     t.window[n] = TranRect::from(rect);
     if (n == t.current) {
@@ -106,6 +108,7 @@ int gset_viewport(int n, const float rect[4])
     if (gis_metafile()) {
         write_rect("VP", n, rect);
     }
+    record(kObjViewport, n, 4, rect);
     TransformationState &t = kernel().tran;
     t.viewport[n] = TranRect::from(rect);
     if (n == t.current) {
@@ -128,6 +131,7 @@ int gsel_norm_tran(int n)
     if (gis_metafile()) {
         gmeta_printf("TR %d\n", n);
     }
+    record(kObjSelectTran, n);
     make_current(n);
     clip_apply();
     return 0;
@@ -138,6 +142,7 @@ int gset_ws_window(int ws, const float rect[4])
     if (gis_metafile()) {
         write_rect("WS_WIN", ws, rect);
     }
+    record(kObjWsWindow, ws, 4, rect);
     kernel().tran.ws_window = TranRect::from(rect);
     after_ws_change();
     return 0;
@@ -148,6 +153,7 @@ int gset_ws_viewport(int ws, const float rect[4])
     if (gis_metafile()) {
         write_rect("WS_VP", ws, rect);
     }
+    record(kObjWsViewport, ws, 4, rect);
     kernel().tran.ws_viewport = TranRect::from(rect);
     after_ws_change();
     return 0;
@@ -165,8 +171,8 @@ void gset_tran_defaults(int mode)
     t.ws_viewport = TranRect::from(device);
     fit_to_device();
     update_scale();
-    if (mode != kTranResize) {
-        clip_apply(); // a resize only works the clip out
+    if (mode == kTranPostScript || mode == kTranHpgl || mode == kTranMetafile) {
+        clip_apply(); // a redraw or a resize only works the clip out
     }
 }
 

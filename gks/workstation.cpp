@@ -1,14 +1,22 @@
 #include <cstdio>
+#include <cstring>
 
 #include "base/str.h"
 #include "device/hpgl.h"
 #include "device/metafile.h"
 #include "device/output.h"
 #include "device/postscript.h"
+#include "device/x11_draw.h"
+#include "device/x11_events.h"
+#include "device/x11_window.h"
+#include "gks/frames.h"
+#include "gks/recorder.h"
 #include "gks/state.h"
 #include "timefile/file.h"
 
 namespace {
+
+constexpr int kWishClear = 1;
 
 FilePtr error_file; // of gopen_gks, when it isn't the standard error stream
 
@@ -22,6 +30,10 @@ int open_device(const std::vector<std::string> &words, int device)
         return ghp_open_ws(words);
     case kDeviceMetafile:
         return gmeta_open_ws(words);
+    case kDeviceExtern:
+        return gx_open_window(words);
+    case kDeviceDisplay:
+        return gx_open_display(words);
     default:
         gerror("gopen_ws", "device not available: %d\n", device);
         return -1;
@@ -73,10 +85,21 @@ int gopen_ws(int, const char *params, int device)
     if (open_device(words, device) != 0) {
         return -1;
     }
-    kernel().ws.open = true;
+    WorkstationState &ws = kernel().ws;
+    ws.open = true;
+    gobj_init();
     ginit_ws(tran_mode(device));
     gsetup_fonts();
     gcolor_background();
+    if (gis_extern_window() && ws.wish == kWishClear) {
+        gx_clear();
+    }
+    if (gis_x11()) {
+        gsync();
+        gobj_set_pump([] { gpump_events(); });
+        gpump_events();
+        gset_cursor_sync(kCursorBusy);
+    }
     return 0;
 }
 
@@ -85,12 +108,24 @@ int ginit_ws(int mode)
     if (mode == -1) {
         return -1;
     }
-    KernelState &k = kernel();
-    k.text = TextState{};
-    k.line = LineState{};
-    k.marker = MarkerState{};
-    k.fill = FillState{};
+    const bool is_screen = mode == kTranX11 || mode == kTranX11Redraw;
+    const int font = kernel().text.font;
+    attributes_reset();
+    if (is_screen) {
+        ginit_frames();
+    }
     gset_tran_defaults(mode);
+    if (!is_screen || !gis_x11()) {
+        return 0;
+    }
+    gx_init_gcs(mode == kTranX11);
+    if (mode == kTranX11 && gis_extern_window()) {
+        gset_rw_colors(0); // the colour map belongs to the other program
+    }
+    if (mode == kTranX11Redraw && font != kernel().text.font) {
+        gsetup_fonts(); // the strokes of the other font are still loaded
+    }
+    gevents_reset(mode);
     return 0;
 }
 
@@ -99,6 +134,13 @@ int gclose_ws(int)
     WorkstationState &ws = kernel().ws;
     if (!ws.open) {
         return -1;
+    }
+    if (gis_x11()) {
+        gx_close();
+        gobj_set_pump(nullptr);
+    }
+    if (gis_display()) {
+        gobj_clear();
     }
     ws.width = 0;
     ws.height = 0;
@@ -117,12 +159,11 @@ int gclose_ws(int)
 
 int gclear_ws(int, int)
 {
+    if (gis_display() && ginq_open()) {
+        gx_clear();
+        gobj_clear();
+    }
     return 0;
-}
-
-int gupdate_ws()
-{
-    return -1;
 }
 
 int gactivate_ws(int)
@@ -135,8 +176,9 @@ int gdeactivate_ws(int)
     return 0;
 }
 
-int gmessage(int, const char *text)
+int gmessage(int ws, const char *text)
 {
+    gobj_new(kObjMessage, ws, static_cast<int>(std::strlen(text)) + 1, text);
     switch (kernel().ws.device) {
     case kDevicePostScript:
         gps_printf("%%%%Message: %s\n", comment_text(text).c_str());

@@ -11,6 +11,7 @@
 #include "base/missing.h"
 #include "base/msg.h"
 #include "base/res.h"
+#include "device/draw_image.h"
 #include "device/metafile_reader.h"
 #include "gks/gks.h"
 #include "gks/session.h"
@@ -134,15 +135,26 @@ std::string path_of(const char *folder, const std::string &name)
     return path.data();
 }
 
-/// Images need a display.
+/// "file:colour:x:y", the parameters left out from the end; an empty colour is none.
 int process_image(const char *text)
 {
+    constexpr std::size_t kColourRoom = 64;
     const char *colon = std::strchr(text, ':');
     const std::string path =
         path_of("image_path", colon ? std::string(text, colon) : std::string(text));
     PLT_message("Map-image: %s", path.c_str());
-    MSG_out(kWarn, "MAP_process: No display for the map image: %s\n", path.c_str());
-    return -1;
+    if (gis_x11() == 0) {
+        MSG_out(kWarn, "MAP_process: No display for the map image: %s\n", path.c_str());
+        return -1;
+    }
+    std::array<char, kColourRoom> colour{};
+    int x = 0;
+    int y = 0;
+    if (colon != nullptr && std::sscanf(colon, ":%63[^:]:%d:%d", colour.data(), &x, &y) < 1) {
+        std::sscanf(colon, "::%d:%d", &x, &y);
+    }
+    gdraw_image_file(path.c_str(), colour[0] != '\0' ? colour.data() : nullptr, x, y);
+    return 0;
 }
 
 int process_metafile(const char *name)

@@ -125,9 +125,9 @@ int column_of(const char *text)
         return RAW_name_column(text);
     }
     const int number = std::atoi(text);
-    return number == kMissingInt                                ? kRawNoColumn
-           : number < 0 || number > kRawFields - kRawFirstValue ? RAW_name_column(text)
-                                                                : number + kRawFirstValue;
+    return number == kMissingInt                  ? kRawNoColumn
+           : number > kRawFields - kRawFirstValue ? RAW_name_column(text)
+                                                  : number + kRawFirstValue;
 }
 
 } // namespace

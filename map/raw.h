@@ -54,8 +54,8 @@ struct RawValue {
 
 /// Takes "file[-column][:format]" apart, in place, and opens the file, found through `raw_path`.
 /// A dash or colon counts from the third character on, and behind the last "/". The column is a
-/// number (given out as that plus 10; values count from 0) or a field's name; 1 (all words) without
-/// one.
+/// number (given out as that plus 10; values count from 0, words ahead of them below it) or a
+/// field's name; 1 (all words) without one.
 /// @param[out] format  the format's place in `name`, or null
 /// @return a handle, or -1 (told)
 int RAW_file_open(char *name, int *column, char **format, int mode);

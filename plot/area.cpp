@@ -14,6 +14,7 @@ constexpr int kMessageRoom = 512;
 struct State {
     std::array<float, 4> margins = {0.0F, 0.0F, 0.04F, 0.04F};
     std::array<float, 4> viewport = {};
+    float full = 0.0F;
     bool labels_inside = false;
 };
 
@@ -29,6 +30,12 @@ void PLT_set_margins(float left, float right, float bottom, float top)
 void PLT_set_full(float margin)
 {
     PLT_set_margins(0.0F, 0.0F, margin, margin);
+    state.full = margin;
+}
+
+float PLT_get_full()
+{
+    return state.full;
 }
 
 void PLT_get_margins(float out[4])

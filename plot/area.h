@@ -6,6 +6,8 @@
 void PLT_set_margins(float left, float right, float bottom, float top);
 /// No margin at the sides, `margin` below and above.
 void PLT_set_full(float margin);
+/// That margin; 0 where it wasn't set.
+float PLT_get_full();
 void PLT_get_margins(float out[4]); ///< left, right, bottom, top
 
 /// Viewport of the plot in normalised coordinates: x minimum, x maximum, y minimum, y maximum.

@@ -5,7 +5,15 @@
 /// The six text slots around the picture, each of six lines: upper left, centre and right, lower
 /// left, centre and right.
 
-inline constexpr int kLabelSlots = 6;
+enum LabelSlot {
+    kLabelUpperLeft,
+    kLabelUpperCentre,
+    kLabelUpperRight,
+    kLabelLowerLeft,
+    kLabelLowerCentre,
+    kLabelLowerRight,
+    kLabelSlots
+};
 inline constexpr int kLabelLines = 6;
 inline constexpr int kLabelWidth = 70; ///< bytes of a line, the end included
 

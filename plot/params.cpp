@@ -12,12 +12,14 @@
 #include "device/gif.h"
 #include "device/grey.h"
 #include "device/postscript.h"
+#include "gks/frames.h"
 #include "gks/gks.h"
 #include "gks/session.h"
 #include "map/city.h"
 #include "map/map_grid.h"
 #include "plot/area.h"
 #include "plot/colour_bar.h"
+#include "plot/dump.h"
 #include "plot/labels.h"
 #include "timefile/date_label.h"
 #include "timefile/name_conv.h"
@@ -32,8 +34,6 @@ constexpr int kDefaultShadow = 4;
 constexpr int kDefaultMaxBad = 5;
 constexpr float kMostPanels = 8.0F;
 constexpr size_t kDumpWord = 3;
-
-enum DumpKind { kDumpXwd = 1, kDumpGif = 2, kDumpImage = 3, kDumpPng = 4 };
 
 PlotWishes wishes;
 
@@ -117,8 +117,7 @@ void set_bar(const char *text)
 
 void set_dump(DumpKind kind, const char *word)
 {
-    wishes.dump_kind = kind;
-    wishes.dump_name = std::strlen(word) > kDumpWord ? value_of(word, kDumpWord) : "";
+    PLT_set_dump(kind, std::strlen(word) > kDumpWord ? value_of(word, kDumpWord) : nullptr);
 }
 
 void set_colour_postscript()
@@ -174,7 +173,7 @@ constexpr Word kWords[] = {
     {"nolcmap",     kExact,  [](const char *,  const char *) { gset_local_cmap(0); }                                 },
     {"rwclr",       kExact,  [](const char *,  const char *) { gset_rw_colors(1); }                                  },
     {"norwclr",     kExact,  [](const char *,  const char *) { gset_rw_colors(0); }                                  },
-    {"nolooptitle", kExact,  [](const char *,  const char *) { wishes.frame_title = 0; }                             },
+    {"nolooptitle", kExact,  [](const char *,  const char *) { gset_frame_title(0); }                                },
     {"pscolor",     kExact,  [](const char *,  const char *) { set_colour_postscript(); }                            },
     {"psrev",       kExact,  [](const char *,  const char *) { gps_set_reverse(1); }                                 },
     {"clear",       kExact,  [](const char *,  const char *) { gset_wish(1); }                                       },

@@ -8,9 +8,8 @@
 /// none is passed over: other readers know it.
 void PLT_read_params();
 
-/// What words ask of parts of the library that this program doesn't run, and of devices.
+/// What words ask of parts of the library that this program doesn't run.
 struct PlotWishes {
-    int frame_title = 1; ///< frame number in the window title while looping
     int grid_refinement = 0;
     int contour_skip[2] = {0, 0};
     float contour_offset[2] = {0.0F, 0.0F};
@@ -19,7 +18,5 @@ struct PlotWishes {
     int grib_index = 1; ///< 0: no index file beside a GRIB file
     int max_bad = 5;    ///< bad records that the grid reader bears
     std::string grid_format;
-    int dump_kind = 0; ///< 0 none, 1 XWD, 2 GIF, 3 image, 4 PNG
-    std::string dump_name;
 };
 const PlotWishes &PLT_wishes();

@@ -4,9 +4,11 @@
 
 #include "base/prm.h"
 #include "base/sys.h"
+#include "device/x11_events.h"
 #include "gks/gks.h"
 #include "gks/session.h"
 #include "plot/area.h"
+#include "plot/dump.h"
 #include "plot/labels.h"
 #include "plot/params.h"
 
@@ -21,16 +23,16 @@ struct State {
 
 State state;
 
-bool plot_wanted()
+bool is_type_none()
 {
-    return PRM_get_draw(kDrawAll) != 0 && PRM_get(kPrmPlotType) != kPlotTypeNone;
+    return PRM_get(kPrmPlotType) == kPlotTypeNone;
 }
 
 using Opener = void (*)(int *ws, int *device, float *margins, float aspect);
 
 int open_plot(Opener open, float aspect)
 {
-    if (!plot_wanted()) {
+    if (PRM_get_draw(kDrawAll) == 0 || is_type_none()) {
         return -1;
     }
     std::array<float, 4> area;
@@ -60,17 +62,26 @@ int PLT_end()
     if (PRM_is_batch() != 0 && SYS_detach() == 0) {
         SYS_exit(kExitNoDetach);
     }
-    if (ginq_open() == 0 || !plot_wanted()) {
+    if (ginq_open() == 0 || is_type_none()) {
         return -1;
     }
     gsel_norm_tran(2);
-    GPH_hold();
+    if (PLT_get_dump() == kDumpNone) { // else the picture is a file, and nobody waits
+        GPH_hold();
+    }
     gclear_ws(state.ws, 1);
     if (GPH_end(state.ws) != 0) {
         SYS_exit(kExitNoGraphics); // told where it happened: the output didn't all go out
     }
     PLT_clear_labels();
     return 0;
+}
+
+void PLT_set_callback(void (*function)(int kind, const char *event, float x, float y))
+{
+    if (function != nullptr) {
+        gset_event_callback(function);
+    }
 }
 
 void PLT_abort(int code)

@@ -14,5 +14,9 @@ int PLT_restart(float aspect);
 /// out ends the process with code 4. @return 0; -1 when there was no plot
 int PLT_end();
 
+/// Sets the program's event callback: see gset_event_callback in device/x11_events.h. Null
+/// changes nothing there.
+void PLT_set_callback(void (*function)(int kind, const char *event, float x, float y));
+
 /// Closes the graphics and ends the process.
 [[noreturn]] void PLT_abort(int code);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <limits>
 #include <string>
 #include <string_view>
 
@@ -45,6 +46,7 @@ struct State {
     bool overrun = false; ///< bits were asked for behind the end
     std::array<Descriptor, kMaxDescriptors> descriptors = {};
     int descriptor_count = 0;
+    int reports_due = 0; ///< told by the message and not yet read
     int width_change = kMissingInt;
     int next_width = kMissingInt;
     int repeat_count = kMissingInt;
@@ -54,12 +56,17 @@ struct State {
 
 State state;
 
+void drop_message()
+{
+    state.size = 0;
+    state.position = 0;
+}
+
 /// Tells why the walk ends here, and drops the message.
 int refuse(const char *name, const char *why, int value)
 {
     MSG_out(kWarn, "PROF_read: %s: BUFR message refused: %s (%d)\n", name, why, value);
-    state.size = 0;
-    state.position = 0;
+    drop_message();
     return -1;
 }
 
@@ -68,10 +75,12 @@ int refuse(const char *name, const char *why, int value)
 enum class Found { kMessage, kLine, kEnd };
 
 /// Takes the next heading line, or the four letters that begin a message. Control characters and
-/// blanks between lines are passed over: the marks of the transmission are among them.
+/// blanks between lines are passed over: the marks of the transmission are among them. A line that
+/// begins with a star may have one more byte behind it, ahead of the message.
 Found next_piece(std::FILE *stream, std::string &line)
 {
     constexpr std::string_view kMark = "BUFR";
+    const size_t longest = kMark.size() + (line.starts_with('*') ? 1 : 0);
     int c = std::fgetc(stream);
     while (c != EOF && c <= ' ') {
         c = std::fgetc(stream);
@@ -79,7 +88,7 @@ Found next_piece(std::FILE *stream, std::string &line)
     line.clear();
     while (c != EOF && c != '\n' && static_cast<int>(line.size()) < kHeadingWidth) {
         line += static_cast<char>(c);
-        if (line == kMark) {
+        if (line.size() <= longest && line.ends_with(kMark)) {
             return Found::kMessage;
         }
         c = std::fgetc(stream);
@@ -139,8 +148,7 @@ int load_message(std::FILE *stream, const char *name)
     state.size = head[5] * 256 + head[6];
     MSG_out(kTrace, "size: %d\n", state.size);
     if (state.size > kLongestMessage) {
-        state.size = 0; // what the message before left behind isn't this one's
-        state.position = 0;
+        drop_message(); // what the message before left behind isn't this one's
         return -1;
     }
     if (state.size < kShortestMessage) {
@@ -215,6 +223,7 @@ int load_descriptors(const char *name)
     const int length = two_octets(2);
     const int flag = octet(7);
     state.descriptor_count = (length - 8) / 2;
+    state.reports_due = std::max(two_octets(5), 1);
     MSG_out(kTrace, "DDS size: %d\n", length);
     MSG_out(kTrace, "number of data subsets: %d\n", two_octets(5));
     MSG_out(kTrace, "number of data parameters: %d\n", state.descriptor_count);
@@ -265,14 +274,17 @@ struct Report {
     int round = 0;
 };
 
-/// Writes the last digits of a station number behind the block.
+int whole(float value)
+{
+    constexpr double kLeast = std::numeric_limits<int32_t>::min();
+    constexpr double kMost = std::numeric_limits<int32_t>::max();
+    return static_cast<int>(std::clamp(static_cast<double>(value), kLeast, kMost));
+}
+
+/// Writes a part of the station's id, in `digits` digits at least.
 void put_id(ProfilerRecord *record, size_t at, int digits, float value)
 {
-    const std::string text = std::to_string(static_cast<int>(value));
-    const std::string padded =
-        std::string(static_cast<size_t>(digits) - std::min<size_t>(text.size(), digits), '0') +
-        text;
-    STR_copy(record->id + at, sizeof record->id - at, padded.c_str());
+    STR_copy(record->id + at, sizeof record->id - at, STR_print("%.*d", digits, whole(value)));
 }
 
 void put_element(Report &r, const BufrElement &e, float value)
@@ -320,7 +332,7 @@ void put_element(Report &r, const BufrElement &e, float value)
         put(level.vdev);
         break;
     case 25034:
-        level.qual = static_cast<int32_t>(value);
+        level.qual = whole(value);
         break;
     default:
         break;
@@ -435,6 +447,10 @@ int bufr_read_record(std::FILE *stream, const char *name, ProfilerRecord *record
         if (r.level >= kMaxProfilerLevels) {
             return refuse(name, "levels", r.level);
         }
+        if (state.overrun && state.reports_due < 1) { // padding behind the last one
+            drop_message();
+            return bufr_read_record(stream, name, record);
+        }
         if (state.overrun) {
             return refuse(name, "the data end early, at byte", state.pointer);
         }
@@ -443,6 +459,7 @@ int bufr_read_record(std::FILE *stream, const char *name, ProfilerRecord *record
         return refuse(name, "a report without data, at byte", start); // it would never end
     }
     record->num_level = r.level;
+    --state.reports_due;
     state.position = state.pointer;
     MSG_out(kTrace, "Where: %d\n", state.position);
     return 1;

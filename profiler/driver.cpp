@@ -11,6 +11,7 @@
 #include "base/res.h"
 #include "base/str.h"
 #include "base/sys.h"
+#include "gks/frames.h"
 #include "gks/gks.h"
 #include "gks/session.h"
 #include "map/map_entry.h"
@@ -21,6 +22,8 @@
 #include "plot/area.h"
 #include "plot/attributes.h"
 #include "plot/colour_bar.h"
+#include "plot/dump.h"
+#include "plot/interaction.h"
 #include "plot/labels.h"
 #include "plot/session.h"
 #include "plot/tick.h"
@@ -251,6 +254,11 @@ int PRF_plot(DomainRec *domain)
     const bool is_first = ginq_open() == 0;
     const float aspect = DOM_aspect(domain);
     const int wanted = is_first ? PLT_begin(aspect) : PLT_restart(aspect);
+    if (is_first) {
+        PLT_set_callback(PRF_event);
+        PLT_set_zoom_callback(PRF_plot);
+        PLT_set_size_callback(PRF_plot);
+    }
     if (wanted == 0) {
         PLT_set_domain(domain);
         PLT_map_setup();
@@ -267,11 +275,18 @@ int PRF_plot(DomainRec *domain)
         }
         PRF_finish_plot();
         PLT_map_over();
+        PLT_dump(kCurrentFrame);
     }
     if (is_first) {
         PLT_end();
     }
     return 0;
+}
+
+void PRF_event(int, const char *event, float x, float y)
+{
+    PLT_zoom_event(event, x, y);
+    PLT_size_event(event, x, y);
 }
 
 int PRF_list_stations(const char *file)

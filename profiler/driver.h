@@ -33,6 +33,9 @@ void PRF_set_ask_variable(int flag);
 /// draws again, from the files as they then are. @return 0; -1 if the map's file can't be opened
 int PRF_plot(DomainRec *domain);
 
+/// The event callback of the window: zoom, the way back, and a new size draw again.
+void PRF_event(int code, const char *event, float x, float y);
+
 /// Prints the date and the stations of a file, thirteen a line. @return 0
 int PRF_list_stations(const char *file);
 

@@ -102,8 +102,9 @@ TEST(Hpgl, LongLinesBreakBehindEveryTenthPoint)
     KernelPlot plot(kDeviceHpgl);
     std::vector<float> points(2 * 25, 0.0F);
     gpolyline(25, points.data());
+    gpolyline(10, points.data()); // a break behind the tenth, and the line's own end
     const std::string text = body(plot);
-    EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), 3);
+    EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), 3 + 2);
     EXPECT_EQ(text.find('\n'), std::string("PU10,10;").size() * 10);
 }
 

@@ -69,8 +69,12 @@ TEST(Metafile, TextFormIsOneLineACall)
     const ScopedEnv env_2("TZ", "UTC");
     KernelPlot plot(kDeviceMetafile, "tyr");
     gset_linewidth(2.0F);
-    gset_linewidth(2.0F); // unchanged: no line
-    gsel_norm_tran(0);    // current: no line
+    gset_linewidth(2.0F);                         // unchanged: no line
+    gsel_norm_tran(0);                            // current: no line
+    for (const float up : {1.0F, -1.0F, -1.0F}) { // upright at first, then once upside down
+        const float vector[2] = {0.0F, up};
+        gset_char_up(vector);
+    }
     std::vector<float> points(10, 0.5F);
     EXPECT_EQ(gpolyline(4, points.data()), 1);
     EXPECT_EQ(gpolyline(5, points.data()), 1);
@@ -84,6 +88,7 @@ TEST(Metafile, TextFormIsOneLineACall)
                              "#Creator: TYR Metafile Processor-1.0\n"
                              "#CreationDate: Sat Mar  6 12:30:00 1999\n"
                              "PL_LW 2.000000\n"
+                             "TE_UP 0.000000,-1.000000\n"
                              "PL 4 " +
                                  p + p + p + p +
                                  "\n"

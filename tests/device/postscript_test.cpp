@@ -110,6 +110,7 @@ TEST(PostScript, PaperAndGeometryGiveTheSurface)
         {"panel",           "",          "P2x2+1+0",           378,  288, 378, 288}, // top right quarter
         {"ninth",           "",          "p3x3+1+1",           252,  192, 252, 192},
         {"ninth, below",    "",          "P3x3+0+2",           252,  192, 0,   0  },
+        {"sixths, whole",   "",          "P6x6+4+4",           126,  96,  504, 96 },
         {"too many panels", "",          "P20x1+0+0",          94,   576, 0,   0  },
         {"fractions",       "",          "P0.5x0.25+0.25+0.5", 378,  144, 189, 288},
         {"measures",        "",          "1000x500+100+50",    720,  360, 72,  36 },
@@ -210,12 +211,15 @@ TEST(PostScript, ReversedAndBlackFills)
     gfill_area(3, kArea);
     gset_fill_black(1);
     gfill_area(3, kArea);
+    gset_fill_colr_ind(503); // print white
+    gfill_area(3, kArea);
     gset_fill_black(0);
     gps_set_reverse(0);
     const Strings strokes = describe(plot.page().strokes);
-    ASSERT_EQ(strokes.size(), 2U);
+    ASSERT_EQ(strokes.size(), 3U);
     EXPECT_EQ(strokes[0].substr(0, 9), "fill 0.48");
     EXPECT_EQ(strokes[1].substr(0, 9), "fill 0.00");
+    EXPECT_EQ(strokes[2].substr(0, 9), "fill 0.00");
 }
 
 TEST(PostScript, NothingIsSentTwice)

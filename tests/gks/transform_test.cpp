@@ -157,6 +157,37 @@ TEST(Transform, ClipFollowsTheSelectedViewportOnly)
     EXPECT_EQ(page.strokes[1].clip, (std::array<double, 4>{-0.1, -0.1, 287.6, 287.6}));
 }
 
+TEST(Transform, ClipIsWrittenWhereItChanges)
+{
+    struct Case {
+        const char *name;
+        void (*call)(const float rect[4]);
+        int clips;
+    };
+    const Case cases[] = {
+        {"size of the surface",   [](const float *) { gset_ws_size(400, 300); },      0},
+        {"redraw",                [](const float *) { ginit_ws(kTranX11Redraw); },    0},
+        {"selected already",      [](const float *) { gsel_norm_tran(0); },           0},
+        {"window",                [](const float *rect) { gset_window(0, rect); },    0},
+        {"viewport not selected", [](const float *rect) { gset_viewport(2, rect); },  0},
+        {"viewport",              [](const float *rect) { gset_viewport(0, rect); },  1},
+        {"another",               [](const float *) { gsel_norm_tran(3); },           1},
+        {"shown part",            [](const float *rect) { gset_ws_window(1, rect); }, 1},
+    };
+    const float rect[4] = {0, 0.5F, 0, 0.5F};
+    for (const Case &c : cases) {
+        SCOPED_TRACE(c.name);
+        KernelPlot plot(kDevicePostScript);
+        c.call(rect);
+        const std::string text = plot.finish();
+        int clips = -1; // the first is the opening's
+        for (std::size_t at = 0; (at = text.find("initclip\n", at)) != text.npos; at++) {
+            clips++;
+        }
+        EXPECT_EQ(clips, c.clips);
+    }
+}
+
 TEST(Transform, SizeOfTheSurfaceCanBeAsked)
 {
     const KernelPlot plot(kDevicePostScript);

@@ -120,19 +120,20 @@ TEST_F(RawTest, ColumnsAreFoundByNumberAndName)
         long column;
         const char *shown;
     } cases[] = {
-        {"first value",     10,                       "72469@40,-105 12 - '12' ''\nB@41,-106 13 - '13' ''\n"    },
-        {"second value",    11,                       "72469@40,-105 8 - '8' ''\n0\n"                           },
-        {"id",              kRawId,                   "72469@40,-105 72469 - '72469' ''\nB@41,-106 - - 'B' ''\n"},
+        {"first value",     10,                       "72469@40,-105 12 - '12' ''\nB@41,-106 13 - '13' ''\n"        },
+        {"second value",    11,                       "72469@40,-105 8 - '8' ''\n0\n"                               },
+        {"id",              kRawId,                   "72469@40,-105 72469 - '72469' ''\nB@41,-106 - - 'B' ''\n"    },
         {"id by name",      RAW_name_column("id"),
-         "72469@40,-105 72469 - '72469' ''\nB@41,-106 - - 'B' ''\n"                                             },
-        {"by name",         RAW_name_column("TD"),    "72469@40,-105 8 - '8' ''\n0\n"                           },
+         "72469@40,-105 72469 - '72469' ''\nB@41,-106 - - 'B' ''\n"                                                 },
+        {"by name",         RAW_name_column("TD"),    "72469@40,-105 8 - '8' ''\n0\n"                               },
+        {"just ahead",      9,                        "72469@40,-105 -105 - '-105' ''\nB@41,-106 -106 - '-106' ''\n"},
         {"ahead of them",   RAW_name_column("lon"),
-         "72469@40,-105 -105 - '-105' ''\nB@41,-106 -106 - '-106' ''\n"                                         },
-        {"named in a word", RAW_name_column("speed"), "72469@40,-105 15 - '15' ''\n0\n"                         },
-        {"part of a name",  RAW_name_column("spee"),  "0\n0\n"                                                  },
-        {"no name",         RAW_name_column(""),      "0\n0\n"                                                  },
-        {"too far",         75,                       "0\n0\n"                                                  },
-        {"none",            kRawNoColumn,             "0\n0\n"                                                  },
+         "72469@40,-105 -105 - '-105' ''\nB@41,-106 -106 - '-106' ''\n"                                             },
+        {"named in a word", RAW_name_column("speed"), "72469@40,-105 15 - '15' ''\n0\n"                             },
+        {"part of a name",  RAW_name_column("spee"),  "0\n0\n"                                                      },
+        {"no name",         RAW_name_column(""),      "0\n0\n"                                                      },
+        {"too far",         75,                       "0\n0\n"                                                      },
+        {"none",            kRawNoColumn,             "0\n0\n"                                                      },
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.name);
@@ -214,6 +215,7 @@ TEST_F(RawTest, NamesCarryColumnAndFormat)
         {"number, format", "obs-3:%5.1f",  true,  13,           "%5.1f"   },
         {"format",         "obs:%5.1f:ul", true,  kRawAllWords, "%5.1f:ul"},
         {"dash in format", "obs:xy=-1 2",  true,  kRawAllWords, "xy=-1 2" },
+        {"word ahead",     "obs--1",       true,  9,            nullptr   },
         {"no column",      "obs--9999",    true,  kRawNoColumn, nullptr   },
         {"unknown file",   "none-3",       false, 13,           nullptr   },
     };

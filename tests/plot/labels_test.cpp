@@ -104,6 +104,14 @@ TEST_F(Labels, CountsAndOffsetsAreBounded)
     EXPECT_EQ(PLT_get_label_count(), 5);
 }
 
+TEST_F(Labels, AnOpenPlotIsEndedThoughNothingIsToBeDrawnByThen)
+{
+    PlotSession session;
+    ASSERT_EQ(session.begun(), 0);
+    PRM_set_draw(kDrawAll, 0);
+    EXPECT_TRUE(session.finish().shown);
+}
+
 TEST_F(Labels, SlotsStandAroundThePlotArea)
 {
     PlotSession session;

@@ -171,6 +171,7 @@ TEST_F(Bufr, FindsTheMessageBehindEveryHeading)
     const Case cases[] = {
         {"star line", kStar},
         {"star line and a byte", "*** x ***\n\n"},
+        {"star line and a letter", "*** x ***\nx"},
         {"G line and three more", "GPS\nline a\nline b\nline c\n"},
         {"newline", "\n"},
         {"newline and a star line", "\n" + kStar},
@@ -196,6 +197,11 @@ TEST_F(Bufr, ReadsEverySubsetOfAMessage)
           .data = bits.bytes(), .subsets = 3
     });
     EXPECT_EQ(ids(read(kStar + message)), (std::vector<std::string>{"72101", "72102", "72103"}));
+    // octets behind the last one, too few for another
+    const std::string padded =
+        bufr_bytes({.descriptors = kPlace, .data = place(469).bytes() + std::string(3, '\0')});
+    EXPECT_EQ(ids(read(kStar + padded + kStar + one_station(470))),
+              (std::vector<std::string>{"72469", "72470"}));
 }
 
 TEST_F(Bufr, OperatorsChangeWidths)
@@ -228,6 +234,13 @@ TEST_F(Bufr, OperatorsChangeWidths)
         EXPECT_NEAR(all[0].level[0].u, -209.6, 1e-3);
         EXPECT_NEAR(all[0].level[0].v, -109.6, 1e-3);
     }
+    const auto widest = read(
+        kStar + bufr_bytes({
+                    .descriptors = {{2, 6, 32}, {0, 25, 34}},
+                      .data = std::string(4, '\xFF')
+    }));
+    ASSERT_EQ(widest.size(), 1U);
+    EXPECT_EQ(widest[0].level[0].qual, 2147483647);
 }
 
 TEST_F(Bufr, OptionalSectionIsPassedOver)

@@ -25,7 +25,7 @@ std::vector<std::string> clean_environment(const std::vector<std::string> &extra
 {
     std::vector<std::string> result;
     for (char **e = environ; *e; ++e) {
-        if (std::strncmp(*e, "tyr", 3) != 0) {
+        if (std::strncmp(*e, "tyr", 3) != 0 && std::strncmp(*e, "DISPLAY=", 8) != 0) {
             result.emplace_back(*e);
         }
     }

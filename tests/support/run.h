@@ -13,7 +13,7 @@ struct RunResult {
 /// How a command is run.
 struct RunOptions {
     std::string input;            ///< text of standard input
-    std::vector<std::string> env; ///< NAME=value, over an environment without any tyr variable
+    std::vector<std::string> env; ///< NAME=value, over one without tyr variables and DISPLAY
     std::string folder;           ///< working folder; empty for the current one
     int seconds = 60;             ///< it is killed after so long
 };

@@ -1,0 +1,16 @@
+#pragma once
+
+/// The picture of a plot on the screen as a file, without the user's help.
+
+enum DumpKind { kDumpNone = 0, kDumpXwd = 1, kDumpGif = 2, kDumpImage = 3, kDumpPng = 4 };
+
+/// Sets kind and name of the file: a name or a word of the name conventions, in which the key "i"
+/// is the frame's number ("win" without frames) and "p" the application. Null or empty: "tyr.gif",
+/// "tyr.png", else "tyr.xwd".
+void PLT_set_dump(int kind, const char *name);
+int PLT_get_dump();
+
+/// Writes the file, in the folder of the resource `image_path`; a failure is told.
+/// @param frame  a frame number of gks/frames, kAllFrames for a file of each
+/// @return 0; -1 when no dump is asked for
+int PLT_dump(int frame);
