@@ -224,6 +224,7 @@ bool write_indexed(std::FILE *file, IndexedImage &indexed, const ImageRec &image
     std::array<std::string, 3> keys = {"Title", "Software", "Creation Time"};
     std::array<std::string, 3> texts = {ginq_title(), kSoftware, creation_time()};
     std::vector<png_bytep> rows;
+    rows.reserve(static_cast<std::size_t>(image.height));
     for (int y = 0; y < image.height; ++y) {
         rows.push_back(
             &indexed.places[static_cast<std::size_t>(y) * static_cast<std::size_t>(image.width)]);

@@ -18,7 +18,7 @@
 #include "device/image_palette.h"
 #include "device/output.h"
 #include "map/domain_text.h"
-#include "map/projection_words.h"
+#include "map/region.h"
 
 namespace {
 
@@ -57,12 +57,16 @@ Options read_options(std::string_view letters)
     return {has('4'), has('*'), has('Z'), has('V'), has('C')};
 }
 
-/// A domain line names no file: neither a command nor a stream may stand in an image.
+/// A domain line may neither name a file, a command or a stream, nor ask the user.
 bool is_plain_domain(std::string line)
 {
     STR_lower(line.data());
-    return line.find('|') == std::string::npos && line.find("id:") == std::string::npos &&
-           (line.find(':') == std::string::npos || line.find(',') != std::string::npos);
+    if (line.find('|') != std::string::npos || line.find("id:") != std::string::npos) {
+        return false;
+    }
+    const std::vector<std::string> words = STR_fields(line, ',');
+    return words.size() > 1 || (words.size() == 1 && words[0] != kVariableRegion &&
+                                words[0].find(':') == std::string::npos);
 }
 
 bool read_domain_line(const std::string &line, DomainRec *domain)

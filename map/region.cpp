@@ -41,7 +41,6 @@ constexpr std::array<BuiltinRegion, 8> kBuiltin = {
      {"nw", "Northwestern", 44.0F, -112.0F, 1.0F},
      {"sw", "Southwestern", 37.0F, -112.0F, 1.0F}}
 };
-constexpr const char *kVariableRegion = "var";
 
 struct Region {
     std::string word;

@@ -16,6 +16,9 @@
 inline constexpr size_t kDomainTextRoom = 501;
 inline constexpr int kMaxRegions = 20; ///< rows of the region table with its row 0, "back"
 
+/// The built-in region that asks the user for its centre.
+inline constexpr const char *kVariableRegion = "var";
+
 /// Fills the region table from a file found through `file_path`. @return 1; 0 if it can't be opened
 int DOM_read_regions(const char *file);
 

@@ -1,10 +1,13 @@
 // Image files: what others write is read right, what is written is read right by others.
 
 #include <algorithm>
+#include <chrono>
 #include <cmath>
 #include <cstdint>
 #include <cstring>
+#include <fstream>
 #include <functional>
+#include <thread>
 
 #include <zlib.h>
 
@@ -715,6 +718,32 @@ TEST_F(ImageFile, TyrimgForms)
             EXPECT_TRUE(DOM_equal(&back.domain, &d) || d.proj == kMissingInt);
         }
     }
+}
+
+TEST_F(ImageFile, TyrimgMayBeShortOrStillBeWritten)
+{
+    const std::string whole = "TYRIMGZ\n\n\n3 2\n" + deflated("abcd") + deflated("ef");
+    const std::string cut = whole.substr(0, whole.size() - 10);
+    const std::string rest(2, '\0');
+    const auto data = [](const ImageRec &image) {
+        return std::string(reinterpret_cast<char *>(image.data), 6);
+    };
+    const std::string name = dir_.write("a", "TYRIMG\n\n\n3 2\nabcd");
+    Image plain;
+    ASSERT_EQ(IMG_read_tyr(name.c_str(), &plain, 0), 1);
+    EXPECT_EQ(data(plain), "abcd" + rest);
+    dir_.write("a", cut);
+    Image given_up;
+    ASSERT_EQ(tyr_read(name.c_str(), &given_up, 0, 1), 1);
+    EXPECT_EQ(data(given_up), "abcd" + rest);
+    std::thread writer([&] {
+        std::this_thread::sleep_for(std::chrono::milliseconds(100));
+        std::ofstream(name, std::ios::app | std::ios::binary) << whole.substr(cut.size());
+    });
+    Image waited;
+    ASSERT_EQ(IMG_read_tyr(name.c_str(), &waited, 0), 1);
+    writer.join();
+    EXPECT_EQ(data(waited), "abcdef");
 }
 
 TEST_F(ImageFile, TyrimgIsOneByteAPixel)

@@ -15,7 +15,7 @@
 // What the fuzz targets share: their bytes as a text or as a file, and where they run.
 
 /// Pixels of the largest picture that a target reads whole: a head of a few bytes may tell of more.
-inline constexpr int kFuzzPixels = 1 << 20;
+inline constexpr int kFuzzPixels = 1 << 14;
 
 inline std::string fuzz_text(const uint8_t *data, std::size_t size)
 {
