@@ -6,6 +6,7 @@
 
 #include <fcntl.h>
 #include <poll.h>
+#include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -33,9 +34,21 @@ std::string read_number(int fd)
     return text;
 }
 
-} // namespace
+/// The server's process.
+class Server {
+  public:
+    Server();
+    ~Server();
+    Server(const Server &) = delete;
+    Server &operator=(const Server &) = delete;
+    const std::string &name() const { return name_; }
 
-VirtualScreen::VirtualScreen()
+  private:
+    pid_t process_ = -1;
+    std::string name_;
+};
+
+Server::Server()
 {
     int ends[2];
     if (!have_program("Xvfb") || pipe(ends) != 0) {
@@ -43,6 +56,7 @@ VirtualScreen::VirtualScreen()
     }
     process_ = fork();
     if (process_ == 0) {
+        prctl(PR_SET_PDEATHSIG, SIGKILL); // a test that dies leaves no server behind
         close(ends[0]);
         const int null_device = open("/dev/null", O_RDWR);
         dup2(null_device, STDOUT_FILENO);
@@ -54,18 +68,35 @@ VirtualScreen::VirtualScreen()
     close(ends[1]);
     const std::string number = read_number(ends[0]);
     close(ends[0]);
-    if (!number.empty()) {
-        name_ = ":" + number;
-        setenv("DISPLAY", name_.c_str(), 1);
-    }
+    name_ = number.empty() ? "" : ":" + number;
 }
 
-VirtualScreen::~VirtualScreen()
+Server::~Server()
 {
     if (process_ > 0) {
         kill(process_, SIGTERM);
         waitpid(process_, nullptr, 0);
     }
+}
+
+const Server &server()
+{
+    static const Server started;
+    return started;
+}
+
+} // namespace
+
+VirtualScreen::VirtualScreen()
+{
+    if (is_there()) {
+        setenv("DISPLAY", name().c_str(), 1);
+    }
+}
+
+const std::string &VirtualScreen::name() const
+{
+    return server().name();
 }
 
 unsigned Picture::at(int x, int y) const

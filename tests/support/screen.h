@@ -3,23 +3,13 @@
 #include <string>
 #include <vector>
 
-#include <sys/types.h>
-
-/// An X11 server without a screen (Xvfb) for the time of a test; DISPLAY names it. Where the
-/// program isn't installed the test is to skip.
+/// An X11 server without a screen (Xvfb), one a process; DISPLAY names it. Where the program isn't
+/// installed the test is to skip.
 class VirtualScreen {
   public:
     VirtualScreen();
-    ~VirtualScreen();
-    VirtualScreen(const VirtualScreen &) = delete;
-    VirtualScreen &operator=(const VirtualScreen &) = delete;
-
-    bool is_there() const { return !name_.empty(); }
-    const std::string &name() const { return name_; } ///< ":3"
-
-  private:
-    pid_t process_ = -1;
-    std::string name_;
+    bool is_there() const { return !name().empty(); }
+    const std::string &name() const; ///< ":3"
 };
 
 /// Skips the test without a server.

@@ -5,6 +5,7 @@
 #include <thread>
 
 #include <fcntl.h>
+#include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -88,6 +89,7 @@ WindowUser::WindowUser(const VirtualScreen &screen, const std::vector<std::strin
     arguments.push_back(nullptr);
     program_ = fork();
     if (program_ == 0) {
+        prctl(PR_SET_PDEATHSIG, SIGKILL);
         const int out = open(log.c_str(), O_WRONLY | O_CREAT | O_APPEND, 0644);
         dup2(out, STDOUT_FILENO);
         dup2(out, STDERR_FILENO);
