@@ -2,6 +2,7 @@
 
 #include <array>
 #include <bit>
+#include <cmath>
 #include <cstdint>
 #include <unordered_map>
 #include <vector>
@@ -71,7 +72,7 @@ unsigned long in_mask(float part, unsigned long mask)
     }
     const int shift = std::countr_zero(mask);
     const auto most = static_cast<float>(mask >> shift);
-    return (static_cast<unsigned long>(part * most + 0.5F) << shift) & mask;
+    return (static_cast<unsigned long>(std::lround(part * most)) << shift) & mask;
 }
 
 /// The screen's pixel of a colour: made of its parts where the visual tells them, else of an index

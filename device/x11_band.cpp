@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <optional>
 
 #include "device/x11_primitives.h"
@@ -28,7 +29,8 @@ State state;
 
 Place place_of(float x, float y)
 {
-    return {static_cast<short>(gwc_to_dc_x(x) + 0.5F), static_cast<short>(gwc_to_dc_y(y) + 0.5F)};
+    return {static_cast<short>(std::trunc(gwc_to_dc_x(x) + 0.5F)),
+            static_cast<short>(std::trunc(gwc_to_dc_y(y) + 0.5F))};
 }
 
 Place pixel(int x, int y)

@@ -36,7 +36,8 @@ GC &gc_of(GxFamily family)
 
 short pixel_of(float device)
 {
-    return static_cast<short>(device + 0.5F); // the transformations keep it within +-30000
+    return static_cast<short>(
+        std::trunc(device + 0.5F)); // the transformations keep it within +-30000
 }
 
 XPoint point_of(const float *world)

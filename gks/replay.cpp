@@ -1,6 +1,8 @@
 #include "gks/replay.h"
 
+#include <algorithm>
 #include <cstdlib>
+#include <iterator>
 
 #include "base/msg.h"
 #include "device/metafile.h"
@@ -14,6 +16,98 @@ constexpr int kObjectsBetweenEvents = 200;
 constexpr int kPageWidth = 757;
 constexpr int kPageHeight = 577;
 constexpr int kBellVolume = 50;
+
+// In the form of the tables below.
+
+int set_fill_black(int flag)
+{
+    gset_fill_black(flag);
+    return 0;
+}
+
+int set_colour(int index, const float *rgb)
+{
+    return gset_colr_rep(1, index, rgb);
+}
+
+int clear_region(int, const float *rect)
+{
+    return gclear_region(rect);
+}
+
+int set_char_up(int, const float *up)
+{
+    return gset_char_up(up);
+}
+
+struct IntSetter {
+    int kind;
+    int (*set)(int value);
+};
+
+constexpr IntSetter kIntSetters[] = {
+    {kObjSelectTran,   gsel_norm_tran      },
+    {kObjLineType,     gset_linetype       },
+    {kObjLineColour,   gset_line_colr_ind  },
+    {kObjMarkerType,   gset_marker_type    },
+    {kObjMarkerColour, gset_marker_colr_ind},
+    {kObjTextColour,   gset_text_colr_ind  },
+    {kObjFillInterior, gset_fill_int_style },
+    {kObjFillStyle,    gset_fill_style_ind },
+    {kObjFillColour,   gset_fill_colr_ind  },
+    {kObjFillBlack,    set_fill_black      },
+};
+
+struct RealSetter {
+    int kind;
+    int (*set)(float value);
+};
+
+constexpr RealSetter kRealSetters[] = {
+    {kObjLineWidth,   gset_linewidth   },
+    {kObjMarkerSize,  gset_marker_size },
+    {kObjMarkerWidth, gset_marker_width},
+    {kObjTextSpacing, gset_text_spacing},
+    {kObjCharSpace,   gset_char_space  },
+    {kObjExpansion,   gset_expan       },
+    {kObjCharHeight,  gset_char_ht     },
+    {kObjTextWidth,   gset_text_width  },
+};
+
+struct PairSetter {
+    int kind;
+    int (*set)(const int rec[2]);
+};
+
+constexpr PairSetter kPairSetters[] = {
+    {kObjFont,      gset_fontprec  },
+    {kObjTextAlign, gset_text_align},
+};
+
+/// A number and an array of floats: points of a primitive, sides of a rectangle.
+struct ArrayCall {
+    int kind;
+    int (*call)(int n, const float *numbers);
+};
+
+constexpr ArrayCall kArrayCalls[] = {
+    {kObjWsViewport,  gset_ws_viewport},
+    {kObjWsWindow,    gset_ws_window  },
+    {kObjViewport,    gset_viewport   },
+    {kObjWindow,      gset_window     },
+    {kObjPolyline,    gpolyline       },
+    {kObjPolymarker,  gpolymarker     },
+    {kObjFillArea,    gfill_area      },
+    {kObjColour,      set_colour      },
+    {kObjClearRegion, clear_region    },
+    {kObjCharUp,      set_char_up     },
+};
+
+template <class Table> auto find(const Table &table, int kind)
+{
+    return std::find_if(std::begin(table), std::end(table),
+                        [&](const auto &row) { return row.kind == kind; });
+}
 
 struct State {
     bool stop = false; ///< a later redraw has taken over
@@ -116,111 +210,21 @@ void gobj_replay_one(RedrawObject *object)
 {
     const int value = object->value;
     const auto *numbers = static_cast<const float *>(object->data);
-    const auto *pair = static_cast<const int *>(object->data);
-    switch (object->kind) {
-    case kObjMessage:
-        gmessage(value, static_cast<const char *>(object->data));
-        break;
-    case kObjWsViewport:
-        gset_ws_viewport(value, numbers);
-        break;
-    case kObjWsWindow:
-        gset_ws_window(value, numbers);
-        break;
-    case kObjSelectTran:
-        gsel_norm_tran(value);
-        break;
-    case kObjViewport:
-        gset_viewport(value, numbers);
-        break;
-    case kObjWindow:
-        gset_window(value, numbers);
-        break;
-    case kObjColour:
-        gset_colr_rep(1, value, numbers);
-        break;
-    case kObjClearRegion:
-        gclear_region(numbers);
-        break;
-    case kObjPolyline:
-        gpolyline(value, numbers);
-        break;
-    case kObjLineType:
-        gset_linetype(value);
-        break;
-    case kObjLineWidth:
-        gset_linewidth(*numbers);
-        break;
-    case kObjLineColour:
-        gset_line_colr_ind(value);
-        break;
-    case kObjPolymarker:
-        gpolymarker(value, numbers);
-        break;
-    case kObjMarkerType:
-        gset_marker_type(value);
-        break;
-    case kObjMarkerSize:
-        gset_marker_size(*numbers);
-        break;
-    case kObjMarkerColour:
-        gset_marker_colr_ind(value);
-        break;
-    case kObjMarkerWidth:
-        gset_marker_width(*numbers);
-        break;
-    case kObjText:
+    if (const auto setter = find(kIntSetters, object->kind); setter != std::end(kIntSetters)) {
+        setter->set(value);
+    } else if (const auto real = find(kRealSetters, object->kind); real != std::end(kRealSetters)) {
+        real->set(*numbers);
+    } else if (const auto pair = find(kPairSetters, object->kind); pair != std::end(kPairSetters)) {
+        pair->set(static_cast<const int *>(object->data));
+    } else if (const auto array = find(kArrayCalls, object->kind); array != std::end(kArrayCalls)) {
+        array->call(value, numbers);
+    } else if (object->kind == kObjText) {
         gtext(numbers, static_cast<const char *>(object->data) + 2 * sizeof(float));
-        break;
-    case kObjTextSpacing:
-        gset_text_spacing(*numbers);
-        break;
-    case kObjCharSpace:
-        gset_char_space(*numbers);
-        break;
-    case kObjExpansion:
-        gset_expan(*numbers);
-        break;
-    case kObjTextColour:
-        gset_text_colr_ind(value);
-        break;
-    case kObjCharHeight:
-        gset_char_ht(*numbers);
-        break;
-    case kObjCharUp:
-        gset_char_up(numbers);
-        break;
-    case kObjFont:
-        gset_fontprec(pair);
-        break;
-    case kObjTextAlign:
-        gset_text_align(pair);
-        break;
-    case kObjTextWidth:
-        gset_text_width(*numbers);
-        break;
-    case kObjFillArea:
-        gfill_area(value, numbers);
-        break;
-    case kObjFillInterior:
-        gset_fill_int_style(value);
-        break;
-    case kObjFillStyle:
-        gset_fill_style_ind(value);
-        break;
-    case kObjFillColour:
-        gset_fill_colr_ind(value);
-        break;
-    case kObjFillBlack:
-        gset_fill_black(value);
-        break;
-    case kObjFunction: {
+    } else if (object->kind == kObjMessage) {
+        gmessage(value, static_cast<const char *>(object->data));
+    } else if (object->kind == kObjFunction) {
         const auto *call = static_cast<const ObjectFunction *>(object->data);
         call->function(call->argument);
-        break;
-    }
-    default:
-        break;
     }
 }
 

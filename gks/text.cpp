@@ -249,9 +249,9 @@ std::array<float, 2> displaced(const float pos[2], int k)
 
 void draw_server_text(const float pos[2], int k, const char *text)
 {
-    gx_text(static_cast<int>(gwc_to_dc_x(pos[0]) + 0.5F) + k,
-            static_cast<int>(gwc_to_dc_y(pos[1]) + 0.5F) + k, text, kernel().text.horizontal,
-            kernel().text.vertical);
+    gx_text(static_cast<int>(std::trunc(gwc_to_dc_x(pos[0]) + 0.5F)) + k,
+            static_cast<int>(std::trunc(gwc_to_dc_y(pos[1]) + 0.5F)) + k, text,
+            kernel().text.horizontal, kernel().text.vertical);
 }
 
 /// A text on the screen: k pixels aside, in strokes or in a font of the server.

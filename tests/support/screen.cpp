@@ -42,6 +42,7 @@ class Server {
     Server(const Server &) = delete;
     Server &operator=(const Server &) = delete;
     const std::string &name() const { return name_; }
+    pid_t process() const { return process_; }
 
   private:
     pid_t process_ = -1;
@@ -97,6 +98,11 @@ VirtualScreen::VirtualScreen()
 const std::string &VirtualScreen::name() const
 {
     return server().name();
+}
+
+pid_t VirtualScreen::process() const
+{
+    return server().process();
 }
 
 unsigned Picture::at(int x, int y) const

@@ -3,6 +3,8 @@
 #include <string>
 #include <vector>
 
+#include <sys/types.h>
+
 /// An X11 server without a screen (Xvfb), one a process; DISPLAY names it. Where the program isn't
 /// installed the test is to skip.
 class VirtualScreen {
@@ -10,6 +12,7 @@ class VirtualScreen {
     VirtualScreen();
     bool is_there() const { return !name().empty(); }
     const std::string &name() const; ///< ":3"
+    pid_t process() const;           ///< of the server
 };
 
 /// Skips the test without a server.

@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <csignal>
+#include <fstream>
 #include <thread>
 
 #include <fcntl.h>
@@ -52,6 +53,17 @@ Window find_window(Display *display, const std::string &title)
     return found;
 }
 
+/// Whether a process waits for something: its state, behind its name in brackets, is S. One that
+/// has an event to handle is runnable.
+bool is_asleep(pid_t process)
+{
+    std::ifstream file("/proc/" + std::to_string(process) + "/stat");
+    std::string line;
+    std::getline(file, line);
+    const std::size_t behind = line.rfind(") ");
+    return behind == std::string::npos || line[behind + 2] != 'R';
+}
+
 Picture grab(Display *display, Window window)
 {
     XWindowAttributes attributes{};
@@ -77,7 +89,7 @@ Picture grab(Display *display, Window window)
 
 WindowUser::WindowUser(const VirtualScreen &screen, const std::vector<std::string> &words,
                        const std::string &log)
-    : server_(new Connection{XOpenDisplay(screen.name().c_str())})
+    : server_(new Connection{XOpenDisplay(screen.name().c_str())}), screen_(screen.process())
 {
     std::vector<std::string> all = {profiler_path(), "-df", "/nonexistent", "-fp",
                                     TYR_SOURCE_DIR "/data"};
@@ -117,14 +129,19 @@ bool WindowUser::sees_window(const std::string &title)
     return window_ != 0 && look().width > 0;
 }
 
+bool WindowUser::is_idle() const
+{
+    return is_asleep(program_) && is_asleep(screen_);
+}
+
 Picture WindowUser::look()
 {
-    // a picture that stands still for four looks is finished
+    // a picture that stands still while both sleep is finished
     Picture last = grab(server_->display, window_);
     for (int i = 0, still = 0; i < kTries && still < 4; i++) {
         pause_shortly();
         Picture next = grab(server_->display, window_);
-        still = next.differences(last) == 0 ? still + 1 : 0;
+        still = is_idle() && next.differences(last) == 0 ? still + 1 : 0;
         last = std::move(next);
     }
     return last;

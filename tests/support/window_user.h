@@ -28,7 +28,7 @@ class WindowUser {
     void resize(int width, int height);
     /// Sends a client message of a plotting program.
     void send_message(char wish);
-    /// The window's picture once it has stopped changing.
+    /// The window's picture once the program and the server have nothing left to do.
     Picture look();
     /// Waits for the program's end. Its exit code; -1 if it doesn't end.
     int wait_for_exit();
@@ -39,7 +39,10 @@ class WindowUser {
     struct Connection;
     void send_button(int type, int x, int y, unsigned state);
 
+    bool is_idle() const;
+
     Connection *server_;
+    pid_t screen_;
     unsigned long window_ = 0;
     pid_t program_ = -1;
 };
