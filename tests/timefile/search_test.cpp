@@ -3,7 +3,8 @@
 #include "base/msg.h"
 #include "base/prm.h"
 #include "base/res.h"
-#include "support/temp_dir.h"
+#include "support/capture.h"
+#include "support/dates.h"
 #include "timefile/decode_window.h"
 #include "timefile/search.h"
 #include "timefile/sequence.h"
@@ -19,19 +20,8 @@ int set_name(std::string type)
 
 DateRec user_hour(int month, int day, int hour, int minute)
 {
-    DateRec d;
-    d.month = month;
-    d.day = day;
-    d.hour = hour;
-    d.minute = minute;
-    return d;
+    return make_date(kNone, month, day, hour, minute);
 }
-
-struct CurrentCase {
-    const char *spec; ///< null for none
-    DateRec user;
-    const char *name;
-};
 
 /// Now is 1999-03-06 12:30; of the hourly files those of 9, 7 and 3 UTC are there, 9 is empty.
 /// The half hour stays in the time through a search: 7 UTC is found at 7:30.
@@ -66,7 +56,11 @@ TEST_F(Current, WordsFindTheirFile)
 {
     const DateRec none;
     // clang-format off
-    const std::vector<CurrentCase> cases = {
+    const struct {
+        const char *spec; ///< null for none
+        DateRec user;
+        const char *name;
+    } cases[] = {
         {"",                none, "99030612"},
         {"cu",              none, "99030612"},
         {nullptr,           none, "99030607"},
@@ -105,7 +99,7 @@ TEST_F(Current, WordsFindTheirFile)
         {"la",              user_hour(kNone, kNone, -6, kNone),    "%"},
     };
     // clang-format on
-    for (const CurrentCase &c : cases) {
+    for (const auto &c : cases) {
         SCOPED_TRACE(c.spec ? c.spec : "(null)");
         TIME_set_hour(&c.user);
         const std::string name = current(c.spec);
@@ -148,28 +142,29 @@ TEST_F(Current, TemplateWithoutADateEndsTheSearchAtOnce)
 
 TEST_F(Current, ParsedNamesServeTheSameWords)
 {
+    const struct {
+        const char *text, *name;
+    } cases[] = {
+        {"cu-6",        "99030606"},
+        {"la",          "99030607"},
+        {"la#1",        "99030612"},
+        {"#1999030604", "99030604"},
+    };
     char out[kFileNameRoom];
-    FILE_parse_name("cu-6", out);
-    EXPECT_EQ(std::string(out), folder.file("99030606"));
-    FILE_parse_name("la", out);
-    EXPECT_EQ(std::string(out), folder.file("99030607"));
-    FILE_parse_name("la#1", out);
-    EXPECT_EQ(std::string(out), folder.file("99030612"));
-    FILE_parse_name("#1999030604", out);
-    EXPECT_EQ(std::string(out), folder.file("99030604"));
+    for (const auto &c : cases) {
+        FILE_parse_name(c.text, out);
+        EXPECT_EQ(std::string(out), folder.file(c.name)) << c.text;
+    }
     EXPECT_EXIT(FILE_parse_name("Exit", out), testing::ExitedWithCode(0), "");
 }
 
-struct AnswerCase {
-    const char *name;
-    const char *answers;
-    const char *file; ///< null where the run ends
-    int code;
-};
-
 TEST_F(Current, FirstFileIsAskedFor)
 {
-    const std::vector<AnswerCase> cases = {
+    const struct {
+        const char *name, *answers;
+        const char *file; ///< null where the run ends
+        int code;
+    } cases[] = {
         {"a name",          "99030607\n",                               "99030607", 0 },
         {"second try",      "x\n99030603\n",                            "99030603", 0 },
         {"latest",          "la\n",                                     "99030607", 0 },
@@ -182,13 +177,10 @@ TEST_F(Current, FirstFileIsAskedFor)
         {"end of input",    "a\n",                                      nullptr,    0 },
         {"no input",        "",                                         nullptr,    0 },
     };
-    for (const AnswerCase &c : cases) {
+    for (const auto &c : cases) {
         SCOPED_TRACE(c.name);
-        const std::string answers = folder.write("answers", c.answers);
         const auto ask = [&] {
-            if (!std::freopen(answers.c_str(), "r", stdin)) {
-                std::abort();
-            }
+            type_in(c.answers);
             char out[kFileNameRoom];
             const int found = FILE_get_name("Which? ", out);
             const bool good = found == 1 && c.file && out == folder.file(c.file);
@@ -221,21 +213,18 @@ TEST_F(Current, FirstFileComesFromTheResources)
                 "File not found: .*/99030610\n");
 }
 
-struct SequenceCase {
-    const char *name;
-    const char *num_hour; ///< null for the default
-    const char *filename;
-    const char *text;
-    std::vector<std::string> files;
-};
-
 TEST(Sequence, WalksItsHours)
 {
     RES_put("data_path", "/d");
     TIME_clear_hour();
     FILE_set_default_hours(0);
-    const std::string hourly = "@%d%h";
-    const std::vector<SequenceCase> cases = {
+
+    const struct {
+        const char *name;
+        const char *num_hour; ///< null for the default
+        const char *filename, *text;
+        std::vector<std::string> files;
+    } cases[] = {
         {"back",                       "-3",     "",     "@%d%h",   {"0609", "0610", "0611", "0612"}},
         {"forward",                    "2",      "",     "@%d%h",   {"0612", "0613", "0614"}        },
         {"two-hour step",              "-5,2",   "",     "@%d%h",   {"0606", "0608", "0610", "0612"}},
@@ -251,17 +240,12 @@ TEST(Sequence, WalksItsHours)
         {"nothing asked for",          "0",      "",     "@%d%h",   {"0612"}                        },
         {"nonsense",                   "x",      "",     "@%d%h",   {"0612"}                        },
     };
-    for (const SequenceCase &c : cases) {
+    for (const auto &c : cases) {
         SCOPED_TRACE(c.name);
         set_name(c.text);
         RES_set(1, "filename", c.filename, kResList);
         RES_put("num_hour", c.num_hour);
-        DateRec base;
-        base.year = 1999;
-        base.month = 3;
-        base.day = 6;
-        base.hour = 12;
-        base.minute = 0;
+        const DateRec base = make_date(1999, 3, 6, 12, 0);
         char out[kFileNameRoom];
         FILE_compose(&base, out);
         FILE_seq_init(&base);
@@ -279,11 +263,7 @@ TEST(Sequence, DayOfThreeHourSteps)
     RES_put("num_hour", "-24,3");
     RES_put("filename", "");
     set_name("@%D/%y%m%d%h");
-    DateRec base;
-    base.year = 1999;
-    base.month = 3;
-    base.day = 6;
-    base.hour = 12;
+    const DateRec base = make_date(1999, 3, 6, 12);
     char out[kFileNameRoom];
     FILE_compose(&base, out);
     FILE_seq_init(&base);
@@ -298,19 +278,16 @@ TEST(Sequence, DayOfThreeHourSteps)
     EXPECT_EQ(FILE_name_at(&base, -21600, out), -2);
 }
 
-struct HoursCase {
-    const char *value;
-    int range, step;
-};
-
 TEST(Sequence, ReadsSpans)
 {
     set_name("@%d%h");
-    DateRec date;
-    date.year = 1999;
+    const DateRec date = make_date(1999);
     char out[kFileNameRoom];
     FILE_compose(&date, out);
-    const std::vector<HoursCase> cases = {
+    const struct {
+        const char *value;
+        int range, step;
+    } cases[] = {
         {"-12",        -43200,    3600 },
         {"-12,3",      -43200,    10800},
         {"-1:30",      -5400,     3600 },
@@ -320,7 +297,7 @@ TEST(Sequence, ReadsSpans)
         {"",           0,         3600 },
         {"999999999",  900000000, 3600 },
     };
-    for (const HoursCase &c : cases) {
+    for (const auto &c : cases) {
         SCOPED_TRACE(c.value);
         RES_put("num_hour", c.value);
         EXPECT_EQ(FILE_num_hours(), c.range);
@@ -328,22 +305,15 @@ TEST(Sequence, ReadsSpans)
     }
 }
 
-struct WindowCase {
-    const char *decode_hour;
-    int hour, minute;
-    int inside, outside; ///< report times
-};
-
 TEST(DecodeWindow, SelectsReports)
 {
-    DateRec date;
-    date.year = 1999;
-    date.month = 3;
-    date.day = 6;
-    date.hour = 14;
-    date.minute = 37;
+    const DateRec date = make_date(1999, 3, 6, 14, 37);
     TIME_clear_hour();
-    const std::vector<WindowCase> cases = {
+    const struct {
+        const char *decode_hour;
+        int hour, minute;
+        int inside, outside; ///< report times
+    } cases[] = {
         {"12",          12, 0,  1150, 1140},
         {"12:00-30+30", 12, 0,  1130, 1231},
         {"12-5+5",      12, 0,  1155, 1206},
@@ -355,12 +325,10 @@ TEST(DecodeWindow, SelectsReports)
         {"cu:30-5+5",   14, 30, 1425, 1424},
         {"-6",          12, 0,  1150, 1211},
     };
-    for (const WindowCase &c : cases) {
+    for (const auto &c : cases) {
         SCOPED_TRACE(c.decode_hour);
         RES_put("decode_hour", c.decode_hour);
-        testing::internal::CaptureStdout();
-        TIME_set_decode(&date);
-        testing::internal::GetCapturedStdout();
+        shown_by([&] { TIME_set_decode(&date); });
         DateRec decode;
         TIME_get_decode(&decode);
         EXPECT_EQ(decode.hour, c.hour);
