@@ -36,9 +36,7 @@ TEST(Wind, ComponentsAndBack)
 {
     const struct {
         const char *name;
-        float dir;
-        float u;
-        float v;
+        float dir, u, v;
     } cases[] = {
         {"north",     0,   0,        -10     },
         {"east",      90,  -10,      0       },
@@ -119,8 +117,7 @@ TEST(Sounding, EndsAndTolerances)
         int kind;
         float value;
         int index;
-        float p;
-        float t;
+        float p, t;
     } cases[] = {
         {"a metre below",     103, 99,   0, 1000, 20},
         {"5 m below",         103, 95,   0, M,    M },

@@ -38,8 +38,7 @@ float magnus_dew_point(double t, double rh)
 TEST(Thermo, SaturationVapourPressureIsThatOfTheSmithsonianTables)
 {
     const struct {
-        double t;
-        double e;
+        double t, e;
     } cases[] = {
         {-20.0, 1.2540},
         {-10.0, 2.8627},
@@ -158,8 +157,7 @@ TEST(Thermo, OutsideTheirDomainsFormulasAnswerMissingOrZero)
 {
     const struct {
         const char *name;
-        float got;
-        float want;
+        float got, want;
     } cases[] = {
         {"vapour below 0 K",          MET_sat_vapor(-1),       kMissing                 },
         {                                               "vapour below 100 K",          MET_sat_vapor(99),                       0                         },
@@ -207,9 +205,7 @@ TEST(Thermo, OutsideTheirDomainsFormulasAnswerMissingOrZero)
 TEST(Comfort, WindChillIsThatOfTheChart)
 {
     const struct {
-        double t;
-        double v;
-        double chill;
+        double t, v, chill;
     } cases[] = {
         {40,  5,  36 },
         {10,  20, -9 },
@@ -243,9 +239,7 @@ TEST(Comfort, SipleAndPasselAgreeWithTheirChart)
 TEST(Comfort, HeatIndexIsThatOfTheChart)
 {
     const struct {
-        double t;
-        double rh;
-        double index;
+        double t, rh, index;
     } cases[] = {
         {80,  40, 80 },
         {86,  90, 105},
