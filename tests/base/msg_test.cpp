@@ -19,37 +19,31 @@ void reset()
 TEST(Msg, LevelWordsSetTheMask)
 {
     const struct {
-        const char *words;
         unsigned mask;
+        std::vector<const char *> words;
     } cases[] = {
-        {"none",            0                    },
-        {"print",           0xF                  },
-        {"warn",            0xFF                 },
-        {"error",           0x3F                 },
-        {"WARN",            0xFF                 },
-        {"mess",            0xFFF                },
-        {"debug",           0xFFFFFFFF           },
-        {"out2b",           0x0003FFFF           },
-        {"warnc",           0x7F                 },
-        {"warna",           0                    },
-        {"errorc",          0                    },
-        {"+debug",          kDefault | 0xF0000000},
-        {"-print",          kDefault & ~0xFU     },
-        {"-out1,-out2",     0xFFF                },
-        {"warn,+out3d",     0x008000FF           },
-        {"messages please", 0xFFF                },
-        {"wurn",            0                    },
-        {"+wurn",           kDefault             },
-        {"-",               kDefault             },
-        {"",                kDefault             },
+        {0,                     {"none", "warna", "errorc", "wurn"}       },
+        {0xF,                   {"print"}                                 },
+        {0x3F,                  {"error"}                                 },
+        {0x7F,                  {"warnc"}                                 },
+        {0xFF,                  {"warn", "WARN"}                          },
+        {0xFFF,                 {"mess", "-out1,-out2", "messages please"}},
+        {0x0003FFFF,            {"out2b"}                                 },
+        {0x008000FF,            {"warn,+out3d"}                           },
+        {0xFFFFFFFF,            {"debug"}                                 },
+        {kDefault | 0xF0000000, {"+debug"}                                },
+        {kDefault & ~0xFU,      {"-print"}                                },
+        {kDefault,              {"+wurn", "-", ""}                        },
     };
     for (const auto &c : cases) {
-        SCOPED_TRACE(c.words);
-        reset();
-        const int before = MSG_explicit();
-        MSG_options(c.words);
-        EXPECT_EQ(MSG_get_mask(), c.mask);
-        EXPECT_EQ(MSG_explicit(), before + 1);
+        for (const char *words : c.words) {
+            SCOPED_TRACE(words);
+            reset();
+            const int before = MSG_explicit();
+            MSG_options(words);
+            EXPECT_EQ(MSG_get_mask(), c.mask);
+            EXPECT_EQ(MSG_explicit(), before + 1);
+        }
     }
 }
 

@@ -149,17 +149,12 @@ TEST(Scan, ReadsAPositionWithMissingMarkers)
     EXPECT_EQ(scan.stored, 3);
     SCAN_advance(&scan);
     EXPECT_STREQ(SCAN_here(&scan), "7");
-}
-
-TEST(Scan, PassesOverAMissingFieldAndItsPlace)
-{
-    ScanRec scan;
+    // a field that is neither a number nor its marker keeps no place
     SCAN_init(&scan, "x12");
-    float real = -1.0F;
-    int number = 0;
-    EXPECT_EQ(scanp(&scan, "%!-!fx%d", &real, &number), 1);
-    EXPECT_EQ(number, 12);
-    EXPECT_EQ(real, -1.0F);
+    latitude = -1.0F;
+    EXPECT_EQ(scanp(&scan, "%!-!fx%d", &latitude, &offset), 1);
+    EXPECT_EQ(offset, 12);
+    EXPECT_EQ(latitude, -1.0F);
 }
 
 TEST(Scan, MovesInTheLineAndNowhereElse)

@@ -2,8 +2,6 @@
 #include <map>
 #include <sstream>
 
-#include <gtest/gtest.h>
-
 #include "base/missing.h"
 #include "profiler/reader.h"
 #include "profiler/walk.h"
@@ -109,6 +107,9 @@ TEST_F(Bufr, ReadsWhereTheStationStands)
     EXPECT_EQ(r.num_level, 0);
     EXPECT_EQ(r.sfc_t, kMissing); // nothing of the surface is in this layout
     EXPECT_STREQ(read_one(kPlace, place(7)).id, "72007");
+    const std::string behind_optional =
+        bufr_bytes({.descriptors = kPlace, .data = place(469).bytes(), .optional = "anything"});
+    EXPECT_EQ(ids(read(kStar + behind_optional)), std::vector<std::string>{"72469"});
 }
 
 TEST_F(Bufr, LeavesOutValuesFrom200On)
@@ -241,13 +242,6 @@ TEST_F(Bufr, OperatorsChangeWidths)
     },
         BitText().put(0xFFFFFFFF, 32));
     EXPECT_EQ(widest.level[0].qual, 2147483647);
-}
-
-TEST_F(Bufr, OptionalSectionIsPassedOver)
-{
-    const std::string message =
-        bufr_bytes({.descriptors = kPlace, .data = place(469).bytes(), .optional = "anything"});
-    EXPECT_EQ(ids(read(kStar + message)), std::vector<std::string>{"72469"});
 }
 
 TEST_F(Bufr, TakesMessagesOf100To4000Bytes)

@@ -1,7 +1,6 @@
 #include <cmath>
 #include <cstring>
-
-#include <gtest/gtest.h>
+#include <functional>
 
 #include "base/missing.h"
 #include "base/res.h"
@@ -36,22 +35,25 @@ ProfilerRecord small_profile()
     return r;
 }
 
-/// Levels every 500 m up to 9500 m, wind from a direction with a speed.
-template <class Wind> ProfilerRecord profile_of(Wind wind)
+struct Wind {
+    float direction, speed;
+};
+
+/// Levels every 500 m up to 9500 m, with the wind of each and, level 0, of the surface.
+ProfilerRecord profile_of(const std::function<Wind(float)> &wind_at)
 {
     ProfilerRecord r;
     PRF_init_record(&r);
     r.elev = 0.0F;
-    wind(0, r.sfc_dir, r.sfc_spd);
+    r.sfc_dir = wind_at(0.0F).direction;
+    r.sfc_spd = wind_at(0.0F).speed;
     for (int k = 1; k < 20; ++k) {
-        float direction = 0.0F;
-        float speed = 0.0F;
-        wind(k, direction, speed);
-        const float angle = direction * 0.0174532925F;
+        const Wind wind = wind_at(static_cast<float>(k));
+        const float angle = wind.direction * 0.0174532925F;
         ProfilerLevel &level = r.level[r.num_level++];
         level.z = 500.0F * static_cast<float>(k);
-        level.u = -speed * std::sin(angle);
-        level.v = -speed * std::cos(angle);
+        level.u = -wind.speed * std::sin(angle);
+        level.v = -wind.speed * std::cos(angle);
     }
     return r;
 }
@@ -214,7 +216,7 @@ TEST_F(Evaluate, CityIsAText)
     EXPECT_STREQ(value.text, ""); // the next answer clears it
 }
 
-TEST_F(Evaluate, SurfaceValuesThatAreMissingStaySo)
+TEST_F(Evaluate, WhatIsMissingStaysSo)
 {
     ProfilerRecord r = small_profile();
     r.sfc_td = kM;
@@ -222,34 +224,21 @@ TEST_F(Evaluate, SurfaceValuesThatAreMissingStaySo)
         VarRec v = variable(name, 1, 0, "F");
         EXPECT_EQ(evaluate(r, &v).value1, kM) << name;
     }
-}
-
-TEST_F(Evaluate, CalmHasDirectionZero)
-{
-    ProfilerRecord r = small_profile();
-    r.level[0].u = 0.005F;
-    r.level[0].v = 0.0F;
-    VarRec v = variable("wbrb", 105, 500);
-    const PlotValue value = evaluate(r, &v);
-    EXPECT_EQ(value.value1, 0.0F);
-    EXPECT_NEAR(value.value2, 0.005F, 1e-6);
+    PRF_init_record(&r); // no winds
+    for (const char *name : {"hel", "shear"}) {
+        VarRec v = variable(name, 105, 500);
+        EXPECT_EQ(evaluate(r, &v).value1, kM) << name;
+    }
 }
 
 TEST_F(Evaluate, ShearOfHandWorkedProfiles)
 {
-    const auto westerly = profile_of([](int, float &dir, float &spd) {
-        dir = 270.0F;
-        spd = 10.0F;
-    });
-    const auto above_calm = profile_of([](int k, float &dir, float &spd) {
-        dir = k == 0 ? kM : 270.0F;
-        spd = k == 0 ? kM : 10.0F;
+    const auto westerly = profile_of([](float) { return Wind{270.0F, 10.0F}; });
+    const auto above_calm = profile_of([](float k) {
+        return k == 0.0F ? Wind{kM, kM} : Wind{270.0F, 10.0F};
     });
     const auto turning = [](float step) {
-        return profile_of([step](int k, float &dir, float &spd) {
-            dir = 180.0F + step * static_cast<float>(k);
-            spd = 10.0F;
-        });
+        return profile_of([step](float k) { return Wind{180.0F + step * k, 10.0F}; });
     };
     // speeds count as knots: 10 stands for 5.144 m/s
     const struct {
@@ -294,50 +283,34 @@ TEST_F(Evaluate, HelicityOfAStraightHodograph)
     // from it the wind's northward part is always half the storm's speed, and the eastward part
     // grows by 12 up to 3000 m; the sum of v1 u2 - v2 u1 is the product of the two, in
     // (0.5144 m/s)^2.
-    const auto r = profile_of([](int k, float &dir, float &spd) {
-        dir = 270.0F;
-        spd = 10.0F + 2.0F * static_cast<float>(k);
-    });
+    const auto r = profile_of([](float k) { return Wind{270.0F, 10.0F + 2.0F * k}; });
     VarRec v = variable("hel", 105, 500);
     EXPECT_NEAR(evaluate(r, &v).value1, 26.5399, 2e-3);
     EXPECT_STREQ(v.units, "m^2/s^2");
     EXPECT_NEAR(evaluate(r, &v).value1, 26.5399, 2e-3);
 }
 
-TEST_F(Evaluate, HelicityStaysMissingWithoutWinds)
-{
-    ProfilerRecord r;
-    PRF_init_record(&r);
-    for (const char *name : {"hel", "shear"}) {
-        VarRec v = variable(name, 105, 500);
-        EXPECT_EQ(evaluate(r, &v).value1, kM) << name;
-    }
-}
-
 TEST_F(Evaluate, UsualUnitsOfEachName)
 {
     const struct {
-        const char *name, *given, *units;
+        const char *units;
+        std::vector<const char *> names;
     } cases[] = {
-        {"city",   "",    ""   },
-        {"temp",   "",    "C"  },
-        {"dewp",   "",    "C"  },
-        {"dewd",   "",    "dC" },
-        {"wdir",   "",    "deg"},
-        {"wspd",   "",    "knt"},
-        {"wind",   "",    "knt"},
-        {"WBRB-5", "",    "knt"},
-        {"wbrbc",  "",    "knt"},
-        {"uwnd",   "",    "m/s"},
-        {"vwnd",   "",    "m/s"},
-        {"vvel",   "",    ""   },
-        {"hel",    "",    ""   },
-        {"wbrb",   "mph", "mph"},
+        {"C",   {"temp", "dewp"}                   },
+        {"dC",  {"dewd"}                           },
+        {"deg", {"wdir"}                           },
+        {"knt", {"wspd", "wind", "WBRB-5", "wbrbc"}},
+        {"m/s", {"uwnd", "vwnd"}                   },
+        {"",    {"city", "vvel", "hel"}            },
     };
     for (const auto &c : cases) {
-        SCOPED_TRACE(c.name);
-        VarRec v = variable(c.name, 105, 0, c.given);
-        EXPECT_EQ(PRF_var_units(&v), 1);
-        EXPECT_STREQ(v.units, c.units);
+        for (const char *name : c.names) {
+            VarRec v = variable(name, 105, 0);
+            EXPECT_EQ(PRF_var_units(&v), 1);
+            EXPECT_STREQ(v.units, c.units) << name;
+        }
     }
+    VarRec v = variable("wbrb", 105, 0, "mph");
+    EXPECT_EQ(PRF_var_units(&v), 1);
+    EXPECT_STREQ(v.units, "mph");
 }

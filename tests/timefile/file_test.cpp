@@ -37,16 +37,16 @@ TEST(File, JoinsDirectoriesAndNames)
         {"/a/",   "b",   "/a/b"  },
         {"",      "b",   "b"     },
         {nullptr, "b",   "b"     },
-        {"/a",    "~/b", "~/b"   },
-        {"/a",    "/b",  "/b"    },
-        {"/a",    "./b", "./b"   },
-        {"/a",    "-",   "-"     },
+
         {"/a",    "b/c", "/a/b/c"},
     };
     char out[kFileNameRoom];
     for (const auto &c : cases) {
         EXPECT_EQ(FILE_join(c.directory, c.name, out), out);
         EXPECT_STREQ(out, c.joined);
+    }
+    for (const char *whole : {"~/b", "/b", "./b", "-"}) {
+        EXPECT_STREQ(FILE_join("/a", whole, out), whole);
     }
     const std::string long_name(10000, 'x');
     FILE_join("/a", long_name.c_str(), out);

@@ -37,11 +37,25 @@ DateRec user(int day, int hour = kNone, int minute = kNone)
     return make_date(kNone, kNone, day, hour, minute);
 }
 
-TEST(Names, ComposeFromADate)
+/// Names of data below /d; whatever a test changes is put back.
+class Names : public testing::Test {
+  protected:
+    Names() { reset(); }
+    ~Names() override { reset(); }
+    static void reset()
+    {
+        RES_put("data_path", "/d");
+        RES_put("filename", "");
+        TIME_clear_hour();
+        FILE_set_key('k', "");
+        set_name(kTemplate);
+    }
+};
+
+TEST_F(Names, ComposeFromADate)
 {
     const DateRec none;
     const DateRec d = make_date(1999, 3, 6, 14, 37);
-    RES_put("data_path", "/d");
     RES_put("raw_path", "/r r");
     RES_put("other", "/o");
     // clang-format off
@@ -87,12 +101,10 @@ TEST(Names, ComposeFromADate)
         EXPECT_EQ(compose(c.date), c.name);
         EXPECT_EQ(FILE_get_raw_step(), c.step);
     }
-    TIME_clear_hour();
 }
 
-TEST(Names, ComposingSetsTheFileDate)
+TEST_F(Names, ComposingSetsTheFileDate)
 {
-    TIME_clear_hour();
     set_name("@%10y%m%d%6h");
     compose(make_date(1999, 3, 6, 14, 37));
     DateRec date;
@@ -105,7 +117,7 @@ TEST(Names, ComposingSetsTheFileDate)
     EXPECT_EQ(date.yday, 61);
 }
 
-TEST(Names, WithoutATemplateTheNameStands)
+TEST_F(Names, WithoutATemplateTheNameStands)
 {
     char out[kFileNameRoom];
     EXPECT_EQ(set_name("NONE"), 0);
@@ -126,10 +138,8 @@ TEST(Names, WithoutATemplateTheNameStands)
     EXPECT_STREQ(out, "/d/last");
 }
 
-TEST(Names, ParseWhatTheUserTyped)
+TEST_F(Names, ParseWhatTheUserTyped)
 {
-    RES_put("data_path", "/d");
-    TIME_clear_hour();
     const DateRec none;
     // clang-format off
     const struct {
@@ -173,35 +183,26 @@ TEST(Names, ParseWhatTheUserTyped)
     }
 }
 
-TEST(Names, ParsingReadsAnExtension)
+TEST_F(Names, ParsingReadsAnExtension)
 {
-    RES_put("data_path", "/d");
     set_name("@%D/%y_%e.dat");
     EXPECT_EQ(parse("99_west.dat"), "/d/99_west.dat");
     EXPECT_EQ(compose(make_date(2001, 3, 6)), "/d/01_west.dat");
 }
 
-TEST(Names, DateBehindANameGoesToTheUsersHour)
+TEST_F(Names, DateBehindANameGoesToTheUsersHour)
 {
-    RES_put("data_path", "/d");
-    TIME_clear_hour();
-    set_name(kTemplate);
     EXPECT_EQ(parse("x.nc#199903061230"), "/d/x.nc");
     DateRec hour;
     TIME_get_hour(&hour);
-    EXPECT_EQ(hour.year, 1999);
-    EXPECT_EQ(hour.minute, 30);
+    EXPECT_EQ(fields(hour), fields(make_date(1999, 3, 6, 12, 30)));
     DateRec date;
     FILE_get_date(&date);
     EXPECT_EQ(date.hour, 12);
-    TIME_clear_hour();
 }
 
-TEST(Names, DirectoryOfTheUserStays)
+TEST_F(Names, DirectoryOfTheUserStays)
 {
-    RES_put("data_path", "/d");
-    TIME_clear_hour();
-    set_name(kTemplate);
     char out[kFileNameRoom];
     RES_put("filename", "./mine/99030612_prf.dat");
     EXPECT_EQ(FILE_get_name("", out), 0);
@@ -214,22 +215,18 @@ TEST(Names, DirectoryOfTheUserStays)
     FILE_get_name("", out);
     FILE_set_literal(0);
     EXPECT_EQ(compose(make_date(1999, 3, 6, 13)), "/d/99030613_prf.dat");
-    RES_put("filename", "");
 }
 
-TEST(Names, LongNamesAreBounded)
+TEST_F(Names, LongNamesAreBounded)
 {
-    TIME_clear_hour();
     const std::string path(4000, 'p');
     RES_put("data_path", ("/" + path).c_str());
-    set_name(kTemplate);
     EXPECT_EQ(compose(make_date(1999, 3, 6, 12)), "/" + path + "/99030612_prf.dat");
     EXPECT_EQ(parse(path), "/" + path + "/" + path.substr(0, kFileNameRoom - 4003));
     set_name("@" + std::string(5000, 'n'));
     const std::string told =
         told_by([] { EXPECT_EQ(compose(make_date(1999, 3, 6, 12)).size(), kFileNameRoom - 1); });
     EXPECT_NE(told.find("too long"), std::string::npos);
-    RES_put("data_path", "/d");
 }
 
 struct ConventionCase {
@@ -239,7 +236,7 @@ struct ConventionCase {
     const char *written; ///< by the output template
 };
 
-TEST(Names, ConventionFileIsSearchedFromTheTop)
+TEST_F(Names, ConventionFileIsSearchedFromTheTop)
 {
     const TempDir folder;
     folder.write("name_conv", "# comment %y\n"
@@ -250,9 +247,7 @@ TEST(Names, ConventionFileIsSearchedFromTheTop)
                               "long " +
                                   std::string(10000, 'x') + "\nafter %m.dat\n");
     RES_put("file_path", folder.path().c_str());
-    RES_put("data_path", "/d");
     RES_put("con_path", "/c");
-    TIME_clear_hour();
     const std::vector<ConventionCase> cases = {
         {"prf_dat",      1, "/d/99.dat",      ""         },
         {"PRF_DAT",      1, "/d/99.dat",      ""         },
@@ -284,11 +279,9 @@ TEST(Names, ConventionFileIsSearchedFromTheTop)
               "FILE_set_name: No file name convention file: /nonexistent/name_conv\n");
 }
 
-TEST(Names, InstalledConventionsGiveHourlyProfilerFiles)
+TEST_F(Names, InstalledConventionsGiveHourlyProfilerFiles)
 {
     RES_put("file_path", TYR_SOURCE_DIR "/data");
-    RES_put("data_path", "/d");
-    TIME_clear_hour();
     const std::vector<ConventionCase> cases = {
         {"prf_dat",       3600, "/d/20261122_0300_prf.nc",          ""},
         {"prf_bufr",      3600, "/d/20261122_0300_prf.bufr",        ""},
@@ -306,7 +299,7 @@ TEST(Names, InstalledConventionsGiveHourlyProfilerFiles)
     }
 }
 
-TEST(Names, KeysComeWithTheType)
+TEST_F(Names, KeysComeWithTheType)
 {
     RES_put("file_path", "/nonexistent");
     std::string type = "name_%r_%i:r=us east:i=01:x=";
@@ -321,7 +314,7 @@ TEST(Names, KeysComeWithTheType)
     FILE_set_key('i', "");
 }
 
-TEST(Names, SavedStateComesBack)
+TEST_F(Names, SavedStateComesBack)
 {
     set_name("@%6h_a");
     compose(make_date(1999, 3, 6, 13));
@@ -340,21 +333,20 @@ TEST(Names, SavedStateComesBack)
     EXPECT_EQ(FILE_get_step(), 100000);
 }
 
-TEST(Names, ListShowsTheFilesThatFit)
+TEST_F(Names, ListShowsTheFilesThatFit)
 {
     const TempDir folder;
     for (const char *name : {"99030612_prf.dat", "99030613_prf.dat", "9903061x_prf.dat", "other"}) {
         folder.write(name, "");
     }
     RES_put("data_path", folder.path().c_str());
-    set_name(kTemplate);
     const std::string list = shown_by(FILE_list);
     EXPECT_NE(list.find("99030612_prf.dat"), std::string::npos);
     EXPECT_NE(list.find("99030613_prf.dat"), std::string::npos);
     EXPECT_EQ(list.find("other"), std::string::npos);
 }
 
-TEST(Names, ListRunsNothingThatANameHolds)
+TEST_F(Names, ListRunsNothingThatANameHolds)
 {
     const TempDir folder;
     const std::string mark = folder.file("mark");
@@ -373,8 +365,6 @@ TEST(Names, ListRunsNothingThatANameHolds)
     RES_put("data_path", (folder.path() + "/" + odd).c_str());
     set_name("@%D/%y.dat");
     EXPECT_NE(shown_by(FILE_list).find("99.dat"), std::string::npos);
-    FILE_set_key('k', "");
-    RES_put("data_path", "/d");
 }
 
 } // namespace

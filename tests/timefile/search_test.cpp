@@ -55,58 +55,45 @@ class Current : public testing::Test {
 TEST_F(Current, WordsFindTheirFile)
 {
     const DateRec none;
+    const DateRec six_before = user_hour(kNone, kNone, -6, kNone);
     // clang-format off
     const struct {
-        const char *spec; ///< null for none
-        DateRec user;
         const char *name;
+        DateRec user;
+        std::vector<const char *> specs; ///< null for none
     } cases[] = {
-        {"",                none, "99030612"},
-        {"cu",              none, "99030612"},
-        {nullptr,           none, "99030607"},
-        {"la",              none, "99030607"},
-        {"LA",              none, "99030607"},
-        {"Cula",            none, "99030607"},
-        {"latest",          none, "99030607"},
-        {"-6",              none, "99030606"},
-        {"6",               none, "99030606"},
-        {"+6",              none, "99030618"},
-        {"-0:31",           none, "99030611"},
-        {"-1d",             none, "99030512"},
-        {"-1d2",            none, "99030510"},
-        {"la-6",            none, "99030601"},
-        {"la+1d1:30",       none, "99030709"},
-        {"-6la",            none, "99030603"},
-        {"-9+la",           none, "99030603"},
-        {"-10+la",          none, "99030603"},
-        {"la#3",            none, "99030610"},
-        {"la#6",            none, "99030607"},
-        {"#1999030608la",   none, "99030607"},
-        {"#1999030604",     none, "99030604"},
-        {"#199903060430-1", none, "99030603"},
-        {"#1999",           none, "99010100"},
-        {"#",               none, "99030612"},
-        {"junk",            none, "99030612"},
-        {"-99999999999999999999d", none, "%"},
-        {"",                user_hour(kNone, kNone, 10, kNone),    "99030610"},
-        {"",                user_hour(kNone, kNone, 14, kNone),    "99030514"},
-        {"",                user_hour(kNone, kNone, kNone, 45),    "99030611"},
-        {"",                user_hour(kNone, 5, kNone, kNone),     "99030512"},
-        {"",                user_hour(kNone, 7, kNone, kNone),     "99020712"},
-        {"",                user_hour(4, kNone, kNone, kNone),     "98040612"},
-        {"",                user_hour(kNone, kNone, -6, kNone),    "99030612"},
-        {"-1",              user_hour(kNone, kNone, -6, kNone),    "99030606"},
-        {"la",              user_hour(kNone, kNone, -6, kNone),    "%"},
+        {"99030612", none, {"", "cu", "#", "junk"}},
+        {"99030607", none, {nullptr, "la", "LA", "Cula", "latest", "la#6", "#1999030608la"}},
+        {"99030606", none, {"-6", "6"}},
+        {"99030618", none, {"+6"}},
+        {"99030611", none, {"-0:31"}},
+        {"99030512", none, {"-1d"}},
+        {"99030510", none, {"-1d2"}},
+        {"99030601", none, {"la-6"}},
+        {"99030709", none, {"la+1d1:30"}},
+        {"99030603", none, {"-6la", "-9+la", "-10+la", "#199903060430-1"}},
+        {"99030610", none, {"la#3"}},
+        {"99030604", none, {"#1999030604"}},
+        {"99010100", none, {"#1999"}},
+        {"99030610", user_hour(kNone, kNone, 10, kNone), {""}},
+        {"99030514", user_hour(kNone, kNone, 14, kNone), {""}},
+        {"99030611", user_hour(kNone, kNone, kNone, 45), {""}},
+        {"99030512", user_hour(kNone, 5, kNone, kNone),  {""}},
+        {"99020712", user_hour(kNone, 7, kNone, kNone),  {""}},
+        {"98040612", user_hour(4, kNone, kNone, kNone),  {""}},
+        {"99030612", six_before,                         {""}},
+        {"99030606", six_before,                         {"-1"}},
     };
     // clang-format on
     for (const auto &c : cases) {
-        SCOPED_TRACE(c.spec ? c.spec : "(null)");
         TIME_set_hour(&c.user);
-        const std::string name = current(c.spec);
-        if (*c.name != '%') {
-            EXPECT_EQ(name, c.name);
+        for (const char *spec : c.specs) {
+            EXPECT_EQ(current(spec), c.name) << (spec ? spec : "(null)");
         }
     }
+    current("la"); // with hours ahead any file will do, as long as the search ends
+    TIME_set_hour(&none);
+    current("-99999999999999999999d");
 }
 
 TEST_F(Current, TimeIsRoundedToTheStep)

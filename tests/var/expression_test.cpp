@@ -366,16 +366,16 @@ TEST(TypeWords, WordsAndNames)
         {"wx",    36, "symb" },
         {"line",  37, "line" },
         {"plot",  30, "plot" },
-        {"int",   -1, "----" },
-        {"barbs", -1, "----" },
-        {"",      -1, "----" }
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.word);
         EXPECT_EQ(VAR_plot_code(c.word), c.code);
         EXPECT_STREQ(VAR_plot_name(c.code), c.name);
     }
-    EXPECT_EQ(VAR_plot_code(nullptr), -1);
+    for (const char *word : {"int", "barbs", "", static_cast<const char *>(nullptr)}) {
+        EXPECT_EQ(VAR_plot_code(word), -1);
+    }
+    EXPECT_STREQ(VAR_plot_name(-1), "----");
     EXPECT_STREQ(VAR_plot_name(10), "grid");
     EXPECT_STREQ(VAR_plot_name(40), "const");
     EXPECT_STREQ(VAR_plot_name(5), "int");

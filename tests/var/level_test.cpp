@@ -1,8 +1,3 @@
-#include <string>
-#include <vector>
-
-#include <gtest/gtest.h>
-
 #include "base/missing.h"
 #include "base/prm.h"
 #include "var/layer.h"

@@ -1,7 +1,5 @@
 #include <cmath>
 
-#include <gtest/gtest.h>
-
 #include "base/missing.h"
 #include "var/comfort.h"
 #include "var/thermo.h"

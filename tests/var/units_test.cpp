@@ -1,8 +1,5 @@
 #include <fstream>
 #include <sstream>
-#include <string>
-
-#include <gtest/gtest.h>
 
 #include "base/missing.h"
 #include "base/res.h"

@@ -1,8 +1,5 @@
 #include <cmath>
 #include <functional>
-#include <vector>
-
-#include <gtest/gtest.h>
 
 #include "base/missing.h"
 #include "var/wind_profile.h"
