@@ -139,12 +139,11 @@ TEST(Convert, HandsOutTexts)
 
 TEST(Convert, KnowsDevicesPlotTypesAndFileParameters)
 {
-    struct Case {
+    const struct {
         int type;
         const char *value;
         int slot, result;
-    };
-    const std::vector<Case> cases = {
+    } cases[] = {
         {kResDevice,    "Ps",     kPrmDevice,    4    },
         {kResDevice,    "q,x",    kPrmDevice,    5    },
         {kResDevice,    "H",      kPrmDevice,    5    },
@@ -162,7 +161,7 @@ TEST(Convert, KnowsDevicesPlotTypesAndFileParameters)
         {kResFileParam, "app",    kPrmFileParam, 2    },
         {kResFileParam, "other",  kPrmFileParam, -9999},
     };
-    for (const Case &c : cases) {
+    for (const auto &c : cases) {
         SCOPED_TRACE(c.value);
         PRM_clear(kMissingInt);
         EXPECT_EQ(RES_convert(c.value, nullptr, c.type), 1);

@@ -155,18 +155,17 @@ TEST(Str, CutLineDropsWhatIsTooLong)
 
 TEST(Bytes, SwapsByTheOrderOfTheData)
 {
-    struct Case {
+    const struct {
         const char *name;
         int order;
         bool swaps; ///< on a little-endian host
-    };
-    const std::vector<Case> cases = {
+    } cases[] = {
         {"big-endian data",    1,  true },
         {"little-endian data", 2,  false},
         {"never",              -1, false},
         {"any other",          7,  true },
     };
-    for (const Case &c : cases) {
+    for (const auto &c : cases) {
         SCOPED_TRACE(c.name);
         BYTE_set_order(c.order);
         unsigned words[2] = {0x01020304U, 0xA0B0C0D0U};

@@ -205,7 +205,6 @@ TEST(Sequence, WalksItsHours)
     RES_put("data_path", "/d");
     TIME_clear_hour();
     FILE_set_default_hours(0);
-
     const struct {
         const char *name;
         const char *num_hour; ///< null for the default

@@ -60,7 +60,7 @@ TEST(Wind, CalmMissingAndAHairWestOfNorth)
 {
     float dir = 1;
     float spd = 1;
-    EXPECT_EQ(MET_wind_dirspd(&dir, &spd, 0.001F, 0.001F), 0);
+    EXPECT_EQ(MET_wind_dirspd(&dir, &spd, 0.006F, 0.007F), 0);
     EXPECT_EQ(dir, 0.0F);
     EXPECT_EQ(MET_wind_dirspd(&dir, &spd, M, 1), -1);
     EXPECT_EQ(dir, M);
