@@ -131,6 +131,8 @@ void find_pair(FILE *file, const std::string &from, const std::string &to, Conve
         if (first.empty() || first[0] == '#' || !is_same(first, from) || !is_same(second, to))
             continue;
         read_conversion(third, conversion);
+        MSG_out(kTrace, "%s %s %s %f %f\n", first.c_str(), second.c_str(), third.c_str(),
+                double{conversion->scale}, double{conversion->offset});
         return;
     }
 }
@@ -159,8 +161,6 @@ float UNIT_convert(const char *from, const char *to, float value)
     }
     find_pair(file.get(), in.name, out.name, &conversion);
     state = {from_text, to_text, conversion};
-    MSG_out(kTrace, "%s %s %f %f %f\n", in.name.c_str(), out.name.c_str(), double{conversion.in},
-            double{conversion.scale}, double{conversion.offset});
     return conversion.apply(value);
 }
 

@@ -6,43 +6,38 @@
 #include "base/msg.h"
 #include "base/res.h"
 #include "base/sys.h"
-#include "support/temp_dir.h"
+#include "support/capture.h"
 
 namespace {
 
 /// Runs with the text as standard input; returns what was shown.
 template <typename Action> std::string with_input(const std::string &text, Action action)
 {
-    const TempDir folder;
-    const std::string path = folder.write("input", text);
-    EXPECT_TRUE(std::freopen(path.c_str(), "r", stdin));
-    testing::internal::CaptureStdout();
-    action();
-    return testing::internal::GetCapturedStdout();
+    type_in(text);
+    return shown_by(action);
 }
-
-struct TextCase {
-    const char *name;
-    std::string input;
-    int size;
-    std::string answer;
-    int asked; ///< how often
-};
 
 TEST(Ask, ReadsOneWord)
 {
-    const std::vector<TextCase> cases = {
-        {"word",                  "abc\n",                         20,               "abc", 1                             },
-        {"ends at a blank",       "  abc def\r\n",                 20,               "abc", 1                             },
-        {"cut to the size",       "abcdef\n",                      4,                "abc", 1                             },
-        {"size below two",        "abcdef\n",                      0,                "a",   1                             },
-        {"empty lines",           "\n  \nabc\n",                   20,               "abc", 3                             },
-        {"set in between",        "set asked = some value\nabc\n", 20,               "abc", 2                             },
-        {"long line is one line", std::string(10000,               'x') + "\nabc\n", 4096,  std::string(79,                 'x'),
-         1},
-        {"no newline at the end",                       "abc",                                                      20,                                                "abc",                          1},
+    const std::string long_line = std::string(10000, 'x') + "\nabc\n";
+    const std::string cut_line(79, 'x');
+    const struct {
+        const char *name;
+        std::string input;
+        int size;
+        std::string answer;
+        int asked; ///< how often
+    } cases[] = {
+        {"word",                  "abc\n",                         20,   "abc",    1},
+        {"ends at a blank",       "  abc def\r\n",                 20,   "abc",    1},
+        {"cut to the size",       "abcdef\n",                      4,    "abc",    1},
+        {"size below two",        "abcdef\n",                      0,    "a",      1},
+        {"empty lines",           "\n  \nabc\n",                   20,   "abc",    3},
+        {"set in between",        "set asked = some value\nabc\n", 20,   "abc",    2},
+        {"long line is one line", long_line,                       4096, cut_line, 1},
+        {"no newline at the end", "abc",                           20,   "abc",    1},
     };
-    for (const TextCase &c : cases) {
+    for (const auto &c : cases) {
         SCOPED_TRACE(c.name);
         char answer[4097];
         const std::string shown =
@@ -72,10 +67,8 @@ TEST(Ask, ReadsNumbersAndAsksAgain)
 TEST(Ask, SetAloneListsTheResources)
 {
     RES_put("a_resource", "shown");
-    const std::string shown = with_input("SET\nabc\n", [] {
-        char answer[20];
-        ASK_text("? ", answer, 20);
-    });
+    char answer[20];
+    const std::string shown = with_input("SET\nabc\n", [&] { ASK_text("? ", answer, 20); });
     EXPECT_NE(shown.find("a_resource: shown\n"), std::string::npos);
 }
 
@@ -101,16 +94,13 @@ constexpr MenuRow kRows[] = {
     {nullptr,                   nullptr, 0,  nullptr},
 };
 
-struct MenuCase {
-    const char *typed;
-    int flags;
-    int value;
-    const char *answer;
-};
-
 TEST(Menu, SelectsByNumberWordOrText)
 {
-    const std::vector<MenuCase> cases = {
+    const struct {
+        const char *typed;
+        int flags, value;
+        const char *answer;
+    } cases[] = {
         {"1",                    0, 11,          "wbrb"               },
         {"3",                    0, 14,          "spd"                },
         {"4",                    0, kMissingInt, "4"                  },
@@ -128,7 +118,7 @@ TEST(Menu, SelectsByNumberWordOrText)
         {"99999999999999999999", 0, kMissingInt, "9999999999999999999"},
         {"us,ne",                3, kMissingInt, "us,ne"              },
     };
-    for (const MenuCase &c : cases) {
+    for (const auto &c : cases) {
         SCOPED_TRACE(c.typed);
         char answer[kMenuAnswerRoom];
         with_input(std::string(c.typed) + "\n", [&] {
@@ -146,25 +136,23 @@ TEST(Menu, QuestionMarkListsTheWords)
     EXPECT_NE(shown.find("? wbrb,spd\n\n? "), std::string::npos);
 }
 
-struct ShowCase {
-    int flags;
-    const char *tail;
-};
-
 TEST(Menu, ShowsOneColumnAndItsExtras)
 {
     const std::string rows = "Title\n"
                              "  1: Wind barbs                    \n"
                              " --------------------               \n"
                              "  3: Speed                         \n";
-    const std::vector<ShowCase> cases = {
+    const struct {
+        int flags;
+        const char *tail;
+    } cases[] = {
         {0, "\n"                                                                          },
         {1, "  0: Exit program                  \n\n"                                     },
         {2, "  0: Return to previous menu       \n\n"                                     },
         {3, "  0: Return to previous menu       \n -1: Exit program                  \n\n"},
         {4, " 99: Help                          \n\n"                                     },
     };
-    for (const ShowCase &c : cases) {
+    for (const auto &c : cases) {
         const std::string shown = with_input("", [&] { MENU_show("Title", kRows, 0, c.flags); });
         EXPECT_EQ(shown, rows + c.tail) << c.flags;
     }
@@ -172,17 +160,14 @@ TEST(Menu, ShowsOneColumnAndItsExtras)
 
 TEST(Menu, ThirteenRowsStandInTwoColumns)
 {
-    std::vector<std::string> texts;
-    for (int i = 0; i <= 13; ++i) {
-        texts.push_back("row " + std::to_string(i));
-    }
-    std::vector<MenuRow> rows;
-    for (const std::string &t : texts) {
-        rows.push_back({t.c_str(), "", 0, nullptr});
+    std::string texts[14];
+    MenuRow rows[15] = {}; // an empty row ends them
+    for (int i = 0; i < 14; ++i) {
+        texts[i] = "row " + std::to_string(i);
+        rows[i] = {texts[i].c_str(), "", 0, nullptr};
     }
     rows[2].text = "-";
-    rows.push_back({nullptr, nullptr, 0, nullptr});
-    const std::string shown = with_input("", [&] { MENU_show("T", rows.data(), 0, 3); });
+    const std::string shown = with_input("", [&] { MENU_show("T", rows, 0, 3); });
     const std::string pad(25, ' '); // entries are filled to 30 characters
     EXPECT_NE(shown.find("  1: row 1" + pad + "   8: row 8" + pad + "\n"), std::string::npos)
         << shown;

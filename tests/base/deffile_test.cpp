@@ -1,9 +1,8 @@
-#include <cstdlib>
-
 #include "base/deffile.h"
 #include "base/msg.h"
 #include "base/res.h"
-#include "support/temp_dir.h"
+#include "support/capture.h"
+#include "support/scoped_env.h"
 
 namespace {
 
@@ -25,31 +24,32 @@ std::string read_all(const std::string &text)
 
 struct FileCase {
     const char *name;
-    std::string text;
-    std::string result;
+    std::string text, result;
 };
 
 TEST(Deffile, ReadsResourceLines)
 {
     const std::string long_name = std::string(100, 'n') + " 1\n";
+    const std::string cut_name = std::string(49, 'n') + "=1;";
     const std::string long_value = "a " + std::string(240, 'v') + "\n";
+    const std::string cut_value = "a=" + std::string(207, 'v') + ";";
     const std::string long_blank = "a " + std::string(10000, ' ') + "x\nb 2\n";
     const std::string long_line = "a 1 " + std::string(10000, 'x') + " y z\nb 2\n";
     const std::string binary("\0\1\xff\n\0 x\nb 2\n", 12);
     const std::vector<FileCase> cases = {
-        {"plain",            "a 1\n\n\n b: 2 three\n", "a=1;b=2;"        },
-        {"lower case name",  "*File_Path: /A/b\n",     "*file_path=/A/b;"},
-        {"comment",          "#a 1\nb 2",              "b=2;"            },
-        {"no value",         "a\nb:\nc 3\n",           "c=3;"            },
-        {"quotes",           "a \"one  two\" three\n", "a=one  two;"     },
-        {"empty quotes",     "a \"\"\n",               "a=\"\";"         },
-        {"open quotes",      "a \"one two\n",          "a=one two;"      },
-        {"carriage returns", "a 1\r\nb 2\r\n",         "a=1;b=2;"        },
-        {"long name",        long_name,                std::string(49,     'n') + "=1;"},
-        {"long value",                  long_value,                               "a=" + std::string(207,                      'v') + ";"},
-        {"very long line",        long_blank,                                "b=2;"             },
-        {"cut line is one line",            long_line,     "a=1;b=2;"},
-        {"binary",        binary,                            "b=2;"                                                  },
+        {"plain",                "a 1\n\n\n b: 2 three\n", "a=1;b=2;"        },
+        {"lower case name",      "*File_Path: /A/b\n",     "*file_path=/A/b;"},
+        {"comment",              "#a 1\nb 2",              "b=2;"            },
+        {"no value",             "a\nb:\nc 3\n",           "c=3;"            },
+        {"quotes",               "a \"one  two\" three\n", "a=one  two;"     },
+        {"empty quotes",         "a \"\"\n",               "a=\"\";"         },
+        {"open quotes",          "a \"one two\n",          "a=one two;"      },
+        {"carriage returns",     "a 1\r\nb 2\r\n",         "a=1;b=2;"        },
+        {"long name",            long_name,                cut_name          },
+        {"long value",           long_value,               cut_value         },
+        {"very long line",       long_blank,               "b=2;"            },
+        {"cut line is one line", long_line,                "a=1;b=2;"        },
+        {"binary",               binary,                   "b=2;"            },
     };
     for (const FileCase &c : cases) {
         SCOPED_TRACE(c.name);
@@ -77,20 +77,17 @@ TEST(Deffile, FollowsBranches)
         SCOPED_TRACE(c.name);
         DEF_clear();
         DEF_define("v");
-        testing::internal::CaptureStderr();
-        EXPECT_EQ(read_all(c.text), c.result);
-        testing::internal::GetCapturedStderr();
+        told_by([&] { EXPECT_EQ(read_all(c.text), c.result); });
     }
 }
 
 TEST(Deffile, TellsStrayBranches)
 {
     DEF_clear();
-    testing::internal::CaptureStderr();
-    EXPECT_EQ(read_all("ELIF a\nELSE\nEND\nb 2\n"), "b=2;");
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), "DEF_get: elif without an if\n"
-                                                      "DEF_get: else without an if\n"
-                                                      "DEF_get: end without an if\n");
+    EXPECT_EQ(told_by([] { EXPECT_EQ(read_all("ELIF a\nELSE\nEND\nb 2\n"), "b=2;"); }),
+              "DEF_get: elif without an if\n"
+              "DEF_get: else without an if\n"
+              "DEF_get: end without an if\n");
 }
 
 TEST(Deffile, BranchesAndWordsOutliveAFile)
@@ -103,18 +100,17 @@ TEST(Deffile, BranchesAndWordsOutliveAFile)
 TEST(Deffile, HasRoomForTenWordsAndTwelveIfs)
 {
     DEF_clear();
-    testing::internal::CaptureStderr();
     for (int i = 0; i < 10; ++i) {
         EXPECT_EQ(DEF_define(("w" + std::to_string(i)).c_str()), 0);
     }
-    EXPECT_EQ(DEF_define("w10"), -1);
+    EXPECT_EQ(told_by([] { EXPECT_EQ(DEF_define("w10"), -1); }),
+              "DEF_define: more than 10 words: w10\n");
     std::string text;
     for (int i = 0; i < 13; ++i) {
         text += "IF w1\n";
     }
-    EXPECT_EQ(read_all(text + "ELSE\nhidden 1\nEND\nseen 2\n"), "seen=2;");
-    EXPECT_EQ(testing::internal::GetCapturedStderr(),
-              "DEF_define: more than 10 words: w10\n"
+    text += "ELSE\nhidden 1\nEND\nseen 2\n";
+    EXPECT_EQ(told_by([&] { EXPECT_EQ(read_all(text), "seen=2;"); }),
               "DEF_get: more than 12 ifs in one another: w1\n");
 }
 
@@ -137,52 +133,27 @@ TEST(Deffile, FindsTheFileOfADirectory)
 TEST(Deffile, InstalledFileSetsOnlyTheFilePath)
 {
     DEF_clear();
-    EXPECT_EQ(DEF_open(TYR_SOURCE_DIR "/data"), 0);
-    char name[kDefNameRoom];
-    char value[kDefValueRoom];
-    EXPECT_EQ(DEF_get(name, value), 1);
-    EXPECT_STREQ(name, "*file_path");
-    EXPECT_STREQ(value, "/usr/local/tyr/etc");
-    EXPECT_EQ(DEF_get(name, value), -1);
-    DEF_close();
+    EXPECT_EQ(read_all(read_file(TYR_SOURCE_DIR "/data/tyr.cfg")),
+              "*file_path=/usr/local/tyr/etc;");
 }
-
-struct MatchCase {
-    const char *def_name;
-    const char *option;
-    const char *pattern;
-    int result;
-};
 
 TEST(Deffile, MatchesPatterns)
 {
     RES_set_program("prf");
-    const std::vector<MatchCase> cases = {
-        {"",       "level",      "*level",          1},
-        {"",       "level",      "prf.level",       1},
-        {"",       "level",      "prf*level",       1},
-        {"",       "level",      "*.level",         1},
-        {"",       "level",      "level",           0},
-        {"",       "level",      "other.level",     0},
-        {"",       "level",      "*leve",           0},
-        {"",       "level",      "*level*",         0},
-        {"",       "level",      "*",               0},
-        {"",       "level",      "**level",         0},
-        {"",       "level",      "*evel",           1},
-        {"",       "level",      "*f.*level",       1},
-        {"",       "levellevel", "*level",          0},
-        {"",       "level",      "*LEVEL",          0},
-        {"",       "level",      "",                0},
-        {"other",  "level",      "other.level",     1},
-        {"other",  "level",      "prf.level",       0},
-        {"+night", "level",      "prf.night.level", 1},
-        {"+night", "level",      "*level",          1},
-    };
-    for (const MatchCase &c : cases) {
-        SCOPED_TRACE(c.pattern);
-        DEF_set_name(c.def_name);
-        EXPECT_EQ(DEF_match(c.option, c.pattern), c.result);
+    for (const char *fits : {"*level", "prf.level", "prf*level", "*.level", "*evel", "*f.*level"}) {
+        EXPECT_EQ(DEF_match("level", fits), 1) << fits;
     }
+    for (const char *unfit :
+         {"level", "other.level", "*leve", "*level*", "*", "**level", "*LEVEL", ""}) {
+        EXPECT_EQ(DEF_match("level", unfit), 0) << unfit;
+    }
+    EXPECT_EQ(DEF_match("levellevel", "*level"), 0);
+    DEF_set_name("other");
+    EXPECT_EQ(DEF_match("level", "other.level"), 1);
+    EXPECT_EQ(DEF_match("level", "prf.level"), 0);
+    DEF_set_name("+night");
+    EXPECT_EQ(DEF_match("level", "prf.night.level"), 1);
+    EXPECT_EQ(DEF_match("level", "*level"), 1);
     DEF_set_name("");
     EXPECT_EQ(DEF_match_other("*free"), 1);
     EXPECT_EQ(DEF_match_other("prf.free"), 1);
@@ -196,18 +167,15 @@ TEST(Deffile, LooksAtThreeVariables)
     RES_set_program("prf");
     char value[kDefEnvRoom];
     EXPECT_EQ(DEF_env("some_res", "tyrsome", value), 0);
-    setenv("tyrsome_res", "plain", 1);
+    const ScopedEnv plain("tyrsome_res", "plain");
     EXPECT_EQ(DEF_env("some_res", nullptr, value), 1);
     EXPECT_STREQ(value, "plain");
-    setenv("tyrsome", "own", 1);
+    const ScopedEnv own("tyrsome", "own");
     EXPECT_EQ(DEF_env("some_res", "tyrsome", value), 1);
     EXPECT_STREQ(value, "own");
-    setenv("tyrprf.some_res", "program's", 1);
+    const ScopedEnv program("tyrprf.some_res", "program's");
     EXPECT_EQ(DEF_env("some_res", "tyrsome", value), 1);
     EXPECT_STREQ(value, "program's");
-    for (const char *name : {"tyrsome_res", "tyrsome", "tyrprf.some_res"}) {
-        unsetenv(name);
-    }
 }
 
 } // namespace

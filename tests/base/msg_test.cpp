@@ -2,7 +2,7 @@
 #include "base/msg.h"
 #include "base/prm.h"
 #include "base/res.h"
-#include "support/temp_dir.h"
+#include "support/capture.h"
 #include "timefile/file.h"
 
 namespace {
@@ -16,42 +16,34 @@ void reset()
     MSG_set_paging(1);
 }
 
-struct WordCase {
-    const char *words;
-    unsigned mask;
-};
-
 TEST(Msg, LevelWordsSetTheMask)
 {
-    const std::vector<WordCase> cases = {
-        {"none",            0                    },
-        {"print",           0xF                  },
-        {"warn",            0xFF                 },
-        {"error",           0x3F                 },
-        {"WARN",            0xFF                 },
-        {"mess",            0xFFF                },
-        {"debug",           0xFFFFFFFF           },
-        {"out2b",           0x0003FFFF           },
-        {"warnc",           0x7F                 },
-        {"warna",           0                    },
-        {"errorc",          0                    },
-        {"+debug",          kDefault | 0xF0000000},
-        {"-print",          kDefault & ~0xFU     },
-        {"-out1,-out2",     0xFFF                },
-        {"warn,+out3d",     0x008000FF           },
-        {"messages please", 0xFFF                },
-        {"wurn",            0                    },
-        {"+wurn",           kDefault             },
-        {"-",               kDefault             },
-        {"",                kDefault             },
+    const struct {
+        unsigned mask;
+        std::vector<const char *> words;
+    } cases[] = {
+        {0,                     {"none", "warna", "errorc", "wurn"}       },
+        {0xF,                   {"print"}                                 },
+        {0x3F,                  {"error"}                                 },
+        {0x7F,                  {"warnc"}                                 },
+        {0xFF,                  {"warn", "WARN"}                          },
+        {0xFFF,                 {"mess", "-out1,-out2", "messages please"}},
+        {0x0003FFFF,            {"out2b"}                                 },
+        {0x008000FF,            {"warn,+out3d"}                           },
+        {0xFFFFFFFF,            {"debug"}                                 },
+        {kDefault | 0xF0000000, {"+debug"}                                },
+        {kDefault & ~0xFU,      {"-print"}                                },
+        {kDefault,              {"+wurn", "-", ""}                        },
     };
-    for (const WordCase &c : cases) {
-        SCOPED_TRACE(c.words);
-        reset();
-        const int before = MSG_explicit();
-        MSG_options(c.words);
-        EXPECT_EQ(MSG_get_mask(), c.mask);
-        EXPECT_EQ(MSG_explicit(), before + 1);
+    for (const auto &c : cases) {
+        for (const char *words : c.words) {
+            SCOPED_TRACE(words);
+            reset();
+            const int before = MSG_explicit();
+            MSG_options(words);
+            EXPECT_EQ(MSG_get_mask(), c.mask);
+            EXPECT_EQ(MSG_explicit(), before + 1);
+        }
     }
 }
 
@@ -81,25 +73,26 @@ TEST(Msg, ModesOfTheMaskYieldToTheUser)
 TEST(Msg, TextGoesToItsStream)
 {
     reset();
-    testing::internal::CaptureStdout();
-    testing::internal::CaptureStderr();
-    EXPECT_EQ(MSG_out(kMsgPrint, "to out %d\n", 1), 1);
-    EXPECT_EQ(MSG_out(kMsgWarn, "to err %s\n", "two"), 1);
-    EXPECT_EQ(MSG_out(64, "single bit\n"), 1);
-    EXPECT_EQ(MSG_out(kMsgDebug, "unseen\n"), 0);
-    EXPECT_EQ(testing::internal::GetCapturedStdout(), "to out 1\n");
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), "to err two\nsingle bit\n");
+    std::string shown;
+    const std::string told = told_by([&] {
+        shown = shown_by([] {
+            EXPECT_EQ(MSG_out(kMsgPrint, "to out %d\n", 1), 1);
+            EXPECT_EQ(MSG_out(kMsgWarn, "to err %s\n", "two"), 1);
+            EXPECT_EQ(MSG_out(64, "single bit\n"), 1);
+            EXPECT_EQ(MSG_out(kMsgDebug, "unseen\n"), 0);
+        });
+    });
+    EXPECT_EQ(shown, "to out 1\n");
+    EXPECT_EQ(told, "to err two\nsingle bit\n");
 }
-
-struct SinkCase {
-    const char *prefix;
-    int shown;
-    std::string log; ///< what the log holds; '#' stands for a time stamp
-};
 
 TEST(Msg, SinksTakeTheText)
 {
-    const std::vector<SinkCase> cases = {
+    const struct {
+        const char *prefix;
+        int shown;
+        std::string log; ///< what the log holds; '#' stands for a time stamp
+    } cases[] = {
         {"fi=",  0, "old\nnew 7\n"     },
         {"+fi=", 1, "old\nnew 7\n"     },
         {"-fi=", 1, "new 7\n"          },
@@ -107,22 +100,21 @@ TEST(Msg, SinksTakeTheText)
         {"@fi=", 1, "old\n# -- new 7\n"},
     };
     const TempDir folder;
-    for (const SinkCase &c : cases) {
+    for (const auto &c : cases) {
         SCOPED_TRACE(c.prefix);
         reset();
         const std::string path = folder.write("made/run.log", "old\n");
         MSG_options((c.prefix + path).c_str());
-        testing::internal::CaptureStdout();
-        EXPECT_EQ(MSG_out(kMsgPrint, "new %d\n", 7), c.shown);
-        EXPECT_EQ(testing::internal::GetCapturedStdout(), c.shown ? "new 7\n" : "");
+        EXPECT_EQ(shown_by([&] { EXPECT_EQ(MSG_out(kMsgPrint, "new %d\n", 7), c.shown); }),
+                  c.shown ? "new 7\n" : "");
         MSG_options("+fi=/dev/null"); // closes the log, the terminal is back
         std::string log = read_file(path);
         if (c.prefix[0] == '@') {
-            const size_t from = 4;
-            EXPECT_EQ(log.substr(from + 9, 2), "  ");
-            EXPECT_EQ(log[from + 19], 'Z');
-            log.replace(from, 20, "#");
+            EXPECT_EQ(log.substr(4 + 9, 2), "  ");
+            EXPECT_EQ(log[4 + 19], 'Z');
+            log.replace(4, 20, "#");
         }
+
         EXPECT_EQ(log, c.log);
     }
 }
@@ -131,9 +123,7 @@ TEST(Msg, LogThatCannotOpenLosesNothingOnTheTerminal)
 {
     reset();
     MSG_options("+fi=/proc/no/such/log");
-    testing::internal::CaptureStdout();
-    EXPECT_EQ(MSG_out(kMsgPrint, "still here\n"), 1);
-    EXPECT_EQ(testing::internal::GetCapturedStdout(), "still here\n");
+    EXPECT_EQ(shown_by([] { EXPECT_EQ(MSG_out(kMsgPrint, "still here\n"), 1); }), "still here\n");
 }
 
 TEST(Msg, WordsWithoutAValueAreHarmless)
@@ -161,19 +151,14 @@ TEST(Msg, BatchYieldsToTheUsersLevel)
 
 TEST(Msg, PagerCountsTheNewlinesOfTheFormat)
 {
-    const TempDir folder;
-    const std::string keys = folder.write("keys", "\n\n\n\n\n\n");
-    ASSERT_TRUE(std::freopen(keys.c_str(), "r", stdin));
+    type_in("\n\n\n\n\n\n");
     reset();
     MSG_options("warn,line=10,page");
-    testing::internal::CaptureStdout();
     for (int i = 0; i < 10; ++i) {
-        MSG_out(kMsgPrint, "%s\n", "not\ncounted");
+        EXPECT_EQ(shown_by([] { MSG_out(kMsgPrint, "%s\n", "not\ncounted"); }), "not\ncounted\n");
     }
-    EXPECT_EQ(testing::internal::GetCapturedStdout().find("Press"), std::string::npos);
-    testing::internal::CaptureStdout();
-    MSG_out(kMsgPrint, "eleventh\n");
-    EXPECT_EQ(testing::internal::GetCapturedStdout(), "eleventh\nPress return to continue\n");
+    EXPECT_EQ(shown_by([] { MSG_out(kMsgPrint, "eleventh\n"); }),
+              "eleventh\nPress return to continue\n");
     MSG_set_paging(1);
 }
 

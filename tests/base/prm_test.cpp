@@ -18,15 +18,13 @@ TEST(Prm, SlotsHoldNumbersInsideTheTable)
     }
 }
 
-struct DrawCase {
-    const char *value;
-    std::vector<int> slots;
-};
-
 TEST(Prm, DrawListTurnsComponentsOnAndOff)
 {
     // text, six texts, data, map, grid, sum, border, all
-    const std::vector<DrawCase> cases = {
+    const struct {
+        const char *value;
+        std::vector<int> slots;
+    } cases[] = {
         {"none",           {0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0} },
         {"all",            {6, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 17}},
         {"map",            {0, 0, 0, 0, 0, 0, 0, 0, 1, 0, 0, 0, 1} },
@@ -37,7 +35,7 @@ TEST(Prm, DrawListTurnsComponentsOnAndOff)
         {"-sum,none,+all", {6, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 17}},
         {"-nothing",       {6, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 17}},
     };
-    for (const DrawCase &c : cases) {
+    for (const auto &c : cases) {
         SCOPED_TRACE(c.value);
         PRM_set_draw(kDrawAll, 1);
         EXPECT_EQ(RES_convert(c.value, nullptr, kResDraw), 1);

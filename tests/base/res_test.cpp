@@ -6,7 +6,8 @@
 #include "base/prm.h"
 #include "base/res.h"
 #include "base/str.h"
-#include "timefile/date.h"
+#include "support/capture.h"
+#include "support/dates.h"
 
 namespace {
 
@@ -22,9 +23,7 @@ TEST(Res, KeepsPlaceAndTellsNoneFromEmpty)
     RES_put("res_a", RES_get("res_a"));
     EXPECT_STREQ(RES_get("res_a"), "2") << "a value may be stored over itself";
     MSG_set_mask(10, 0xFFFFF);
-    testing::internal::CaptureStdout();
-    RES_print_all();
-    const std::string all = testing::internal::GetCapturedStdout();
+    const std::string all = shown_by(RES_print_all);
     EXPECT_NE(all.find("res_a: 2\nres_b:\n"), std::string::npos) << all;
 }
 
@@ -57,16 +56,14 @@ TEST(Res, ProgramNameIsTheBaseName)
     std::free(copy);
 }
 
-struct IntCase {
-    int type;
-    const char *value;
-    int result; ///< from 77 before
-    int returned;
-};
-
 TEST(Convert, ReadsNumbersAndFlags)
 {
-    const std::vector<IntCase> cases = {
+    const struct {
+        int type;
+        const char *value;
+        int result; ///< from 77 before
+        int returned;
+    } cases[] = {
         {kResFlag,     nullptr,                1,          1},
         {kResFlag,     "Yes",                  1,          1},
         {kResFlag,     "OFF",                  0,          1},
@@ -82,7 +79,7 @@ TEST(Convert, ReadsNumbersAndFlags)
         {kResNameConv, "x",                    77,         0},
         {99,           "1",                    77,         0},
     };
-    for (const IntCase &c : cases) {
+    for (const auto &c : cases) {
         SCOPED_TRACE(c.value ? c.value : "(null)");
         int result = 77;
         EXPECT_EQ(RES_convert(c.value, &result, c.type), c.returned);
@@ -142,13 +139,11 @@ TEST(Convert, HandsOutTexts)
 
 TEST(Convert, KnowsDevicesPlotTypesAndFileParameters)
 {
-    struct Case {
+    const struct {
         int type;
         const char *value;
-        int slot;
-        int result;
-    };
-    const std::vector<Case> cases = {
+        int slot, result;
+    } cases[] = {
         {kResDevice,    "Ps",     kPrmDevice,    4    },
         {kResDevice,    "q,x",    kPrmDevice,    5    },
         {kResDevice,    "H",      kPrmDevice,    5    },
@@ -166,7 +161,7 @@ TEST(Convert, KnowsDevicesPlotTypesAndFileParameters)
         {kResFileParam, "app",    kPrmFileParam, 2    },
         {kResFileParam, "other",  kPrmFileParam, -9999},
     };
-    for (const Case &c : cases) {
+    for (const auto &c : cases) {
         SCOPED_TRACE(c.value);
         PRM_clear(kMissingInt);
         EXPECT_EQ(RES_convert(c.value, nullptr, c.type), 1);
@@ -174,43 +169,39 @@ TEST(Convert, KnowsDevicesPlotTypesAndFileParameters)
     }
 }
 
-struct HourCase {
-    const char *value;
-    int year, month, day, hour, minute;
-};
-
 TEST(Convert, ReadsHours)
 {
     constexpr int kNone = kMissingInt;
-    const std::vector<HourCase> cases = {
-        {"#199903061230", 1999,  3,     6,     12,    30   },
-        {"#199903",       1999,  3,     kNone, kNone, kNone},
-        {"030612",        kNone, 3,     6,     12,    kNone},
-        {"0612",          kNone, kNone, 6,     12,    kNone},
-        {"612",           kNone, kNone, 6,     12,    kNone},
-        {"6d12:30",       kNone, kNone, 6,     12,    30   },
-        {":30",           kNone, kNone, kNone, kNone, 30   },
-        {"-:30",          kNone, kNone, kNone, kNone, -30  },
-        {"12",            kNone, kNone, kNone, 12,    kNone},
-        {"12:30",         kNone, kNone, kNone, 12,    30   },
-        {"-3",            kNone, kNone, kNone, -3,    kNone},
-        {"-306",          kNone, kNone, kNone, -306,  kNone},
-        {"-0:30",         kNone, kNone, kNone, kNone, -30  },
-        {"-0",            kNone, kNone, kNone, kNone, kNone},
-        {"0",             kNone, kNone, kNone, 0,     kNone},
-        {"noon",          kNone, kNone, kNone, kNone, kNone},
-        {"",              kNone, kNone, kNone, kNone, kNone},
+    // clang-format off
+    const struct {
+        const char *value;
+        DateRec hour;
+    } cases[] = {
+        {"#199903061230", make_date(1999, 3, 6, 12, 30)},
+        {"#199903",       make_date(1999, 3)},
+        {"030612",        make_date(kNone, 3, 6, 12)},
+        {"0612",          make_date(kNone, kNone, 6, 12)},
+        {"612",           make_date(kNone,kNone, 6, 12)},
+        {"6d12:30",       make_date(kNone, kNone, 6, 12, 30)},
+        {":30",           make_date(kNone,kNone, kNone, kNone, 30)},
+        {"-:30",          make_date(kNone, kNone, kNone, kNone, -30)},
+        {"12",            make_date(kNone, kNone, kNone, 12)},
+        {"12:30",         make_date(kNone, kNone, kNone, 12, 30)},
+        {"-3",            make_date(kNone,kNone, kNone, -3)},
+        {"-306",          make_date(kNone, kNone, kNone, -306)},
+        {"-0:30",         make_date(kNone, kNone, kNone, kNone, -30)},
+        {"-0",            make_date(kNone)},
+        {"0",             make_date(kNone, kNone, kNone, 0)},
+        {"noon",          make_date(kNone)},
+        {"",              make_date(kNone)},
     };
-    for (const HourCase &c : cases) {
+    // clang-format on
+    for (const auto &c : cases) {
         SCOPED_TRACE(c.value);
         EXPECT_EQ(RES_convert(c.value, nullptr, kResHour), 1);
         DateRec d;
         TIME_get_hour(&d);
-        EXPECT_EQ(d.year, c.year);
-        EXPECT_EQ(d.month, c.month);
-        EXPECT_EQ(d.day, c.day);
-        EXPECT_EQ(d.hour, c.hour);
-        EXPECT_EQ(d.minute, c.minute);
+        EXPECT_EQ(fields(d), fields(c.hour));
     }
     TIME_clear_hour();
 }

@@ -7,7 +7,7 @@
 #include "base/res.h"
 #include "base/startup.h"
 #include "base/str.h"
-#include "support/temp_dir.h"
+#include "support/capture.h"
 #include "timefile/date.h"
 
 namespace {
@@ -53,20 +53,18 @@ void forget(std::initializer_list<const char *> names)
     MSG_set_mask(10, 0xFFFFF);
 }
 
-struct SourceCase {
-    const char *name;
-    std::vector<std::string> words;
-    Environment environment;
-    const char *level;
-};
-
 TEST(Startup, LaterSourceWins)
 {
     const TempDir folder;
     const std::string first = folder.write("first/tyr.cfg", "*level 1\n");
     const std::string second = folder.write("second.cfg", "prf.level: 2\n");
     const std::string files = "-df=" + folder.path() + "/first:" + second;
-    const std::vector<SourceCase> cases = {
+    const struct {
+        const char *name;
+        std::vector<std::string> words;
+        Environment environment;
+        const char *level;
+    } cases[] = {
         {"directory and its tyr.cfg", {"-df", folder.path() + "/first"},                     {},                                         "1"        },
         {"last file",                 {files},                                               {},                                         "2"        },
         {"order of the list",         {"-default", second + ":" + folder.path() + "/first"}, {},                                         "1"        },
@@ -77,7 +75,7 @@ TEST(Startup, LaterSourceWins)
         {"last option",               {files, "-le", "5", "-level=6"},                       {},                                         "6"        },
         {"missing file",              {"-df", folder.file("absent")},                        {},                                         "(cleared)"},
     };
-    for (const SourceCase &c : cases) {
+    for (const auto &c : cases) {
         SCOPED_TRACE(c.name);
         forget({"level"});
         start(c.words, c.environment);
@@ -86,50 +84,47 @@ TEST(Startup, LaterSourceWins)
     }
 }
 
-struct WordsCase {
-    const char *name;
-    std::vector<std::string> words;
-    const char *resource;
-    const char *value;
-};
-
 TEST(Startup, ReadsTheCommandLine)
 {
-    const std::vector<WordsCase> cases = {
-        {"key and value",                    {"-le", "500"},                      "level",        "500"                                    },
-        {"key in capitals",                  {"-LE", "500"},                      "level",        "500"                                    },
-        {"negative number is a value",       {"-le", "-3"},                       "level",        "-3"                                     },
-        {"an option is no value",            {"-le", "-x"},                       "level",        ""                                       },
-        {"the option behind it",             {"-le", "-x", "y"},                  "x",            "y"                                      },
-        {"equals sign",                      {"-pl=cf"},                          "plot_type",    "cf"                                     },
-        {"value with an equals sign",        {"-va=a=b"},                         "variable",     "a=b"                                    },
-        {"empty value",                      {"-va="},                            "variable",     ""                                       },
-        {"whole name",                       {"-plot_type", "cf"},                "plot_type",    "cf"                                     },
-        {"whole name in capitals",           {"-PLOT_TYPE", "cf"},                "plot_type",    "cf"                                     },
-        {"prefix",                           {"--plot_t", "cf"},                  "plot_type",    "cf"                                     },
-        {"first option of the prefix",       {"--plot", "cf"},                    "plot_domain",  "cf"                                     },
-        {"two options: the second",          {"-va", "a,b", "-va", "c"},          "variable",     "c"                                      },
-        {"flag gives its word back",         {"-ba", "file"},                     "filename",     "file"                                   },
-        {"flag has no value",                {"-ic", "file"},                     "icon",         ""                                       },
-        {"flag with equals sign",            {"-ic=off"},                         "icon",         "off"                                    },
-        {"positional list",                  {"a", "b", "c"},                     "filename",     "a\nb\nc"                                },
-        {"double dash",                      {"a", "--", "-3"},                   "filename",     "a\n-3"                                  },
-        {"single dash",                      {"-"},                               "filename",     "-"                                      },
-        {"keyed filename replaces the list", {"a", "b", "-filename", "c"},        "filename",     "c"                                      },
-        {"unknown option",                   {"-mo", "nam"},                      "mo",           "nam"                                    },
-        {"unknown name in capitals",         {"-Mo", "nam"},                      "Mo",           "nam"                                    },
-        {"current without a value",          {"-cu"},                             "current",      ""                                       },
-        {"long key",                         {"-" + std::string(60, 'k') + "=v"}, std::string(49, 'k').c_str(),                              "v"},
-        {"long value",                                  {"-va", "x"},                                                          "variable",                           "x"},
+    const std::string long_key = "-" + std::string(60, 'k') + "=v";
+    const std::string cut_key(49, 'k');
+    const struct {
+        const char *name;
+        std::vector<std::string> words;
+        std::string resource, value;
+    } cases[] = {
+        {"key and value",                    {"-le", "500"},               "level",       "500"    },
+        {"key in capitals",                  {"-LE", "500"},               "level",       "500"    },
+        {"negative number is a value",       {"-le", "-3"},                "level",       "-3"     },
+        {"an option is no value",            {"-le", "-x"},                "level",       ""       },
+        {"the option behind it",             {"-le", "-x", "y"},           "x",           "y"      },
+        {"equals sign",                      {"-pl=cf"},                   "plot_type",   "cf"     },
+        {"value with an equals sign",        {"-va=a=b"},                  "variable",    "a=b"    },
+        {"empty value",                      {"-va="},                     "variable",    ""       },
+        {"whole name",                       {"-plot_type", "cf"},         "plot_type",   "cf"     },
+        {"whole name in capitals",           {"-PLOT_TYPE", "cf"},         "plot_type",   "cf"     },
+        {"prefix",                           {"--plot_t", "cf"},           "plot_type",   "cf"     },
+        {"first option of the prefix",       {"--plot", "cf"},             "plot_domain", "cf"     },
+        {"two options: the second",          {"-va", "a,b", "-va", "c"},   "variable",    "c"      },
+        {"flag gives its word back",         {"-ba", "file"},              "filename",    "file"   },
+        {"flag has no value",                {"-ic", "file"},              "icon",        ""       },
+        {"flag with equals sign",            {"-ic=off"},                  "icon",        "off"    },
+        {"positional list",                  {"a", "b", "c"},              "filename",    "a\nb\nc"},
+        {"double dash",                      {"a", "--", "-3"},            "filename",    "a\n-3"  },
+        {"single dash",                      {"-"},                        "filename",    "-"      },
+        {"keyed filename replaces the list", {"a", "b", "-filename", "c"}, "filename",    "c"      },
+        {"unknown option",                   {"-mo", "nam"},               "mo",          "nam"    },
+        {"unknown name in capitals",         {"-Mo", "nam"},               "Mo",          "nam"    },
+        {"current without a value",          {"-cu"},                      "current",     ""       },
+        {"long key",                         {long_key},                   cut_key,       "v"      },
     };
-    for (const WordsCase &c : cases) {
+    for (const auto &c : cases) {
         SCOPED_TRACE(c.name);
-        const std::string resource =
-            std::string(c.name) == "long key" ? std::string(49, 'k') : c.resource;
+
         forget({"level", "plot_type", "plot_domain", "variable", "filename", "current", "icon"});
         RES_put("default", "/nonexistent");
         start(c.words);
-        EXPECT_EQ(get(resource.c_str()), c.value);
+        EXPECT_EQ(get(c.resource.c_str()), c.value);
     }
 }
 
@@ -172,9 +167,9 @@ TEST(Startup, WordOfTheSourceListOpensAnIf)
 
 TEST(Startup, WindowThatDoesNotRunIsAWarning)
 {
-    testing::internal::CaptureStderr();
-    start({"-df", "#3", "-le", "7"});
-    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+    EXPECT_EQ(told_by([] {
+                  start({"-df", "#3", "-le", "7"});
+              }),
               "TYRloop window: 3 not running or no message queue exists\n");
     EXPECT_EQ(get("level"), "7");
 }
@@ -209,10 +204,8 @@ TEST(Startup, UnknownCodeAndLongListsAreHeldBack)
     std::string program = "prf";
     char *argv[] = {program.data()};
     EXPECT_EQ(OPT_init(1, argv, many.data(), kPositional), 1);
-    testing::internal::CaptureStdout();
     OptionRec record;
-    OPT_lookup(&record, 61);
-    EXPECT_EQ(testing::internal::GetCapturedStdout(), "61\n");
+    EXPECT_EQ(shown_by([&] { OPT_lookup(&record, 61); }), "61\n");
     EXPECT_STREQ(record.name, "");
 }
 
@@ -222,10 +215,9 @@ TEST(Startup, PagerCountsTheLinesOfTheHelp)
     PRM_clear(kMissingInt); // no batch run
     MSG_set_mask(10, 0xFFFFF);
     MSG_set_paging(2);
-    testing::internal::CaptureStdout();
-    OPT_usage("prf", keyed, nullptr);
+    const std::string shown = shown_by([&] { OPT_usage("prf", keyed, nullptr); });
     MSG_set_paging(1);
-    EXPECT_NE(testing::internal::GetCapturedStdout().find("Press return"), std::string::npos);
+    EXPECT_NE(shown.find("Press return"), std::string::npos);
 }
 
 TEST(Startup, UsageListsTheOptions)
@@ -233,9 +225,7 @@ TEST(Startup, UsageListsTheOptions)
     const int keyed[] = {57, 73, 96, 0};
     const int positional[] = {50, 0};
     MSG_set_mask(10, 0xFFFFF);
-    testing::internal::CaptureStdout();
-    OPT_usage("prf", keyed, positional);
-    EXPECT_EQ(testing::internal::GetCapturedStdout(),
+    EXPECT_EQ(shown_by([&] { OPT_usage("prf", keyed, positional); }),
               "prf syntax (version:5.59-LINUX-X11)\n"
               "   prf [options...]\n"
               "Keyed options...\n"

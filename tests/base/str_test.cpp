@@ -7,15 +7,12 @@
 
 namespace {
 
-struct SplitCase {
-    const char *name;
-    const char *text;
-    std::vector<std::string> pieces;
-};
-
 TEST(Str, SplitsAsTold)
 {
-    const std::vector<SplitCase> cases = {
+    const struct {
+        const char *name, *text;
+        std::vector<std::string> pieces;
+    } cases[] = {
         {"plain",               "a,b,c",  {"a", "b", "c"}},
         {"one",                 "abc",    {"abc"}        },
         {"empty in the middle", "a,,b",   {"a", "", "b"} },
@@ -24,7 +21,7 @@ TEST(Str, SplitsAsTold)
         {"only separators",     ",,,",    {""}           },
         {"blanks stay",         " a , b", {" a ", " b"}  },
     };
-    for (const SplitCase &c : cases) {
+    for (const auto &c : cases) {
         SCOPED_TRACE(c.name);
         int count = 0;
         char **array = nullptr;
@@ -59,16 +56,13 @@ TEST(Str, ComparesWithoutCase)
     EXPECT_EQ(STR_ncasecmp("ab", "AB", 99), 0);
 }
 
-struct EditCase {
-    const char *name;
-    void (*edit)(char *);
-    const char *before;
-    const char *after;
-};
-
 TEST(Str, EditsInPlace)
 {
-    const std::vector<EditCase> cases = {
+    const struct {
+        const char *name;
+        void (*edit)(char *);
+        const char *before, *after;
+    } cases[] = {
         {"clean line",      STR_clean_line,                                 "a\r b  \r\n",  "a b"   },
         {"clean nothing",   STR_clean_line,                                 "  \n",         ""      },
         {"trailing blanks", STR_strip_trailing,                             " a b   ",      " a b"  },
@@ -78,7 +72,7 @@ TEST(Str, EditsInPlace)
         {"replace",         [](char *t) { STR_replace_char(t, '_', ' '); }, "_a_b",         " a b"  },
         {"remove",          [](char *t) { STR_remove_char(t, 'a'); },       "banana",       "bnn"   },
     };
-    for (const EditCase &c : cases) {
+    for (const auto &c : cases) {
         SCOPED_TRACE(c.name);
         std::string text = c.before;
         c.edit(text.data());
@@ -96,16 +90,14 @@ TEST(Str, KnowsIntegers)
     }
 }
 
-struct RealCase {
-    const char *spec;
-    float value;
-    const char *text;
-};
-
 TEST(Str, PrintsRealsWithTheDigitsOfTheirSize)
 {
     // decimals - e - 1 digits behind the point, e the power of ten of the value
-    const std::vector<RealCase> cases = {
+    const struct {
+        const char *spec;
+        float value;
+        const char *text;
+    } cases[] = {
         {"2.2.0", 5.0F,     "5.0"  },
         {"2.2.0", 10.0F,    "10"   },
         {"2.2.0", 0.5F,     "0.50" },
@@ -116,7 +108,7 @@ TEST(Str, PrintsRealsWithTheDigitsOfTheirSize)
         {"1.2.0", 1500.0F,  "1500" },
         {"0.4.2", 3.14159F, "3.142"},
     };
-    for (const RealCase &c : cases) {
+    for (const auto &c : cases) {
         char out[kRealTextRoom];
         EXPECT_EQ(STR_format_real(out, c.spec, c.value), static_cast<int>(std::strlen(c.text)));
         EXPECT_STREQ(out, c.text) << c.spec << ' ' << c.value;
@@ -163,18 +155,17 @@ TEST(Str, CutLineDropsWhatIsTooLong)
 
 TEST(Bytes, SwapsByTheOrderOfTheData)
 {
-    struct Case {
+    const struct {
         const char *name;
         int order;
         bool swaps; ///< on a little-endian host
-    };
-    const std::vector<Case> cases = {
+    } cases[] = {
         {"big-endian data",    1,  true },
         {"little-endian data", 2,  false},
         {"never",              -1, false},
         {"any other",          7,  true },
     };
-    for (const Case &c : cases) {
+    for (const auto &c : cases) {
         SCOPED_TRACE(c.name);
         BYTE_set_order(c.order);
         unsigned words[2] = {0x01020304U, 0xA0B0C0D0U};

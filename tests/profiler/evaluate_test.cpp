@@ -1,7 +1,6 @@
 #include <cmath>
 #include <cstring>
-
-#include <gtest/gtest.h>
+#include <functional>
 
 #include "base/missing.h"
 #include "base/res.h"
@@ -36,25 +35,25 @@ ProfilerRecord small_profile()
     return r;
 }
 
-/// Levels every 500 m up to 9500 m, wind from a direction with a speed.
-template <class Wind> ProfilerRecord profile_of(Wind wind)
+struct Wind {
+    float direction, speed;
+};
+
+/// Levels every 500 m up to 9500 m, with the wind of each and, level 0, of the surface.
+ProfilerRecord profile_of(const std::function<Wind(float)> &wind_at)
 {
     ProfilerRecord r;
     PRF_init_record(&r);
     r.elev = 0.0F;
-    wind(0, r.sfc_dir, r.sfc_spd);
+    r.sfc_dir = wind_at(0.0F).direction;
+    r.sfc_spd = wind_at(0.0F).speed;
     for (int k = 1; k < 20; ++k) {
-        float direction = 0.0F;
-        float speed = 0.0F;
-        wind(k, direction, speed);
-        const float angle = direction * 0.0174532925F;
-        r.level[r.num_level++] = {500.0F * static_cast<float>(k),
-                                  -speed * std::sin(angle),
-                                  -speed * std::cos(angle),
-                                  0.0F,
-                                  kM,
-                                  kM,
-                                  0};
+        const Wind wind = wind_at(static_cast<float>(k));
+        const float angle = wind.direction * 0.0174532925F;
+        ProfilerLevel &level = r.level[r.num_level++];
+        level.z = 500.0F * static_cast<float>(k);
+        level.u = -wind.speed * std::sin(angle);
+        level.v = -wind.speed * std::cos(angle);
     }
     return r;
 }
@@ -70,6 +69,28 @@ VarRec variable(const char *name, int kind, int value, const char *units = "")
     return v;
 }
 
+/// What a name answers; values 1 beforehand.
+PlotValue evaluate(const ProfilerRecord &r, VarRec *v)
+{
+    PlotValue value;
+    PLT_init_value(&value);
+    value.value1 = value.value2 = 1.0F;
+    EXPECT_EQ(PRF_evaluate(&r, v, &value), 1);
+    return value;
+}
+
+struct Interpolated {
+    int result;
+    float u = 1.0F, v = 1.0F, w = 1.0F;
+};
+
+Interpolated interpolate(const ProfilerRecord &r, int kind, long value)
+{
+    Interpolated at{};
+    at.result = PRF_interpolate(&r, kind, value, &at.u, &at.v, &at.w);
+    return at;
+}
+
 class Evaluate : public testing::Test {
   protected:
     void SetUp() override { RES_put("file_path", TYR_SOURCE_DIR "/data"); }
@@ -79,14 +100,13 @@ class Evaluate : public testing::Test {
 
 TEST_F(Evaluate, InterpolatesBetweenLevels)
 {
-    struct Case {
+    const struct {
         const char *name;
         int kind;
         long value;
         int result;
         float u, v, w;
-    };
-    const Case cases[] = {
+    } cases[] = {
         {"surface",                             1,   0,    1, 4.0F,  0.0F, 0.0F   },
         {"surface whatever the value",          1,   850,  1, 4.0F,  0.0F, 0.0F   },
         {"0 above ground is the surface",       105, 0,    1, 4.0F,  0.0F, 0.0F   },
@@ -109,15 +129,13 @@ TEST_F(Evaluate, InterpolatesBetweenLevels)
         {"another kind is above ground",        107, 600,  1, 12.0F, kM,   0.12F  },
     };
     const ProfilerRecord r = small_profile();
-    for (const Case &c : cases) {
+    for (const auto &c : cases) {
         SCOPED_TRACE(c.name);
-        float u = 1.0F;
-        float v = 1.0F;
-        float w = 1.0F;
-        EXPECT_EQ(PRF_interpolate(&r, c.kind, c.value, &u, &v, &w), c.result);
-        EXPECT_NEAR(u, c.u, 1e-4);
-        EXPECT_NEAR(v, c.v, 1e-4);
-        EXPECT_NEAR(w, c.w, 1e-4);
+        const Interpolated at = interpolate(r, c.kind, c.value);
+        EXPECT_EQ(at.result, c.result);
+        EXPECT_NEAR(at.u, c.u, 1e-4);
+        EXPECT_NEAR(at.v, c.v, 1e-4);
+        EXPECT_NEAR(at.w, c.w, 1e-4);
     }
 }
 
@@ -125,38 +143,32 @@ TEST_F(Evaluate, SurfaceStandsAheadOfALevelAtZero)
 {
     ProfilerRecord r = small_profile();
     r.level[0].z = 0.0F;
-    float u = 0.0F;
-    float v = 0.0F;
-    float w = 1.0F;
-    EXPECT_EQ(PRF_interpolate(&r, 105, 0, &u, &v, &w), 1);
-    EXPECT_NEAR(u, 4.0F, 1e-4); // not the level's 10
-    EXPECT_EQ(w, 0.0F);
+    const Interpolated at = interpolate(r, 105, 0);
+    EXPECT_EQ(at.result, 1);
+    EXPECT_NEAR(at.u, 4.0F, 1e-4); // not the level's 10
+    EXPECT_EQ(at.w, 0.0F);
     r.num_level = 0;
-    EXPECT_EQ(PRF_interpolate(&r, 105, 500, &u, &v, &w), 0);
+    EXPECT_EQ(interpolate(r, 105, 500).result, 0);
 }
 
 TEST_F(Evaluate, SearchesInTheOrderOfTheRecord)
 {
     ProfilerRecord r = small_profile();
     r.level[1].z = 3000.0F; // low mode reaches above the first level of the high mode
-    float u = 0.0F;
-    float v = 0.0F;
-    float w = 0.0F;
-    EXPECT_EQ(PRF_interpolate(&r, 105, 2000, &u, &v, &w), 1);
-    EXPECT_NEAR(u, 10.0F + 1500.0F * 10.0F / 2500.0F, 1e-4); // not the 40 of the level there
+    EXPECT_NEAR(interpolate(r, 105, 2000).u, 10.0F + 1500.0F * 10.0F / 2500.0F,
+                1e-4); // not the 40 of the level there
 }
 
 TEST_F(Evaluate, AnswersEachName)
 {
-    struct Case {
+    // at 500 m: u 10, v 2: from atan2(-10, -2) = 258.690 degrees with 10.19804 m/s
+    const struct {
         const char *name;
         int kind, value;
         const char *units_wanted;
         float value1, value2;
         const char *units;
-    };
-    // at 500 m: u 10, v 2: from atan2(-10, -2) = 258.690 degrees with 10.19804 m/s
-    const Case cases[] = {
+    } cases[] = {
         {"temp",     1,   0,    "",    20.0F,     kM,        "C"  },
         {"TEMP",     1,   0,    "F",   68.0F,     kM,        "F"  },
         {"temp",     105, 500,  "",    kM,        kM,        "C"  },
@@ -180,13 +192,10 @@ TEST_F(Evaluate, AnswersEachName)
         {"wdirs",    105, 500,  "",    kM,        kM,        ""   },
     };
     const ProfilerRecord r = small_profile();
-    for (const Case &c : cases) {
+    for (const auto &c : cases) {
         SCOPED_TRACE(std::string(c.name) + " " + c.units_wanted);
         VarRec v = variable(c.name, c.kind, c.value, c.units_wanted);
-        PlotValue value;
-        PLT_init_value(&value);
-        value.value1 = value.value2 = 1.0F;
-        EXPECT_EQ(PRF_evaluate(&r, &v, &value), 1);
+        const PlotValue value = evaluate(r, &v);
         EXPECT_NEAR(value.value1, c.value1, 2e-4);
         EXPECT_NEAR(value.value2, c.value2, 2e-4);
         EXPECT_STREQ(v.units, c.units);
@@ -207,54 +216,37 @@ TEST_F(Evaluate, CityIsAText)
     EXPECT_STREQ(value.text, ""); // the next answer clears it
 }
 
-TEST_F(Evaluate, SurfaceValuesThatAreMissingStaySo)
+TEST_F(Evaluate, WhatIsMissingStaysSo)
 {
     ProfilerRecord r = small_profile();
     r.sfc_td = kM;
     for (const char *name : {"dewp", "dewd"}) {
         VarRec v = variable(name, 1, 0, "F");
-        PlotValue value;
-        PRF_evaluate(&r, &v, &value);
-        EXPECT_EQ(value.value1, kM) << name;
+        EXPECT_EQ(evaluate(r, &v).value1, kM) << name;
     }
-}
-
-TEST_F(Evaluate, CalmHasDirectionZero)
-{
-    ProfilerRecord r = small_profile();
-    r.level[0].u = 0.005F;
-    r.level[0].v = 0.0F;
-    VarRec v = variable("wbrb", 105, 500);
-    PlotValue value;
-    PRF_evaluate(&r, &v, &value);
-    EXPECT_EQ(value.value1, 0.0F);
-    EXPECT_NEAR(value.value2, 0.005F, 1e-6);
+    PRF_init_record(&r); // no winds
+    for (const char *name : {"hel", "shear"}) {
+        VarRec v = variable(name, 105, 500);
+        EXPECT_EQ(evaluate(r, &v).value1, kM) << name;
+    }
 }
 
 TEST_F(Evaluate, ShearOfHandWorkedProfiles)
 {
-    const auto westerly = profile_of([](int, float &dir, float &spd) {
-        dir = 270.0F;
-        spd = 10.0F;
-    });
-    const auto above_calm = profile_of([](int k, float &dir, float &spd) {
-        dir = k == 0 ? kM : 270.0F;
-        spd = k == 0 ? kM : 10.0F;
+    const auto westerly = profile_of([](float) { return Wind{270.0F, 10.0F}; });
+    const auto above_calm = profile_of([](float k) {
+        return k == 0.0F ? Wind{kM, kM} : Wind{270.0F, 10.0F};
     });
     const auto turning = [](float step) {
-        return profile_of([step](int k, float &dir, float &spd) {
-            dir = 180.0F + step * static_cast<float>(k);
-            spd = 10.0F;
-        });
+        return profile_of([step](float k) { return Wind{180.0F + step * k, 10.0F}; });
     };
-    struct Case {
+    // speeds count as knots: 10 stands for 5.144 m/s
+    const struct {
         const char *name;
         ProfilerRecord record;
         int bottom, top; ///< m above ground; top 0: the variable holds no layer
         double shear;    ///< 10^-3/s
-    };
-    // speeds count as knots: 10 stands for 5.144 m/s
-    const Case cases[] = {
+    } cases[] = {
         {"no shear",                                               westerly,        0,    0,    0.0          },
         {"calm at the ground: 5.144 m/s in 3000 m",                above_calm,      0,    0,    5.144 / 3.0  },
         {"veering 90 degrees in 3000 m: chord 5.144 * sqrt 2",     turning(15.0F),  0,    0,    7.27471 / 3.0},
@@ -263,19 +255,17 @@ TEST_F(Evaluate, ShearOfHandWorkedProfiles)
          2.66275                                                                                             },
         {"the same higher up",                                     turning(15.0F),  1000, 2000, 2.66275      },
     };
-    for (const Case &c : cases) {
+    for (const auto &c : cases) {
         SCOPED_TRACE(c.name);
         VarRec v = variable("shear", 105, 1500);
         if (c.top != 0) {
             VAR_encode_layer(105, &v.level_kind, &v.level_value, static_cast<float>(c.bottom),
                              static_cast<float>(c.top));
         }
-        PlotValue value;
-        PRF_evaluate(&c.record, &v, &value);
-        EXPECT_NEAR(value.value1, c.shear, 1e-4);
+        EXPECT_NEAR(evaluate(c.record, &v).value1, c.shear, 1e-4);
         EXPECT_STREQ(v.units, "10^-3/s");
-        PRF_evaluate(&c.record, &v, &value); // as for the next station of a map
-        EXPECT_NEAR(value.value1, c.shear, 1e-4);
+        // as for the next station of a map
+        EXPECT_NEAR(evaluate(c.record, &v).value1, c.shear, 1e-4);
         int kind = 0;
         float bottom = kM;
         float top = kM;
@@ -293,56 +283,34 @@ TEST_F(Evaluate, HelicityOfAStraightHodograph)
     // from it the wind's northward part is always half the storm's speed, and the eastward part
     // grows by 12 up to 3000 m; the sum of v1 u2 - v2 u1 is the product of the two, in
     // (0.5144 m/s)^2.
-    const auto r = profile_of([](int k, float &dir, float &spd) {
-        dir = 270.0F;
-        spd = 10.0F + 2.0F * static_cast<float>(k);
-    });
+    const auto r = profile_of([](float k) { return Wind{270.0F, 10.0F + 2.0F * k}; });
     VarRec v = variable("hel", 105, 500);
-    PlotValue value;
-    PRF_evaluate(&r, &v, &value);
-    EXPECT_NEAR(value.value1, 26.5399, 2e-3);
+    EXPECT_NEAR(evaluate(r, &v).value1, 26.5399, 2e-3);
     EXPECT_STREQ(v.units, "m^2/s^2");
-    PRF_evaluate(&r, &v, &value);
-    EXPECT_NEAR(value.value1, 26.5399, 2e-3);
-}
-
-TEST_F(Evaluate, HelicityStaysMissingWithoutWinds)
-{
-    ProfilerRecord r;
-    PRF_init_record(&r);
-    for (const char *name : {"hel", "shear"}) {
-        VarRec v = variable(name, 105, 500);
-        PlotValue value;
-        EXPECT_EQ(PRF_evaluate(&r, &v, &value), 1);
-        EXPECT_EQ(value.value1, kM) << name;
-    }
+    EXPECT_NEAR(evaluate(r, &v).value1, 26.5399, 2e-3);
 }
 
 TEST_F(Evaluate, UsualUnitsOfEachName)
 {
-    struct Case {
-        const char *name, *given, *units;
+    const struct {
+        const char *units;
+        std::vector<const char *> names;
+    } cases[] = {
+        {"C",   {"temp", "dewp"}                   },
+        {"dC",  {"dewd"}                           },
+        {"deg", {"wdir"}                           },
+        {"knt", {"wspd", "wind", "WBRB-5", "wbrbc"}},
+        {"m/s", {"uwnd", "vwnd"}                   },
+        {"",    {"city", "vvel", "hel"}            },
     };
-    const Case cases[] = {
-        {"city",   "",    ""   },
-        {"temp",   "",    "C"  },
-        {"dewp",   "",    "C"  },
-        {"dewd",   "",    "dC" },
-        {"wdir",   "",    "deg"},
-        {"wspd",   "",    "knt"},
-        {"wind",   "",    "knt"},
-        {"WBRB-5", "",    "knt"},
-        {"wbrbc",  "",    "knt"},
-        {"uwnd",   "",    "m/s"},
-        {"vwnd",   "",    "m/s"},
-        {"vvel",   "",    ""   },
-        {"hel",    "",    ""   },
-        {"wbrb",   "mph", "mph"},
-    };
-    for (const Case &c : cases) {
-        SCOPED_TRACE(c.name);
-        VarRec v = variable(c.name, 105, 0, c.given);
-        EXPECT_EQ(PRF_var_units(&v), 1);
-        EXPECT_STREQ(v.units, c.units);
+    for (const auto &c : cases) {
+        for (const char *name : c.names) {
+            VarRec v = variable(name, 105, 0);
+            EXPECT_EQ(PRF_var_units(&v), 1);
+            EXPECT_STREQ(v.units, c.units) << name;
+        }
     }
+    VarRec v = variable("wbrb", 105, 0, "mph");
+    EXPECT_EQ(PRF_var_units(&v), 1);
+    EXPECT_STREQ(v.units, "mph");
 }

@@ -3,15 +3,13 @@
 #include <map>
 #include <sstream>
 
-#include <gtest/gtest.h>
-
 #include "base/missing.h"
 #include "profiler/netcdf.h"
 #include "profiler/reader.h"
 #include "profiler/walk.h"
+#include "support/capture.h"
 #include "support/netcdf_file.h"
 #include "support/shared_data.h"
-#include "support/temp_dir.h"
 
 namespace {
 
@@ -25,6 +23,14 @@ std::vector<ProfilerRecord> read_all(const std::string &path)
         }
         PRF_close_file();
     }
+    return records;
+}
+
+/// The same, whatever is told on standard error.
+std::vector<ProfilerRecord> read_quietly(const std::string &path)
+{
+    std::vector<ProfilerRecord> records;
+    told_by([&] { records = read_all(path); });
     return records;
 }
 
@@ -49,25 +55,26 @@ TEST(FileType, IsToldByTheFirstCharacterAndTheDimensions)
     const TempDir dir;
     write_station_file(dir.file("station.nc"), 95.0F, 10, 1.0F, 2.0F);
     write_recnum_file(dir.file("recnum.nc"), {});
-    struct Case {
+    // clang-format off
+    const struct {
         const char *name;
         std::string path;
         int type;
+    } cases[] = {
+        {"dimension station",    dir.file("station.nc"),                    11},
+        {"no dimension station", dir.file("recnum.nc"),                     12},
+        {"star line",            dir.write("star", "*** IUPT01 ***\nBUFR"), 31},
+        {"newline first",        dir.write("newline", "\nabc"),             31},
+        {"G line",               dir.write("g", "GPS\n"),                   31},
+        {"start of heading",     dir.write("soh","\001\r\r\n865"),          31},
+        {"C but no netCDF",      dir.write("c", "CDX and more"),            -1},
+        {"another letter",       dir.write("x", "hello"),                   -1},
+        {"empty",                dir.write("empty", ""),                    -1},
+        {"missing",              dir.file("nowhere"),                       -1},
+        {"a folder",             dir.path(),                                -1},
     };
-    const Case cases[] = {
-        {"dimension station",    dir.file("station.nc"),  11                     },
-        {"no dimension station", dir.file("recnum.nc"),   12                     },
-        {"star line",            dir.write("star",        "*** IUPT01 ***\nBUFR"), 31},
-        {"newline first",                      dir.write("newline",                               "\nabc"),              31},
-        {"G line",                    dir.write("g",                                           "GPS\n"),                                              31},
-        {"start of heading",              dir.write("soh","\001\r\r\n865"),31},
-        {"C but no netCDF",dir.write("c",         "CDX and more"),                                                            -1},
-        {"another letter",      dir.write("x",                       "hello"),                       -1},
-        {"empty",                      dir.write("empty",                              ""),                                   -1},
-        {"missing",                    dir.file("nowhere"),                                           -1                                     },
-        {"a folder",                   dir.path(),           -1},
-    };
-    for (const Case &c : cases) {
+    // clang-format on
+    for (const auto &c : cases) {
         SCOPED_TRACE(c.name);
         EXPECT_EQ(PROF_file_type(c.path.c_str()), c.type);
     }
@@ -189,24 +196,22 @@ TEST(DamagedNetcdf, IsToldWithTheFilesName)
     });
     const std::string two = read_file(dir.file("two.nc"));
     dir.write("cut.nc", two.substr(0, two.size() - 100));
-    struct Case {
+    const struct {
         const char *file;
         size_t stations;
         float u;
         const char *told; ///< empty: nothing on standard error
-    };
-    const Case cases[] = {
+    } cases[] = {
         {"text.nc",   1, kMissing, "holds characters"},
         {"short.nc",  1, kMissing, "60 levels"       },
         {"double.nc", 1, 10.0F,    ""                },
         {"no_v.nc",   1, 10.0F,    "not in the file:"},
         {"cut.nc",    1, 10.0F,    "1 of 2 reports"  },
     };
-    for (const Case &c : cases) {
+    for (const auto &c : cases) {
         SCOPED_TRACE(c.file);
-        testing::internal::CaptureStderr();
-        const std::vector<ProfilerRecord> all = read_all(dir.file(c.file));
-        const std::string told = testing::internal::GetCapturedStderr();
+        std::vector<ProfilerRecord> all;
+        const std::string told = told_by([&] { all = read_all(dir.file(c.file)); });
         ASSERT_EQ(all.size(), c.stations);
         EXPECT_FLOAT_EQ(all[0].level[0].u, c.u);
         EXPECT_NE(told.find(c.told), std::string::npos) << told;
@@ -224,13 +229,11 @@ TEST(DamagedNetcdf, NeverYieldsWindsThatTheFileHasNot)
     for (size_t length = 0; length < whole.size(); length += 37) {
         SCOPED_TRACE(length);
         const std::string path = dir.write("cut.nc", whole.substr(0, length));
-        testing::internal::CaptureStderr();
-        for (const ProfilerRecord &r : read_all(path)) {
+        for (const ProfilerRecord &r : read_quietly(path)) {
             for (int i = 0; i < r.num_level; ++i) {
                 EXPECT_TRUE(is_missing(r.level[i].u) || r.level[i].u == 10.0F);
             }
         }
-        testing::internal::GetCapturedStderr();
     }
 }
 
@@ -239,17 +242,20 @@ TEST(DamagedNetcdf, SurvivesAnyByteOfTheHeader)
     const TempDir dir;
     write_recnum_file(dir.file("a.nc"), {});
     const std::string whole = read_file(dir.file("a.nc"));
-    testing::internal::CaptureStderr();
-    for (size_t at = 0; at < 1200; ++at) {
-        for (const int value : {0, 255, ~whole[at] & 0xFF}) {
-            std::string damaged = whole;
-            damaged[at] = static_cast<char>(value);
-            for (const ProfilerRecord &r : read_all(dir.write("damaged.nc", damaged))) {
-                ASSERT_LE(r.num_level, kMaxProfilerLevels);
+    const auto read_damaged = [&](size_t at, int value) {
+        std::string damaged = whole;
+        damaged[at] = static_cast<char>(value);
+        for (const ProfilerRecord &r : read_all(dir.write("damaged.nc", damaged))) {
+            ASSERT_LE(r.num_level, kMaxProfilerLevels);
+        }
+    };
+    told_by([&] {
+        for (size_t at = 0; at < 1200; ++at) {
+            for (const int value : {0, 255, ~whole[at] & 0xFF}) {
+                read_damaged(at, value);
             }
         }
-    }
-    testing::internal::GetCapturedStderr();
+    });
 }
 
 TEST(RealFiles, AgreeWithAnIndependentDecode)
@@ -259,15 +265,24 @@ TEST(RealFiles, AgreeWithAnIndependentDecode)
     if (path.empty() || cdl.empty()) {
         GTEST_SKIP() << "no shared data beside the checkout";
     }
+    const std::vector<ProfilerRecord> older =
+        read_all(shared_data("profiler/99303_0300_npn_hourly.nc"));
+    EXPECT_EQ(older.size(), 36U);
+    EXPECT_NE(std::string(PRF_file_info().date_label).find("30 OCT 99"), std::string::npos);
+    for (const ProfilerRecord &r : older) {
+        EXPECT_TRUE(r.lat > 25.0F && r.lon < -70.0F) << r.id;
+    }
     const std::vector<std::string> u = cdl_values(cdl, "uComponent");
     const std::vector<std::string> z = cdl_values(cdl, "levels");
     const std::vector<std::string> t = cdl_values(cdl, "temperature");
     const std::vector<ProfilerRecord> all = read_all(path);
     ASSERT_EQ(all.size(), 32U);
+    EXPECT_NE(std::string(PRF_file_info().date_label).find("1500Z 19 NOV 09"), std::string::npos);
     ASSERT_EQ(u.size(), 32U * 72U);
     int winds = 0;
     for (size_t s = 0; s < all.size(); ++s) {
         SCOPED_TRACE(all[s].id);
+        EXPECT_TRUE(all[s].lat > 25.0F && all[s].lon < -70.0F);
         std::map<float, float> expected; // a height of both modes: the low one's, unless missing
         for (size_t k = 0; k < 72; ++k) {
             const std::string &text = u[s * 72 + k];
@@ -291,33 +306,6 @@ TEST(RealFiles, AgreeWithAnIndependentDecode)
     EXPECT_GT(winds, 1000);
 }
 
-TEST(RealFiles, ListTheirStations)
-{
-    struct Case {
-        const char *file;
-        size_t stations;
-        const char *date;
-    };
-    const Case cases[] = {
-        {"profiler/99303_0300_npn_hourly.nc",      36, "30 OCT 99"      },
-        {"profiler/2009-11-19_1500_npn_hourly.nc", 32, "1500Z 19 NOV 09"},
-    };
-    for (const Case &c : cases) {
-        const std::string path = shared_data(c.file);
-        if (path.empty()) {
-            GTEST_SKIP() << "no shared data beside the checkout";
-        }
-        SCOPED_TRACE(c.file);
-        const std::vector<ProfilerRecord> all = read_all(path);
-        EXPECT_EQ(all.size(), c.stations);
-        EXPECT_NE(std::string(PRF_file_info().date_label).find(c.date), std::string::npos);
-        for (const ProfilerRecord &r : all) {
-            EXPECT_GT(r.lat, 25.0F) << r.id;
-            EXPECT_LT(r.lon, -70.0F) << r.id;
-        }
-    }
-}
-
 TEST(OtherNetcdf, HoldsNoWinds)
 {
     for (const char *name :
@@ -327,13 +315,11 @@ TEST(OtherNetcdf, HoldsNoWinds)
             GTEST_SKIP() << "no shared data beside the checkout";
         }
         SCOPED_TRACE(name);
-        testing::internal::CaptureStderr();
-        for (const ProfilerRecord &r : read_all(path)) {
+        for (const ProfilerRecord &r : read_quietly(path)) {
             for (int i = 0; i < r.num_level; ++i) {
                 EXPECT_FLOAT_EQ(r.level[i].u, kMissing);
             }
         }
-        testing::internal::GetCapturedStderr();
     }
 }
 

@@ -1,24 +1,13 @@
 #include <cstdlib>
 #include <ctime>
 
-#include "timefile/date.h"
+#include "support/dates.h"
+#include "support/scoped_env.h"
 #include "timefile/date_label.h"
 
 namespace {
 
 constexpr int kNone = kMissingInt;
-
-DateRec make(int year, int month, int day, int hour = kNone, int minute = kNone, int second = kNone)
-{
-    DateRec d;
-    d.year = year;
-    d.month = month;
-    d.day = day;
-    d.hour = hour;
-    d.minute = minute;
-    d.second = second;
-    return d;
-}
 
 std::string format(const DateRec &date)
 {
@@ -39,11 +28,10 @@ TEST(Date, EveryDayOfTwoCenturiesAgreesWithTheCLibrary)
     long days = 0;
     for (int year = 1901; year <= 2099; ++year) {
         for (int yday = 1; yday <= (TIME_is_leap(year) ? 366 : 365); ++yday) {
-            DateRec d;
             int month = 0;
             int day = 0;
             TIME_yday_to_date(year, yday, &month, &day);
-            d = make(year, month, day, 12, 34, 56);
+            DateRec d = make_date(year, month, day, 12, 34, 56);
             tm parts{};
             parts.tm_year = year - 1900;
             parts.tm_mday = yday;
@@ -68,50 +56,38 @@ TEST(Date, EveryDayOfTwoCenturiesAgreesWithTheCLibrary)
     EXPECT_EQ(days, 72684); // 199 years, 49 of them leap
 }
 
-struct RepairCase {
-    const char *name;
-    DateRec before, after;
-};
-
 TEST(Date, SecondsRepairTheRecord)
 {
     // clang-format off
-    const std::vector<RepairCase> cases = {
-        {"all missing",     make(kNone, kNone, kNone),    make(1980, 1, 1, 0, 0, 0)   },
-        {"no hour",         make(1999, 3, 6),             make(1999, 3, 6, 0, 0, 0)   },
-        {"99",              make(99, 3, 6, 1, 2, 3),      make(1999, 3, 6, 1, 2, 3)   },
-        {"49",              make(49, 3, 6, 1, 2, 3),      make(2049, 3, 6, 1, 2, 3)   },
-        {"50",              make(50, 3, 6, 1, 2, 3),      make(1950, 3, 6, 1, 2, 3)   },
-        {"199 after 1900",  make(199, 3, 6, 1, 2, 3),     make(2099, 3, 6, 1, 2, 3)   },
-        {"month 13",        make(1999, 13, 6, 1, 2, 3),   make(1999, 1, 6, 1, 2, 3)   },
-        {"day 32",          make(1999, 3, 32, 1, 2, 3),   make(1999, 3, 1, 1, 2, 3)   },
-        {"day 0 stays",     make(1999, 3, 0, 1, 2, 3),    make(1999, 3, 0, 1, 2, 3)   },
-        {"24:60:60",        make(1999, 3, 6, 24, 60, 60), make(1999, 3, 6, 0, 0, 0)   },
+    const struct {
+        const char *name;
+        DateRec before, after;
+    } cases[] = {
+        {"all missing",    make_date(kNone, kNone, kNone),    make_date(1980, 1, 1, 0, 0, 0)},
+        {"no hour",        make_date(1999, 3, 6),             make_date(1999, 3, 6, 0, 0, 0)},
+        {"99",             make_date(99, 3, 6, 1, 2, 3),      make_date(1999, 3, 6, 1, 2, 3)},
+        {"49",             make_date(49, 3, 6, 1, 2, 3),      make_date(2049, 3, 6, 1, 2, 3)},
+        {"50",             make_date(50, 3, 6, 1, 2, 3),      make_date(1950, 3, 6, 1, 2, 3)},
+        {"199 after 1900", make_date(199, 3, 6, 1, 2, 3),     make_date(2099, 3, 6, 1, 2, 3)},
+        {"month 13",       make_date(1999, 13, 6, 1, 2, 3),   make_date(1999, 1, 6, 1, 2, 3)},
+        {"day 32",         make_date(1999, 3, 32, 1, 2, 3),   make_date(1999, 3, 1, 1, 2, 3)},
+        {"day 0 stays",    make_date(1999, 3, 0, 1, 2, 3),    make_date(1999, 3, 0, 1, 2, 3)},
+        {"24:60:60",       make_date(1999, 3, 6, 24, 60, 60), make_date(1999, 3, 6, 0, 0, 0)},
     };
     // clang-format on
-    for (const RepairCase &c : cases) {
+    for (const auto &c : cases) {
         SCOPED_TRACE(c.name);
         DateRec d = c.before;
         TIME_to_seconds(&d);
-        EXPECT_EQ(d.year, c.after.year);
-        EXPECT_EQ(d.month, c.after.month);
-        EXPECT_EQ(d.day, c.after.day);
-        EXPECT_EQ(d.hour, c.after.hour);
-        EXPECT_EQ(d.minute, c.after.minute);
-        EXPECT_EQ(d.second, c.after.second);
+        EXPECT_EQ(fields(d), fields(c.after));
     }
-    DateRec leap = make(2000, 2, 29, 0, 0, 0);
+    DateRec leap = make_date(2000, 2, 29, 0, 0, 0);
     EXPECT_EQ(TIME_to_seconds(&leap), 951782400L); // date -u -d 2000-02-29 +%s
-    DateRec day_zero = make(2000, 3, 0, 0, 0, 0);
+    DateRec day_zero = make_date(2000, 3, 0, 0, 0, 0);
     EXPECT_EQ(TIME_to_seconds(&day_zero), 951782400L);
     EXPECT_EQ(TIME_is_leap(2100), 0);
     EXPECT_EQ(TIME_is_leap(2000), 1);
 }
-
-struct MonthCase {
-    const char *text;
-    int month;
-};
 
 TEST(Date, KnowsMonthNames)
 {
@@ -119,80 +95,64 @@ TEST(Date, KnowsMonthNames)
         EXPECT_EQ(TIME_month_number(TIME_month_abbr(m)), m);
         EXPECT_EQ(TIME_month_number(TIME_month_lower(m)), m);
     }
-    const std::vector<MonthCase> cases = {
-        {"",    0},
-        {"J",   0},
-        {"JU",  0},
-        {"Jun", 0},
-        {"jun", 6},
-        {"JUL", 7},
-        {"f",   2},
-        {"XY",  0},
-        {"A",   0},
-        {"aug", 8},
-        {"MaR", 3},
-        {"may", 5},
-    };
-    for (const MonthCase &c : cases) {
-        EXPECT_EQ(TIME_month_number(c.text), c.month) << c.text;
+    for (const char *text : {"", "J", "JU", "Jun", "XY", "A"}) {
+        EXPECT_EQ(TIME_month_number(text), 0) << text;
     }
+    EXPECT_EQ(TIME_month_number("jun"), 6);
+    EXPECT_EQ(TIME_month_number("JUL"), 7);
+    EXPECT_EQ(TIME_month_number("MaR"), 3);
+    EXPECT_EQ(TIME_month_number("f"), 2);
     EXPECT_STREQ(TIME_month_abbr(0), "");
     EXPECT_STREQ(TIME_month_abbr(13), "");
     EXPECT_STREQ(TIME_month_name(kNone), "");
 }
 
-struct ParseCase {
-    const char *text;
-    int year, month, day, hour, minute, second;
-};
-
 TEST(Date, ParsesBulletinDates)
 {
-    const std::vector<ParseCase> cases = {
-        {"12Z 06 MAR 99",               1999,  3, 6,     12,    kNone, kNone},
-        {"words 1230Z 06 MAR 99",       1999,  3, 6,     12,    30,    kNone},
-        {"words  930Z 06 MAR 99",       1999,  3, 6,     9,     30,    kNone},
-        {"words 12:30:45Z 06 MAR 49",   2049,  3, 6,     12,    30,    45   },
-        {"words 12Z 06 MAR 99",         1999,  3, 6,     12,    kNone, kNone},
-        {"",                            kNone, 0, kNone, kNone, kNone, kNone},
-        {"no date here at all, really", kNone, 0, kNone, kNone, kNone, kNone},
-        {"12Z 06",                      kNone, 0, kNone, kNone, kNone, kNone},
-        {"12 06 03 99",                 1999,  3, 6,     12,    kNone, kNone},
-        {"12 06 13 99",                 kNone, 0, kNone, kNone, kNone, kNone},
-        {"12 06 03 99 Main st",         kNone, 0, kNone, kNone, kNone, kNone},
+    // clang-format off
+    const struct {
+        const char *text;
+        DateRec date;
+    } cases[] = {
+        {"12Z 06 MAR 99",             make_date(1999, 3, 6, 12)},
+        {"words 1230Z 06 MAR 99",     make_date(1999, 3, 6, 12, 30)},
+        {"words  930Z 06 MAR 99",     make_date(1999, 3, 6, 9, 30)},
+        {"words 12:30:45Z 06 MAR 49", make_date(2049, 3, 6, 12, 30, 45)},
+        {"words 12Z 06 MAR 99",       make_date(1999, 3, 6, 12)},
+        {"12 06 03 99",               make_date(1999, 3, 6, 12)},
     };
-    for (const ParseCase &c : cases) {
+    // clang-format on
+    for (const auto &c : cases) {
         SCOPED_TRACE(c.text);
         DateRec d;
         TIME_parse(c.text, &d);
-        EXPECT_EQ(d.year, c.year);
-        EXPECT_EQ(d.month, c.month);
-        EXPECT_EQ(d.day, c.day);
-        EXPECT_EQ(d.hour, c.hour);
-        EXPECT_EQ(d.minute, c.minute);
-        EXPECT_EQ(d.second, c.second);
+        EXPECT_EQ(fields(d), fields(c.date));
+    }
+    for (const char *text :
+         {"", "no date here at all, really", "12Z 06", "12 06 13 99", "12 06 03 99 Main st"}) {
+        DateRec d;
+        TIME_parse(text, &d);
+        EXPECT_EQ(fields(d), fields(make_date(kNone, 0))) << text;
     }
 }
 
 TEST(Date, FormatsValidTimes)
 {
-    const DateRec date = make(1999, 3, 6, 0);
+    const DateRec date = make_date(1999, 3, 6, 0);
     EXPECT_EQ(valid(12, date), "12Z SAT  6 MAR 99");
     EXPECT_EQ(valid(36, date), "12Z SUN  7 MAR 99");
     EXPECT_EQ(valid(kNone, date), "0Z SAT  6 MAR 99");
     EXPECT_EQ(valid(2006012, date), "12Z SAT  6 MAR 99");
     EXPECT_EQ(valid(800, date), "0Z SAT  6 MAR 99");
-    EXPECT_EQ(valid(24, make(1999, 12, 31)), "SAT  1 JAN 00");
+    EXPECT_EQ(valid(24, make_date(1999, 12, 31)), "SAT  1 JAN 00");
 }
-
-struct ForecastCase {
-    int hours, use_days;
-    const char *text;
-};
 
 TEST(Date, LabelsForecasts)
 {
-    const std::vector<ForecastCase> cases = {
+    const struct {
+        int hours, use_days;
+        const char *text;
+    } cases[] = {
         {0,     0, ""       },
         {kNone, 1, ""       },
         {6,     0, "6 hour" },
@@ -210,7 +170,7 @@ TEST(Date, LabelsForecasts)
         {903,   0, "3 month"},
         {900,   0, "100 day"},
     };
-    for (const ForecastCase &c : cases) {
+    for (const auto &c : cases) {
         char text[kDateTextRoom];
         TIME_forecast_label(text, c.hours, c.use_days);
         EXPECT_STREQ(text, c.text) << c.hours << ' ' << c.use_days;
@@ -223,7 +183,7 @@ TEST(Date, LabelsForecasts)
 
 TEST(Date, ExpandsPlotLabels)
 {
-    const DateRec date = make(1999, 3, 6, 0, 5);
+    const DateRec date = make_date(1999, 3, 6, 0, 5);
     TIME_set_plot(&date, 24);
     char text[kLabelRoom];
     TIME_expand_label("a_b %D|%V|%W|%y%m%b%d%h%n|%f|%F|%%|%q|%", text);
@@ -240,48 +200,45 @@ TEST(Date, ExpandsPlotLabels)
 TEST(Date, HeaderDateFollowsTheEnvironment)
 {
     DateRec date;
-    setenv("SOURCE_DATE_EPOCH", "951782400", 1);
+    const ScopedEnv epoch("SOURCE_DATE_EPOCH", "951782400");
     TIME_header_now(&date);
     EXPECT_EQ(format(date), "0000Z 29 FEB 00");
-    setenv("SOURCE_DATE_EPOCH", "yesterday", 1);
+    const ScopedEnv later("SOURCE_DATE_EPOCH", "yesterday");
     TIME_header_now(&date);
     EXPECT_GT(date.year, 2020);
-    unsetenv("SOURCE_DATE_EPOCH");
 }
 
 // The zone stays for the rest of the process: this test is the last.
-struct FormatCase {
-    const char *zone;
-    DateRec date;
-    const char *text;
-};
-
 TEST(Date, FormatsWhatIsGivenInTheZone)
 {
-    const DateRec full = make(1999, 3, 6, 0, 5);
+    const DateRec full = make_date(1999, 3, 6, 0, 5);
     // clang-format off
-    const std::vector<FormatCase> cases = {
-        {nullptr,   make(1999, kNone, kNone),     "99"                               },
-        {nullptr,   make(1999, 3, kNone),         "MAR 99"                           },
-        {nullptr,   make(1999, 3, 6),             " 6 MAR 99"                        },
-        {nullptr,   make(1999, 3, 6, 7),          "07Z  6 MAR 99"                    },
-        {nullptr,   make(2007, 12, 16, 17, 5),    "1705Z 16 DEC 07"                  },
-        {nullptr,   make(kNone, 3, 6),            " 6 MAR 80"                        },
-        {"UTC:0",   full,                         "0005 UTC  6 MAR 99"               },
-        {"CST:-6",  full,                         "1805 CST  5 MAR 99"               },
-        {"CST:-6",  make(1999, 3, 6),             " 6 MAR 99"                        },
-        {"+UTC:0",  full,                         "12:05 AM UTC  6 MAR 99"           },
-        {"+UTC:0",  make(1999, 3, 6, 0),          "12 AM UTC  6 MAR 99"              },
-        {"+UTC:0",  make(1999, 3, 6, 11),         "11 AM UTC  6 MAR 99"              },
-        {"+UTC:0",  make(1999, 3, 6, 12, 30),     "12:30 PM UTC  6 MAR 99"           },
-        {"+UTC:0",  make(1999, 3, 6, 13),         "1 PM UTC  6 MAR 99"               },
-        {"-CST:-6", full,                         "6:05 PM CST [0005Z]  5 MAR 99"    },
-        {"-CST:-6", make(1999, 3, 6, 18),         "12 PM CST [18Z]  6 MAR 99"        },
-        {"-IST:5.5", full,                        "5:35 AM IST [0005Z]  6 MAR 99"    },
-        {"LONGER:0", make(1999, 3, 6, 7),         "07 LONG  6 MAR 99"                },
+    const struct {
+        const char *zone;
+        DateRec date;
+        const char *text;
+    } cases[] = {
+        {nullptr,    make_date(1999, kNone, kNone),  "99"},
+        {nullptr,    make_date(1999, 3, kNone),      "MAR 99"},
+        {nullptr,    make_date(1999, 3, 6),          " 6 MAR 99"},
+        {nullptr,    make_date(1999, 3, 6, 7),       "07Z  6 MAR 99"},
+        {nullptr,    make_date(2007, 12, 16, 17, 5), "1705Z 16 DEC 07"},
+        {nullptr,    make_date(kNone, 3, 6),         " 6 MAR 80"},
+        {"UTC:0",    full,                           "0005 UTC  6 MAR 99"},
+        {"CST:-6",   full,                           "1805 CST  5 MAR 99"},
+        {"CST:-6",   make_date(1999, 3, 6),          " 6 MAR 99"},
+        {"+UTC:0",   full,                           "12:05 AM UTC  6 MAR 99"},
+        {"+UTC:0",   make_date(1999, 3, 6, 0),       "12 AM UTC  6 MAR 99"},
+        {"+UTC:0",   make_date(1999, 3, 6, 11),      "11 AM UTC  6 MAR 99"},
+        {"+UTC:0",   make_date(1999, 3, 6, 12, 30),  "12:30 PM UTC  6 MAR 99"},
+        {"+UTC:0",   make_date(1999, 3, 6, 13),      "1 PM UTC  6 MAR 99"},
+        {"-CST:-6",  full,                           "6:05 PM CST [0005Z]  5 MAR 99"},
+        {"-CST:-6",  make_date(1999, 3, 6, 18),      "12 PM CST [18Z]  6 MAR 99"},
+        {"-IST:5.5", full,                           "5:35 AM IST [0005Z]  6 MAR 99"},
+        {"LONGER:0", make_date(1999, 3, 6, 7),       "07 LONG  6 MAR 99"},
     };
     // clang-format on
-    for (const FormatCase &c : cases) {
+    for (const auto &c : cases) {
         SCOPED_TRACE(c.text);
         if (c.zone) {
             EXPECT_EQ(TIME_set_zone(c.zone), 0);

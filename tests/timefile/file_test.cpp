@@ -2,37 +2,25 @@
 
 #include "base/missing.h"
 #include "base/prm.h"
-#include "support/temp_dir.h"
+#include "support/capture.h"
 #include "timefile/file.h"
 #include "timefile/out_file.h"
 
 namespace {
 
-struct StdCase {
-    const char *name;
-    int is_std;
-    int is_path;
-};
-
 TEST(File, KnowsStandardStreamsAndPaths)
 {
-    const std::vector<StdCase> cases = {
-        {"",      1, 0},
-        {"-",     1, 0},
-        {"STD",   1, 0},
-        {"stdN",  1, 0},
-        {"stdin", 0, 0},
-        {"--",    0, 0},
-        {"/a",    0, 1},
-        {"./a",   0, 1},
-        {".a",    0, 1},
-        {"~a",    0, 1},
-        {"a/b",   0, 0},
-    };
-    for (const StdCase &c : cases) {
-        SCOPED_TRACE(c.name);
-        EXPECT_EQ(FILE_is_std(c.name), c.is_std);
-        EXPECT_EQ(FILE_is_path(c.name), c.is_path);
+    for (const char *name : {"", "-", "STD", "stdN"}) {
+        EXPECT_EQ(FILE_is_std(name), 1) << name;
+        EXPECT_EQ(FILE_is_path(name), 0) << name;
+    }
+    for (const char *name : {"/a", "./a", ".a", "~a"}) {
+        EXPECT_EQ(FILE_is_std(name), 0) << name;
+        EXPECT_EQ(FILE_is_path(name), 1) << name;
+    }
+    for (const char *name : {"stdin", "--", "a/b"}) {
+        EXPECT_EQ(FILE_is_std(name), 0) << name;
+        EXPECT_EQ(FILE_is_path(name), 0) << name;
     }
     EXPECT_EQ(FILE_open("", "r"), stdin);
     EXPECT_EQ(FILE_open("STD", "w"), stdout);
@@ -40,29 +28,25 @@ TEST(File, KnowsStandardStreamsAndPaths)
     EXPECT_EQ(FILE_close(stdout), 0);
 }
 
-struct JoinCase {
-    const char *directory;
-    const char *name;
-    const char *joined;
-};
-
 TEST(File, JoinsDirectoriesAndNames)
 {
-    const std::vector<JoinCase> cases = {
+    const struct {
+        const char *directory, *name, *joined;
+    } cases[] = {
         {"/a",    "b",   "/a/b"  },
         {"/a/",   "b",   "/a/b"  },
         {"",      "b",   "b"     },
         {nullptr, "b",   "b"     },
-        {"/a",    "~/b", "~/b"   },
-        {"/a",    "/b",  "/b"    },
-        {"/a",    "./b", "./b"   },
-        {"/a",    "-",   "-"     },
+
         {"/a",    "b/c", "/a/b/c"},
     };
     char out[kFileNameRoom];
-    for (const JoinCase &c : cases) {
+    for (const auto &c : cases) {
         EXPECT_EQ(FILE_join(c.directory, c.name, out), out);
         EXPECT_STREQ(out, c.joined);
+    }
+    for (const char *whole : {"~/b", "/b", "./b", "-"}) {
+        EXPECT_STREQ(FILE_join("/a", whole, out), whole);
     }
     const std::string long_name(10000, 'x');
     FILE_join("/a", long_name.c_str(), out);
@@ -72,17 +56,20 @@ TEST(File, JoinsDirectoriesAndNames)
 TEST(File, ExpandsHomes)
 {
     setenv("HOME", "/home/me", 1);
-    char out[kFileNameRoom];
-    FILE_expand("~", out);
-    EXPECT_STREQ(out, "/home/me");
-    FILE_expand("~/x", out);
-    EXPECT_STREQ(out, "/home/me/x");
-    FILE_expand("~root/x", out);
-    EXPECT_STREQ(out, "/root/x");
-    FILE_expand("~nobody_of_that_name/x", out);
-    EXPECT_STREQ(out, "~nobody_of_that_name/x");
-    FILE_expand("a~", out);
-    EXPECT_STREQ(out, "a~");
+    const struct {
+        const char *name, *expanded;
+    } cases[] = {
+        {"~",                      "/home/me"              },
+        {"~/x",                    "/home/me/x"            },
+        {"~root/x",                "/root/x"               },
+        {"~nobody_of_that_name/x", "~nobody_of_that_name/x"},
+        {"a~",                     "a~"                    },
+    };
+    for (const auto &c : cases) {
+        char out[kFileNameRoom];
+        FILE_expand(c.name, out);
+        EXPECT_STREQ(out, c.expanded);
+    }
 }
 
 TEST(File, MakesDirectoriesForWriting)
@@ -118,67 +105,61 @@ TEST(File, PipesToACommand)
 {
     const TempDir folder;
     const std::string out = folder.file("out");
-    FILE *pipe = FILE_open(("|cat > " + out).c_str(), "w");
-    ASSERT_TRUE(pipe);
-    std::fputs("through the pipe", pipe);
-    EXPECT_EQ(FILE_close(pipe), 0);
-    EXPECT_EQ(read_file(out), "through the pipe");
-    FILE *failing = FILE_open("|exit 3", "w");
-    ASSERT_TRUE(failing);
-    EXPECT_EQ(FILE_close(failing), -1);
-    FILE *early = FILE_open("|exec 0<&-; exit 0", "w");
-    ASSERT_TRUE(early);
     const std::string much(1000000, 'x');
-    std::fputs(much.c_str(), early);
-    EXPECT_EQ(FILE_close(early), -1);
-    FILE *full = FILE_open("/dev/full", "w");
-    ASSERT_TRUE(full);
-    std::fputs("lost", full);
-    EXPECT_EQ(FILE_close(full), -1);
+    const struct {
+        std::string name, text;
+        int closed;
+    } cases[] = {
+        {"|cat > " + out,      "through the pipe", 0 },
+        {"|exit 3",            "",                 -1},
+        {"|exec 0<&-; exit 0", much,               -1},
+        {"/dev/full",          "lost",             -1},
+    };
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.name);
+        FILE *file = FILE_open(c.name.c_str(), "w");
+        ASSERT_TRUE(file);
+        std::fputs(c.text.c_str(), file);
+        EXPECT_EQ(FILE_close(file), c.closed);
+    }
+    EXPECT_EQ(read_file(out), "through the pipe");
 }
-
-struct TypeCase {
-    const char *bytes;
-    int type;
-};
 
 TEST(File, KnowsItsOwnKinds)
 {
-    const std::vector<TypeCase> cases = {
+    const struct {
+        const char *bytes;
+        int type;
+    } cases[] = {
         {"TYRSFC",              kFileSurface },
         {"TYRUPA 1",            kFileUpperAir},
         {"TYRRAW\nx",           kFileRaw     },
         {"TYRGRID",             kFileGrid    },
         {"TYRMETA\n\n\n\n\n\n", kFileMeta    },
         {"TYRIMG2",             kFileImage   },
-        {"TYRGRI",              -1           },
-        {"TYRMET",              -1           },
-        {"tyrraw",              -1           },
-        {"",                    -1           },
     };
     const TempDir folder;
-    for (const TypeCase &c : cases) {
-        SCOPED_TRACE(c.bytes);
+    for (const auto &c : cases) {
         const std::string path = folder.write("file", c.bytes);
-        EXPECT_EQ(FILE_type(path.c_str()), c.type);
+        EXPECT_EQ(FILE_type(path.c_str()), c.type) << c.bytes;
+        EXPECT_EQ(FILE_type((path + "-3:%5.1f").c_str()), c.type) << "cut at the first dash";
     }
-    folder.write("raw", "TYRRAW\n");
-    EXPECT_EQ(FILE_type(folder.file("raw-3:%5.1f").c_str()), kFileRaw) << "cut at the first dash";
-    EXPECT_EQ(FILE_type(folder.file("absent").c_str()), -1);
-    EXPECT_EQ(FILE_type(folder.path().c_str()), -1);
-    EXPECT_EQ(FILE_type("-"), -1);
+    for (const char *bytes : {"TYRGRI", "TYRMET", "tyrraw", ""}) {
+        EXPECT_EQ(FILE_type(folder.write("file", bytes).c_str()), -1) << bytes;
+    }
+    for (const std::string &name : {folder.file("absent"), folder.path(), std::string("-")}) {
+        EXPECT_EQ(FILE_type(name.c_str()), -1) << name;
+    }
 }
-
-struct CheckCase {
-    const char *name;
-    int param, batch, kind;
-    const char *answer; ///< null where nothing may be asked
-    int result;
-};
 
 TEST(File, DecidesOnAnOutputFileThatExists)
 {
-    const std::vector<CheckCase> cases = {
+    const struct {
+        const char *name;
+        int param, batch, kind;
+        const char *answer; ///< null where nothing may be asked
+        int result;
+    } cases[] = {
         {"use by parameter",       3,     0, 1, nullptr,  3},
         {"append by parameter",    2,     0, 1, nullptr,  2},
         {"batch",                  -9999, 1, 1, nullptr,  3},
@@ -193,18 +174,15 @@ TEST(File, DecidesOnAnOutputFileThatExists)
     };
     const TempDir folder;
     const std::string path = folder.write("file", "x");
-    for (const CheckCase &c : cases) {
+    for (const auto &c : cases) {
         SCOPED_TRACE(c.name);
         PRM_set(kPrmFileParam, c.param);
         PRM_set(kPrmBatch, c.batch);
-        const std::string answer = folder.write("answer", c.answer ? c.answer : "");
-        ASSERT_TRUE(std::freopen(answer.c_str(), "r", stdin));
-        testing::internal::CaptureStdout();
-        EXPECT_EQ(FILE_check_out(path.c_str(), c.kind), c.result);
-        const std::string asked = testing::internal::GetCapturedStdout();
+        type_in(c.answer ? c.answer : "");
+        const std::string asked =
+            shown_by([&] { EXPECT_EQ(FILE_check_out(path.c_str(), c.kind), c.result); });
         const std::string choices = c.kind == 2 ? "Y,N,Use,Over,App" : "Y,N,Use,Over";
-        EXPECT_EQ(asked,
-                  c.answer ? path + ": exists overwrite (" + choices + "): " : std::string());
+        EXPECT_EQ(asked, c.answer ? path + ": exists overwrite (" + choices + "): " : "");
         EXPECT_EQ(FILE_check_out(folder.file("absent").c_str(), c.kind), 1);
         EXPECT_EQ(FILE_check_out("-", c.kind), 1);
     }

@@ -3,7 +3,8 @@
 #include "base/msg.h"
 #include "base/prm.h"
 #include "base/res.h"
-#include "support/temp_dir.h"
+#include "support/capture.h"
+#include "support/dates.h"
 #include "timefile/decode_window.h"
 #include "timefile/search.h"
 #include "timefile/sequence.h"
@@ -19,19 +20,8 @@ int set_name(std::string type)
 
 DateRec user_hour(int month, int day, int hour, int minute)
 {
-    DateRec d;
-    d.month = month;
-    d.day = day;
-    d.hour = hour;
-    d.minute = minute;
-    return d;
+    return make_date(kNone, month, day, hour, minute);
 }
-
-struct CurrentCase {
-    const char *spec; ///< null for none
-    DateRec user;
-    const char *name;
-};
 
 /// Now is 1999-03-06 12:30; of the hourly files those of 9, 7 and 3 UTC are there, 9 is empty.
 /// The half hour stays in the time through a search: 7 UTC is found at 7:30.
@@ -65,54 +55,45 @@ class Current : public testing::Test {
 TEST_F(Current, WordsFindTheirFile)
 {
     const DateRec none;
+    const DateRec six_before = user_hour(kNone, kNone, -6, kNone);
     // clang-format off
-    const std::vector<CurrentCase> cases = {
-        {"",                none, "99030612"},
-        {"cu",              none, "99030612"},
-        {nullptr,           none, "99030607"},
-        {"la",              none, "99030607"},
-        {"LA",              none, "99030607"},
-        {"Cula",            none, "99030607"},
-        {"latest",          none, "99030607"},
-        {"-6",              none, "99030606"},
-        {"6",               none, "99030606"},
-        {"+6",              none, "99030618"},
-        {"-0:31",           none, "99030611"},
-        {"-1d",             none, "99030512"},
-        {"-1d2",            none, "99030510"},
-        {"la-6",            none, "99030601"},
-        {"la+1d1:30",       none, "99030709"},
-        {"-6la",            none, "99030603"},
-        {"-9+la",           none, "99030603"},
-        {"-10+la",          none, "99030603"},
-        {"la#3",            none, "99030610"},
-        {"la#6",            none, "99030607"},
-        {"#1999030608la",   none, "99030607"},
-        {"#1999030604",     none, "99030604"},
-        {"#199903060430-1", none, "99030603"},
-        {"#1999",           none, "99010100"},
-        {"#",               none, "99030612"},
-        {"junk",            none, "99030612"},
-        {"-99999999999999999999d", none, "%"},
-        {"",                user_hour(kNone, kNone, 10, kNone),    "99030610"},
-        {"",                user_hour(kNone, kNone, 14, kNone),    "99030514"},
-        {"",                user_hour(kNone, kNone, kNone, 45),    "99030611"},
-        {"",                user_hour(kNone, 5, kNone, kNone),     "99030512"},
-        {"",                user_hour(kNone, 7, kNone, kNone),     "99020712"},
-        {"",                user_hour(4, kNone, kNone, kNone),     "98040612"},
-        {"",                user_hour(kNone, kNone, -6, kNone),    "99030612"},
-        {"-1",              user_hour(kNone, kNone, -6, kNone),    "99030606"},
-        {"la",              user_hour(kNone, kNone, -6, kNone),    "%"},
+    const struct {
+        const char *name;
+        DateRec user;
+        std::vector<const char *> specs; ///< null for none
+    } cases[] = {
+        {"99030612", none, {"", "cu", "#", "junk"}},
+        {"99030607", none, {nullptr, "la", "LA", "Cula", "latest", "la#6", "#1999030608la"}},
+        {"99030606", none, {"-6", "6"}},
+        {"99030618", none, {"+6"}},
+        {"99030611", none, {"-0:31"}},
+        {"99030512", none, {"-1d"}},
+        {"99030510", none, {"-1d2"}},
+        {"99030601", none, {"la-6"}},
+        {"99030709", none, {"la+1d1:30"}},
+        {"99030603", none, {"-6la", "-9+la", "-10+la", "#199903060430-1"}},
+        {"99030610", none, {"la#3"}},
+        {"99030604", none, {"#1999030604"}},
+        {"99010100", none, {"#1999"}},
+        {"99030610", user_hour(kNone, kNone, 10, kNone), {""}},
+        {"99030514", user_hour(kNone, kNone, 14, kNone), {""}},
+        {"99030611", user_hour(kNone, kNone, kNone, 45), {""}},
+        {"99030512", user_hour(kNone, 5, kNone, kNone),  {""}},
+        {"99020712", user_hour(kNone, 7, kNone, kNone),  {""}},
+        {"98040612", user_hour(4, kNone, kNone, kNone),  {""}},
+        {"99030612", six_before,                         {""}},
+        {"99030606", six_before,                         {"-1"}},
     };
     // clang-format on
-    for (const CurrentCase &c : cases) {
-        SCOPED_TRACE(c.spec ? c.spec : "(null)");
+    for (const auto &c : cases) {
         TIME_set_hour(&c.user);
-        const std::string name = current(c.spec);
-        if (*c.name != '%') {
-            EXPECT_EQ(name, c.name);
+        for (const char *spec : c.specs) {
+            EXPECT_EQ(current(spec), c.name) << (spec ? spec : "(null)");
         }
     }
+    current("la"); // with hours ahead any file will do, as long as the search ends
+    TIME_set_hour(&none);
+    current("-99999999999999999999d");
 }
 
 TEST_F(Current, TimeIsRoundedToTheStep)
@@ -148,28 +129,29 @@ TEST_F(Current, TemplateWithoutADateEndsTheSearchAtOnce)
 
 TEST_F(Current, ParsedNamesServeTheSameWords)
 {
+    const struct {
+        const char *text, *name;
+    } cases[] = {
+        {"cu-6",        "99030606"},
+        {"la",          "99030607"},
+        {"la#1",        "99030612"},
+        {"#1999030604", "99030604"},
+    };
     char out[kFileNameRoom];
-    FILE_parse_name("cu-6", out);
-    EXPECT_EQ(std::string(out), folder.file("99030606"));
-    FILE_parse_name("la", out);
-    EXPECT_EQ(std::string(out), folder.file("99030607"));
-    FILE_parse_name("la#1", out);
-    EXPECT_EQ(std::string(out), folder.file("99030612"));
-    FILE_parse_name("#1999030604", out);
-    EXPECT_EQ(std::string(out), folder.file("99030604"));
+    for (const auto &c : cases) {
+        FILE_parse_name(c.text, out);
+        EXPECT_EQ(std::string(out), folder.file(c.name)) << c.text;
+    }
     EXPECT_EXIT(FILE_parse_name("Exit", out), testing::ExitedWithCode(0), "");
 }
 
-struct AnswerCase {
-    const char *name;
-    const char *answers;
-    const char *file; ///< null where the run ends
-    int code;
-};
-
 TEST_F(Current, FirstFileIsAskedFor)
 {
-    const std::vector<AnswerCase> cases = {
+    const struct {
+        const char *name, *answers;
+        const char *file; ///< null where the run ends
+        int code;
+    } cases[] = {
         {"a name",          "99030607\n",                               "99030607", 0 },
         {"second try",      "x\n99030603\n",                            "99030603", 0 },
         {"latest",          "la\n",                                     "99030607", 0 },
@@ -182,13 +164,10 @@ TEST_F(Current, FirstFileIsAskedFor)
         {"end of input",    "a\n",                                      nullptr,    0 },
         {"no input",        "",                                         nullptr,    0 },
     };
-    for (const AnswerCase &c : cases) {
+    for (const auto &c : cases) {
         SCOPED_TRACE(c.name);
-        const std::string answers = folder.write("answers", c.answers);
         const auto ask = [&] {
-            if (!std::freopen(answers.c_str(), "r", stdin)) {
-                std::abort();
-            }
+            type_in(c.answers);
             char out[kFileNameRoom];
             const int found = FILE_get_name("Which? ", out);
             const bool good = found == 1 && c.file && out == folder.file(c.file);
@@ -221,21 +200,17 @@ TEST_F(Current, FirstFileComesFromTheResources)
                 "File not found: .*/99030610\n");
 }
 
-struct SequenceCase {
-    const char *name;
-    const char *num_hour; ///< null for the default
-    const char *filename;
-    const char *text;
-    std::vector<std::string> files;
-};
-
 TEST(Sequence, WalksItsHours)
 {
     RES_put("data_path", "/d");
     TIME_clear_hour();
     FILE_set_default_hours(0);
-    const std::string hourly = "@%d%h";
-    const std::vector<SequenceCase> cases = {
+    const struct {
+        const char *name;
+        const char *num_hour; ///< null for the default
+        const char *filename, *text;
+        std::vector<std::string> files;
+    } cases[] = {
         {"back",                       "-3",     "",     "@%d%h",   {"0609", "0610", "0611", "0612"}},
         {"forward",                    "2",      "",     "@%d%h",   {"0612", "0613", "0614"}        },
         {"two-hour step",              "-5,2",   "",     "@%d%h",   {"0606", "0608", "0610", "0612"}},
@@ -251,17 +226,12 @@ TEST(Sequence, WalksItsHours)
         {"nothing asked for",          "0",      "",     "@%d%h",   {"0612"}                        },
         {"nonsense",                   "x",      "",     "@%d%h",   {"0612"}                        },
     };
-    for (const SequenceCase &c : cases) {
+    for (const auto &c : cases) {
         SCOPED_TRACE(c.name);
         set_name(c.text);
         RES_set(1, "filename", c.filename, kResList);
         RES_put("num_hour", c.num_hour);
-        DateRec base;
-        base.year = 1999;
-        base.month = 3;
-        base.day = 6;
-        base.hour = 12;
-        base.minute = 0;
+        const DateRec base = make_date(1999, 3, 6, 12, 0);
         char out[kFileNameRoom];
         FILE_compose(&base, out);
         FILE_seq_init(&base);
@@ -279,11 +249,7 @@ TEST(Sequence, DayOfThreeHourSteps)
     RES_put("num_hour", "-24,3");
     RES_put("filename", "");
     set_name("@%D/%y%m%d%h");
-    DateRec base;
-    base.year = 1999;
-    base.month = 3;
-    base.day = 6;
-    base.hour = 12;
+    const DateRec base = make_date(1999, 3, 6, 12);
     char out[kFileNameRoom];
     FILE_compose(&base, out);
     FILE_seq_init(&base);
@@ -298,19 +264,16 @@ TEST(Sequence, DayOfThreeHourSteps)
     EXPECT_EQ(FILE_name_at(&base, -21600, out), -2);
 }
 
-struct HoursCase {
-    const char *value;
-    int range, step;
-};
-
 TEST(Sequence, ReadsSpans)
 {
     set_name("@%d%h");
-    DateRec date;
-    date.year = 1999;
+    const DateRec date = make_date(1999);
     char out[kFileNameRoom];
     FILE_compose(&date, out);
-    const std::vector<HoursCase> cases = {
+    const struct {
+        const char *value;
+        int range, step;
+    } cases[] = {
         {"-12",        -43200,    3600 },
         {"-12,3",      -43200,    10800},
         {"-1:30",      -5400,     3600 },
@@ -320,7 +283,7 @@ TEST(Sequence, ReadsSpans)
         {"",           0,         3600 },
         {"999999999",  900000000, 3600 },
     };
-    for (const HoursCase &c : cases) {
+    for (const auto &c : cases) {
         SCOPED_TRACE(c.value);
         RES_put("num_hour", c.value);
         EXPECT_EQ(FILE_num_hours(), c.range);
@@ -328,22 +291,15 @@ TEST(Sequence, ReadsSpans)
     }
 }
 
-struct WindowCase {
-    const char *decode_hour;
-    int hour, minute;
-    int inside, outside; ///< report times
-};
-
 TEST(DecodeWindow, SelectsReports)
 {
-    DateRec date;
-    date.year = 1999;
-    date.month = 3;
-    date.day = 6;
-    date.hour = 14;
-    date.minute = 37;
+    const DateRec date = make_date(1999, 3, 6, 14, 37);
     TIME_clear_hour();
-    const std::vector<WindowCase> cases = {
+    const struct {
+        const char *decode_hour;
+        int hour, minute;
+        int inside, outside; ///< report times
+    } cases[] = {
         {"12",          12, 0,  1150, 1140},
         {"12:00-30+30", 12, 0,  1130, 1231},
         {"12-5+5",      12, 0,  1155, 1206},
@@ -355,12 +311,10 @@ TEST(DecodeWindow, SelectsReports)
         {"cu:30-5+5",   14, 30, 1425, 1424},
         {"-6",          12, 0,  1150, 1211},
     };
-    for (const WindowCase &c : cases) {
+    for (const auto &c : cases) {
         SCOPED_TRACE(c.decode_hour);
         RES_put("decode_hour", c.decode_hour);
-        testing::internal::CaptureStdout();
-        TIME_set_decode(&date);
-        testing::internal::GetCapturedStdout();
+        shown_by([&] { TIME_set_decode(&date); });
         DateRec decode;
         TIME_get_decode(&decode);
         EXPECT_EQ(decode.hour, c.hour);

@@ -1,13 +1,10 @@
 #include <cstdio>
-#include <string>
-
-#include <gtest/gtest.h>
 
 #include "base/missing.h"
 #include "base/msg.h"
 #include "base/prm.h"
 #include "base/res.h"
-#include "support/temp_dir.h"
+#include "support/capture.h"
 #include "var/catalogue.h"
 #include "var/label.h"
 #include "var/match.h"
@@ -58,6 +55,14 @@ std::string str(int number, const char *units = "")
     return VAR_str(out, number, units);
 }
 
+/// Value and text that the menu answers.
+std::string menu()
+{
+    char answer[80];
+    const int value = VAR_menu("Title", "Enter: ", answer, 3);
+    return std::to_string(value) + " " + answer;
+}
+
 std::string datatype(int time, int kind, int value)
 {
     char out[kDatatypeSize];
@@ -105,30 +110,26 @@ TEST_F(CatalogueTest, TextsOfNumbers)
 
 TEST_F(CatalogueTest, MissingAndOverlongCatalogues)
 {
-    testing::internal::CaptureStderr();
-    EXPECT_EQ(VAR_read_varfile(), 0);
-    EXPECT_EQ(str(11), "v11"); // no second message
-    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+    const std::string told = told_by([] {
+        EXPECT_EQ(VAR_read_varfile(), 0);
+        EXPECT_EQ(str(11), "v11"); // no second message
+    });
+    EXPECT_EQ(told,
               "VAR_read_varfile: Unable to open file: " + folder_.file("variable.lup") + "\n");
     std::string lines;
     for (int i = 1; i <= 760; ++i)
         lines += std::to_string(i) + " v" + std::to_string(i) + " text\n";
-    testing::internal::CaptureStderr();
-    load(lines);
-    EXPECT_NE(testing::internal::GetCapturedStderr().find("More than 750 entries"),
-              std::string::npos);
+    EXPECT_NE(told_by([&] { load(lines); }).find("More than 750 entries"), std::string::npos);
     EXPECT_EQ(VAR_catalogue().size(), 750U);
 }
 
 TEST_F(CatalogueTest, SourcesAndModels)
 {
     char out[kModelTextSize];
-    testing::internal::CaptureStderr();
-    EXPECT_EQ(VAR_source(out, 7), nullptr);
-    EXPECT_STREQ(VAR_model(out, 7), "");
-    const std::string text = testing::internal::GetCapturedStderr();
-    EXPECT_NE(text.find("VAR_source: Unable to open file: "), std::string::npos);
-    EXPECT_NE(text.find("VAR_model: Unable to open file: "), std::string::npos);
+    EXPECT_EQ(told_by([&] { EXPECT_EQ(VAR_source(out, 7), nullptr); }),
+              "VAR_source: Unable to open file: " + folder_.file("source.lup") + "\n");
+    EXPECT_EQ(told_by([&] { EXPECT_STREQ(VAR_model(out, 7), ""); }),
+              "VAR_model: Unable to open file: " + folder_.file("mod_name.lup") + "\n");
     folder_.write("source.lup",
                   "oddity\n7 Washington, " + std::string(100, 'x') + "\n98 Reading\n");
     EXPECT_STREQ(VAR_source(out, 98), "Reading");
@@ -145,46 +146,19 @@ TEST_F(CatalogueTest, SourcesAndModels)
 
 TEST(Match, Patterns)
 {
-    const struct {
-        const char *pattern;
-        const char *text;
-        int want;
-    } cases[] = {
-        {"a|b",    "b",    1},
-        {"a|b",    "c",    0},
-        {"~a",     "a",    0},
-        {"~a",     "b",    1},
-        {"1*",     "12",   1},
-        {"1*",     "1",    1},
-        {"1*",     "2",    0},
-        {"*x",     "abcx", 1},
-        {"*x",     "abxc", 0},
-        {"a*c*",   "abcd", 1},
-        {"a?c",    "abc",  1},
-        {"a.c",    "abc",  1},
-        {"a.c",    "abbc", 0},
-        {"[0-9]h", "5h",   1},
-        {"[0-9]h", "xh",   0},
-        {"[xa-c]", "b",    1},
-        {"[ab-]",  "-",    1},
-        {"[a|b]c", "|c",   1},
-        {"ab",     "a",    0},
-        {"a",      "ab",   0},
-        {"",       "a",    0},
-        {"a",      "",     0},
-        {"a|",     "b",    0},
-        {"~",      "x",    1},
-        {"[abc",   "b",    1},
-        {"*[0-9]", "ab7",  1},
-        {"*|x",    "y",    1},
-        {"~a|a",   "a",    1},
-        {"A",      "a",    0},
-        {"[]",     "x",    0},
-        {"**",     "xyz",  1}
+    // a pattern, a blank, a text
+    const auto match = [](const std::string &words) {
+        const size_t blank = words.find(' ');
+        return VAR_match(words.substr(0, blank).c_str(), words.substr(blank + 1).c_str());
     };
-    for (const auto &c : cases) {
-        SCOPED_TRACE(std::string(c.pattern) + " " + c.text);
-        EXPECT_EQ(VAR_match(c.pattern, c.text), c.want);
+    for (const char *fits : {"a|b b", "~a b", "1* 12", "1* 1", "*x abcx", "a*c* abcd", "a?c abc",
+                             "a.c abc", "[0-9]h 5h", "[xa-c] b", "[ab-] -", "[a|b]c |c", "~ x",
+                             "[abc b", "*[0-9] ab7", "*|x y", "~a|a a", "** xyz"}) {
+        EXPECT_EQ(match(fits), 1) << fits;
+    }
+    for (const char *unfit : {"a|b c", "~a a", "1* 2", "*x abxc", "a.c abbc", "[0-9]h xh", "ab a",
+                              "a ab", " a", "a ", "a| b", "A a", "[] x"}) {
+        EXPECT_EQ(match(unfit), 0) << unfit;
     }
     EXPECT_EQ(VAR_match(nullptr, "a"), 0);
 }
@@ -220,28 +194,21 @@ TEST_F(VarFileTest, EntriesConditionsAndLookUp)
 TEST_F(VarFileTest, Conditions)
 {
     const struct {
-        const char *condition;
-        int bare;
-        int with_texts; // model eta, level 500, time 12
+        int bare, with_texts; // model eta, level 500, time 12
+        std::vector<const char *> conditions;
     } cases[] = {
-        {"1",             1, 1},
-        {"0",             0, 0},
-        {"mo=eta",        0, 1},
-        {"mo=gfs",        0, 0},
-        {"mo=e*&le=500",  0, 1},
-        {"mo=eta&le=700", 0, 0},
-        {"mo=gfs,ft=1?",  0, 1},
-        {"",              0, 0},
-        {"mo=",           0, 0},
-        {"le=~700",       0, 1},
-        {"2",             0, 0}
+        {1, 1, {"1"}                                                },
+        {0, 1, {"mo=eta", "mo=e*&le=500", "mo=gfs,ft=1?", "le=~700"}},
+        {0, 0, {"0", "2", "", "mo=", "mo=gfs", "mo=eta&le=700"}     },
     };
     for (const auto &c : cases) {
-        SCOPED_TRACE(c.condition);
-        VAR_set_condition_texts(nullptr, nullptr, nullptr);
-        EXPECT_EQ(VAR_condition(c.condition), c.bare);
-        VAR_set_condition_texts("eta", "500", "12");
-        EXPECT_EQ(VAR_condition(c.condition), c.with_texts);
+        for (const char *condition : c.conditions) {
+            SCOPED_TRACE(condition);
+            VAR_set_condition_texts(nullptr, nullptr, nullptr);
+            EXPECT_EQ(VAR_condition(condition), c.bare);
+            VAR_set_condition_texts("eta", "500", "12");
+            EXPECT_EQ(VAR_condition(condition), c.with_texts);
+        }
     }
     VAR_set_condition_texts(nullptr, nullptr, nullptr);
 }
@@ -251,12 +218,12 @@ TEST_F(VarFileTest, OverlongDefinitionsAreRefused)
     open("big Big 1 " + std::string(600, 'x') + "\nlong Long 1 a\\\n" + std::string(700, 'b') +
          "\nok Ok 1 fine\n");
     char definition[kMaxVarDefinition] = "untouched";
-    testing::internal::CaptureStderr();
-    EXPECT_EQ(VAR_lookup("big", definition), 0);
-    EXPECT_EQ(VAR_lookup("long", definition), 0);
-    EXPECT_EQ(testing::internal::GetCapturedStderr(),
-              "VAR_lookup: Definition of big is longer than 511 characters\n"
-              "VAR_lookup: Definition of long is longer than 511 characters\n");
+    const std::string told = told_by([&] {
+        EXPECT_EQ(VAR_lookup("big", definition), 0);
+        EXPECT_EQ(VAR_lookup("long", definition), 0);
+    });
+    EXPECT_EQ(told, "VAR_lookup: Definition of big is longer than 511 characters\n"
+                    "VAR_lookup: Definition of long is longer than 511 characters\n");
     EXPECT_STREQ(definition, "untouched");
     EXPECT_EQ(VAR_lookup("ok", definition), 1);
 }
@@ -264,33 +231,25 @@ TEST_F(VarFileTest, OverlongDefinitionsAreRefused)
 TEST_F(VarFileTest, BatchTakesTheFirstEntryShown)
 {
     PRM_set(kPrmBatch, 1);
-    char answer[80];
     open("hidden Hidden 0 x\nwbrb Barbs 1 wbrb\nwspd Speed 1 wspd\n");
     EXPECT_EQ(VAR_read_menu(), 1);
-    EXPECT_EQ(VAR_menu("t", "p", answer, 3), 1);
-    EXPECT_STREQ(answer, "wbrb");
+    EXPECT_EQ(menu(), "1 wbrb");
     open("hidden Hidden 0 x\n");
     VAR_read_menu();
-    EXPECT_EQ(VAR_menu("t", "p", answer, 3), 1);
-    EXPECT_STREQ(answer, "def");
+    EXPECT_EQ(menu(), "1 def");
 }
 
 TEST_F(VarFileTest, TheMenuIsAnsweredByNumberWordListOrFreeText)
 {
     open("wbrb Wind_barbs 1 wbrb\nhidden Hidden 0 x\nwspd Speed 1 wspd\n");
     VAR_read_menu();
-    const std::string input = folder_.write("input", "list\n2\nwbrb\n0\n12:500:wbrb\n");
-    ASSERT_NE(std::freopen(input.c_str(), "r", stdin), nullptr);
-    char answer[80];
-    testing::internal::CaptureStdout();
-    EXPECT_EQ(VAR_menu("Title", "Enter: ", answer, 3), 2);
-    EXPECT_STREQ(answer, "wspd");
-    EXPECT_EQ(VAR_menu("Title", "Enter: ", answer, 3), 1);
-    EXPECT_STREQ(answer, "wbrb");
-    EXPECT_EQ(VAR_menu("Title", "Enter: ", answer, 3), 0);
-    EXPECT_EQ(VAR_menu("Title", "Enter: ", answer, 3), kMissingInt);
-    EXPECT_STREQ(answer, "12:500:wbrb");
-    const std::string text = testing::internal::GetCapturedStdout();
+    type_in("list\n2\nwbrb\n0\n12:500:wbrb\n");
+    const std::string text = shown_by([&] {
+        EXPECT_EQ(menu(), "2 wspd");
+        EXPECT_EQ(menu(), "1 wbrb");
+        EXPECT_EQ(menu(), "0 0");
+        EXPECT_EQ(menu(), "-9999 12:500:wbrb");
+    });
     EXPECT_NE(text.find("hidden   Hidden"), std::string::npos); // the list has all
     EXPECT_EQ(text.find("2: Hidden"), std::string::npos);       // the menu hasn't
     EXPECT_NE(text.find("0: Return to previous menu"), std::string::npos);
@@ -303,21 +262,17 @@ TEST_F(VarFileTest, TheMenuHasRoomForFortyNine)
         lines += "v" + std::to_string(i) + " T 1 x\n";
     open(lines);
     VAR_read_menu();
-    const std::string input = folder_.write("input", "v49\nv50\n");
-    ASSERT_NE(std::freopen(input.c_str(), "r", stdin), nullptr);
-    char answer[80];
-    testing::internal::CaptureStdout();
-    EXPECT_EQ(VAR_menu("Title", "Enter: ", answer, 3), 49);
-    EXPECT_EQ(VAR_menu("Title", "Enter: ", answer, 3), kMissingInt);
-    testing::internal::GetCapturedStdout();
+    type_in("v49\nv50\n");
+    shown_by([&] {
+        EXPECT_EQ(menu(), "49 v49");
+        EXPECT_EQ(menu(), "-9999 v50");
+    });
 }
 
 TEST_F(VarFileTest, ListPrintsTheEntries)
 {
     open("wbrb Wind_barbs 1 wbrb\\\n  :knt\nhidden Hidden 0 x\n");
-    testing::internal::CaptureStdout();
-    EXPECT_EQ(VAR_print_list(), -1);
-    EXPECT_EQ(testing::internal::GetCapturedStdout(),
+    EXPECT_EQ(shown_by([] { EXPECT_EQ(VAR_print_list(), -1); }),
               " Abbr    Description\n"
               "wbrb     Wind barbs                                        \n"
               "hidden   Hidden                                            \n");
@@ -335,8 +290,7 @@ TEST_F(VarFileTest, FileIsNamedAfterTheProgram)
 TEST_F(LabelTest, LevelTexts)
 {
     const struct {
-        int kind;
-        int value;
+        int kind, value;
         const char *text;
     } cases[] = {
         {0,   0,      ""                     },
@@ -384,9 +338,8 @@ TEST_F(LabelTest, LevelTexts)
         SCOPED_TRACE(c.text);
         EXPECT_EQ(datatype(0, c.kind, c.value), c.text);
     }
-    testing::internal::CaptureStderr();
-    EXPECT_EQ(datatype(0, 150, 0), "");
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), "VAR_make_datatype: no ltype: 150\n");
+    EXPECT_EQ(told_by([] { EXPECT_EQ(datatype(0, 150, 0), ""); }),
+              "VAR_make_datatype: no ltype: 150\n");
 }
 
 TEST_F(LabelTest, TimeTexts)
@@ -416,8 +369,7 @@ TEST_F(LabelTest, LabelModes)
 {
     load("11 temp Temperature\n");
     const struct {
-        const char *mode;
-        const char *label;
+        const char *mode, *label;
     } cases[] = {
         {"labmin",        "temp (C)"                            },
         {"labsimple",     "500 mb temp (C)"                     },

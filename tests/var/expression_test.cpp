@@ -1,12 +1,8 @@
-#include <string>
-
-#include <gtest/gtest.h>
-
 #include "base/missing.h"
 #include "base/msg.h"
 #include "base/prm.h"
 #include "base/res.h"
-#include "support/temp_dir.h"
+#include "support/capture.h"
 #include "var/base_stack.h"
 #include "var/catalogue.h"
 #include "var/expression.h"
@@ -62,8 +58,7 @@ class ExpressionTest : public testing::Test {
 TEST_F(ExpressionTest, Grammar)
 {
     const struct {
-        const char *text;
-        const char *want;
+        const char *text, *want;
     } cases[] = {
         {"wbrb",                             "wbrb||2|0|-|-||0\n"                                             },
         {"wbrb:knt",                         "wbrb|knt|2|0|-|-||0\n"                                          },
@@ -170,8 +165,7 @@ TEST_F(ExpressionTest, DefinitionsReplaceNames)
          "long  Long  1 a,\\\n"
          "   b:knt\n");
     const struct {
-        const char *text;
-        const char *want;
+        const char *text, *want;
     } cases[] = {
         {"wbrb",               "wbrb|knt|32|0|-|-|co=blue|0\n"                      },
         {"WBRB",               "WBRB||2|0|-|-||0\n"                                 },
@@ -194,10 +188,8 @@ TEST_F(ExpressionTest, DefinitionsReplaceNames)
         SCOPED_TRACE(c.text);
         EXPECT_EQ(decode(c.text), c.want);
     }
-    testing::internal::CaptureStderr();
-    VAR_decode(nullptr, "ping"); // each names the other
-    EXPECT_NE(testing::internal::GetCapturedStderr().find("VAR_base_push: More than 10 levels"),
-              std::string::npos);
+    const std::string told = told_by([] { decode("ping"); }); // each names the other
+    EXPECT_NE(told.find("VAR_base_push: More than 10 levels"), std::string::npos);
     EXPECT_EQ(VAR_count(), 1);
 }
 
@@ -207,9 +199,7 @@ TEST_F(ExpressionTest, FilePrefixSelectsAVariableFile)
     EXPECT_EQ(decode("fi:other.var:wspd"), "wspd|knt|2|0|-|-||0\n");
     EXPECT_EQ(decode("wspd", "other.var"), "wspd|knt|2|0|-|-||0\n");
     EXPECT_EQ(decode("fi:other.var"), "");
-    testing::internal::CaptureStderr();
-    EXPECT_EQ(decode("fi:absent.var:wspd"), "wspd||2|0|-|-||0\n");
-    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+    EXPECT_EQ(told_by([] { EXPECT_EQ(decode("fi:absent.var:wspd"), "wspd||2|0|-|-||0\n"); }),
               "VAR_open_file: Unable to open var file: " + folder_.file("absent.var") + "\n");
 }
 
@@ -239,10 +229,8 @@ TEST_F(ExpressionTest, LimitsAreRefusedWithAMessage)
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.text);
-        testing::internal::CaptureStderr();
-        VAR_decode(nullptr, c.text.c_str());
-        const std::string message = testing::internal::GetCapturedStderr();
-        EXPECT_EQ(message.substr(0, c.message.size()), c.message);
+        const std::string told = told_by([&] { decode(c.text); });
+        EXPECT_EQ(told.substr(0, c.message.size()), c.message);
         EXPECT_EQ(VAR_count(), c.count);
     }
     EXPECT_STREQ(VAR_get(0)->format, "");
@@ -257,19 +245,15 @@ TEST_F(ExpressionTest, DefinitionsThatMultiplyEnd)
         file.append(1, c).append(" T 1 ").append(next + "," + next + "," + next + "\n");
     }
     open(file + "i T 1 ,\n");
-    testing::internal::CaptureStderr();
-    VAR_decode(nullptr, "a");
-    EXPECT_FALSE(testing::internal::GetCapturedStderr().empty());
+    EXPECT_NE(told_by([] { decode("a"); }), "");
     EXPECT_LE(VAR_count(), kMaxVariables);
 }
 
 TEST_F(ExpressionTest, CatalogueSettlesNumbers)
 {
     const struct {
-        const char *name;
-        const char *stored;
-        int number;
-        int a;
+        const char *name, *stored;
+        int number, a;
     } cases[] = {
         {"temp",             "temp",             11,       1},
         {"TEMP",             "TEMP",             11,       1},
@@ -304,44 +288,29 @@ TEST_F(ExpressionTest, CatalogueSettlesNumbers)
 TEST_F(ExpressionTest, ProbabilitiesPackTheirThreshold)
 {
     // 25.0 is 10 ^ 1 times 2.5: code 1, digits 25; 11 * 10000 + 1910001000 + 125
-    const struct {
-        const char *name;
-        int number;
-    } cases[] = {
-        {"ensprob[<25]temp",  1910111125},
-        {"ensprob[>25]temp",  1910112125},
-        {"ensprob[^25]temp",  1910113125},
-        {"ensprob[<-25]temp", 1910116125},
-        {"ensprob[=25]temp",  11        }
-    };
-    for (const auto &c : cases) {
-        SCOPED_TRACE(c.name);
-        VarRec record;
-        VAR_init(&record);
-        EXPECT_EQ(VAR_name(c.name, &record), c.number);
-    }
+    VarRec record;
+    VAR_init(&record);
+    EXPECT_EQ(VAR_name("ensprob[<25]temp", &record), 1910111125);
+    EXPECT_EQ(VAR_name("ensprob[>25]temp", &record), 1910112125);
+    EXPECT_EQ(VAR_name("ensprob[^25]temp", &record), 1910113125);
+    EXPECT_EQ(VAR_name("ensprob[<-25]temp", &record), 1910116125);
+    EXPECT_EQ(VAR_name("ensprob[=25]temp", &record), 11);
 }
 
 TEST_F(ExpressionTest, PackedValues)
 {
-    const struct {
-        float x;
-        int packed;
-    } cases[] = {
-        {0,       0   },
-        {5,       50  },
-        {1.5F,    15  },
-        {25,      125 },
-        {250,     225 },
-        {-250,    -225},
-        {99999,   499 },
-        {0.12F,   920 },
-        {0.0034F, 740 },
-        {-5,      -50 }
+    const std::pair<float, int> cases[] = {
+        {0.0F,     0   },
+        {5.0F,     50  },
+        {1.5F,     15  },
+        {25.0F,    125 },
+        {-250.0F,  -225},
+        {99999.0F, 499 },
+        {0.12F,    920 },
+        {0.0034F,  740 }
     };
-    for (const auto &c : cases) {
-        SCOPED_TRACE(c.x);
-        EXPECT_EQ(VAR_pack_value(c.x), c.packed);
+    for (const auto &[x, packed] : cases) {
+        EXPECT_EQ(VAR_pack_value(x), packed) << x;
     }
 }
 
@@ -374,9 +343,7 @@ TEST_F(ExpressionTest, TestsOfRecords)
 TEST_F(ExpressionTest, RecordsPrintInOneLine)
 {
     VAR_decode(nullptr, "12:500:temp:C:cbarb:ul");
-    testing::internal::CaptureStdout();
-    VAR_print(kMsgPrint, VAR_get(0));
-    EXPECT_EQ(testing::internal::GetCapturedStdout(),
+    EXPECT_EQ(shown_by([] { VAR_print(kMsgPrint, VAR_get(0)); }),
               "V: temp       U: C          FH:      12 LT:    100 L:     500 VN:     11 T: cbarb "
               "F:  0 FM: ul\n");
 }
@@ -399,16 +366,16 @@ TEST(TypeWords, WordsAndNames)
         {"wx",    36, "symb" },
         {"line",  37, "line" },
         {"plot",  30, "plot" },
-        {"int",   -1, "----" },
-        {"barbs", -1, "----" },
-        {"",      -1, "----" }
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.word);
         EXPECT_EQ(VAR_plot_code(c.word), c.code);
         EXPECT_STREQ(VAR_plot_name(c.code), c.name);
     }
-    EXPECT_EQ(VAR_plot_code(nullptr), -1);
+    for (const char *word : {"int", "barbs", "", static_cast<const char *>(nullptr)}) {
+        EXPECT_EQ(VAR_plot_code(word), -1);
+    }
+    EXPECT_STREQ(VAR_plot_name(-1), "----");
     EXPECT_STREQ(VAR_plot_name(10), "grid");
     EXPECT_STREQ(VAR_plot_name(40), "const");
     EXPECT_STREQ(VAR_plot_name(5), "int");

@@ -1,9 +1,6 @@
 // What the installation's variable files give to the display.
 
 #include <set>
-#include <string>
-
-#include <gtest/gtest.h>
 
 #include "base/missing.h"
 #include "base/prm.h"
@@ -90,9 +87,8 @@ TEST_F(InstallationTest, SurfaceEntriesAskForTheSurface)
     PRM_set(kPrmLevelKind, 103);
     PRM_set(kPrmLevelValue, 1500);
     for (const char *text : {"temp", "tempf", "dewp", "dewd", "sfcbrb"}) {
-        SCOPED_TRACE(text);
         VAR_decode(nullptr, text);
-        EXPECT_EQ(VAR_get(0)->level_kind, 1);
+        EXPECT_EQ(VAR_get(0)->level_kind, 1) << text;
     }
     VAR_decode(nullptr, "wbrb");
     EXPECT_EQ(VAR_get(0)->level_value, 1500);
@@ -108,8 +104,8 @@ TEST_F(InstallationTest, CatalogueHasNoDoubles)
         EXPECT_TRUE(words.insert(entry.abbreviation).second);
         EXPECT_LT(entry.numbers[0], 1000);
         EXPECT_FALSE(entry.description.empty());
-        EXPECT_EQ(VAR_plot_code(entry.abbreviation.c_str()) == -1 || entry.abbreviation == "wind",
-                  true);
+        EXPECT_TRUE(VAR_plot_code(entry.abbreviation.c_str()) == -1 ||
+                    entry.abbreviation == "wind");
     }
     char out[kModelTextSize];
     EXPECT_STREQ(VAR_source(out, 98), "ECMWF (RSMC)");

@@ -1,7 +1,3 @@
-#include <string>
-
-#include <gtest/gtest.h>
-
 #include "base/missing.h"
 #include "base/prm.h"
 #include "var/layer.h"
@@ -26,96 +22,88 @@ class LevelTest : public testing::Test {
 };
 using TimeTest = LevelTest;
 
+struct Limits {
+    int result, kind;
+    float bottom, top, extra;
+};
+
+Limits limits(const char *text)
+{
+    VarRec record;
+    VAR_init(&record);
+    VAR_level(text, &record.level_kind, &record.level_value);
+    Limits l{};
+    l.result = VAR_layer_limits(&record, &l.kind, &l.bottom, &l.top, &l.extra);
+    return l;
+}
+
 } // namespace
 
 TEST_F(LevelTest, TextsGiveKindAndValue)
 {
+    // clang-format off
     const struct {
-        const char *text;
-        int kind;
-        int value;
+        int kind, value;
+        std::vector<const char *> texts;
     } cases[] = {
-        {"500",            100,         500        },
-        {"500mb",          100,         500        },
-        {"500 mb",         100,         500        },
-        {"500hPa",         100,         500        },
-        {"500m",           103,         500        },
-        {"500m_ag",        105,         500        },
-        {"a500",           105,         500        },
-        {"h500",           103,         500        },
-        {"A500",           105,         500        },
-        {"p500",           100,         500        },
-        {"k315",           113,         315        },
-        {"315K",           113,         315        },
-        {"1000ft",         103,         304        },
-        {"1000ft_ag",      105,         304        },
-        {"30mb_ag",        115,         30         },
-        {"12lev",          109,         12         },
-        {"2pv",            117,         2          },
-        {"-100m",          103,         -100       },
-        {"850-700",        101,         70085      },
-        {"700-850",        101,         70085      },
-        {"850-700mb",      101,         70085      },
-        {"p850-700",       101,         70085      },
-        {"p700-850",       101,         70085      },
-        {"a0-3000",        106,         30000      },
-        {"h1000-2000",     104,         20010      },
-        {"k300-310",       114,         310300     },
-        {"0-3000m_ag",     106,         30000      },
-        {"1000-5000m",     104,         50010      },
-        {"3000ft-6000ft",  104,         18009      },
-        {"0-30mb_ag",      116,         30000      },
-        {"300-310k",       114,         310300     },
-        {"sfc-500",        101,         50190      },
-        {"sfc[3]-500",     101,         50200      },
-        {"maxt-500",       101,         50191      },
-        {"trop-300",       101,         30195      },
-        {"trop-2000m",     104,         20996      },
-        {"trop+2000m",     104,         20995      },
-        {"sfc-3000m_ag",   106,         30000      },
-        {"s0.995",         107,         9950       },
-        {"0.995sig",       107,         9950       },
-        {"0.35sig",        107,         3500       },
-        {"s0.9-0.5",       108,         500900     },
-        {"0.9-0.5sig",     108,         500900     },
-        {"0.5eta",         119,         5000       },
-        {"1.0-0.5eta",     120,         501000     },
-        {"sfc[12",         1,           12         },
-        {"-",              9,           0          },
-        {"none",           0,           0          },
-        {"snd",            0,           0          },
-        {"SFC",            1,           0          },
-        {"frz",            4,           0          },
-        {"lcl",            5,           0          },
-        {"mwnd",           6,           0          },
-        {"trop",           7,           0          },
-        {"sea",            102,         0          },
-        {"sl",             102,         0          },
-        {"whole",          200,         0          },
-        {"top_frz",        204,         0          },
-        {"blcld_top",      210,         0          },
-        {"cld_ceil",       215,         0          },
-        {"hcld_bot",       232,         0          },
-        {"conv_lyr",       244,         0          },
-        {"sclw_top",       254,         0          },
-        {"miss",           kMissingInt, kMissingInt},
- // what fits nothing leaves both alone
-        {"xyz",            kUntouched,  kUntouched },
-        {"abc-500",        kUntouched,  kUntouched },
-        {"500furlong",     kUntouched,  kUntouched },
-        {"500-300furlong", kUntouched,  kUntouched },
-        {"5lev-6lev",      kUntouched,  kUntouched },
-        {"850-",           kUntouched,  kUntouched },
-        {"nan",            kUntouched,  kUntouched },
-        {"inf-500",        kUntouched,  kUntouched },
+        {100, 500, {"500", "500mb", "500 mb", "500hPa", "p500"}},
+        {103, 500, {"500m", "h500"}},
+        {105, 500, {"500m_ag", "a500", "A500"}},
+        {113, 315, {"k315", "315K"}},
+        {103, 304, {"1000ft"}},
+        {105, 304, {"1000ft_ag"}},
+        {115, 30, {"30mb_ag"}},
+        {109, 12, {"12lev"}},
+        {117, 2, {"2pv"}},
+        {103, -100, {"-100m"}},
+        {101, 70085, {"850-700", "700-850", "850-700mb", "p850-700", "p700-850"}},
+        {106, 30000, {"a0-3000", "0-3000m_ag", "sfc-3000m_ag"}},
+        {104, 20010, {"h1000-2000"}},
+        {114, 310300, {"k300-310", "300-310k"}},
+        {104, 50010, {"1000-5000m"}},
+        {104, 18009, {"3000ft-6000ft"}},
+        {116, 30000, {"0-30mb_ag"}},
+        {101, 50190, {"sfc-500"}},
+        {101, 50200, {"sfc[3]-500"}},
+        {101, 50191, {"maxt-500"}},
+        {101, 30195, {"trop-300"}},
+        {104, 20996, {"trop-2000m"}},
+        {104, 20995, {"trop+2000m"}},
+        {107, 9950, {"s0.995", "0.995sig"}},
+        {107, 3500, {"0.35sig"}},
+        {108, 500900, {"s0.9-0.5", "0.9-0.5sig"}},
+        {119, 5000, {"0.5eta"}},
+        {120, 501000, {"1.0-0.5eta"}},
+        {1, 12, {"sfc[12"}},
+        {9, 0, {"-"}},
+        {0, 0, {"none", "snd"}},
+        {1, 0, {"SFC"}},
+        {4, 0, {"frz"}},
+        {5, 0, {"lcl"}},
+        {6, 0, {"mwnd"}},
+        {7, 0, {"trop"}},
+        {102, 0, {"sea", "sl"}},
+        {200, 0, {"whole"}},
+        {204, 0, {"top_frz"}},
+        {210, 0, {"blcld_top"}},
+        {215, 0, {"cld_ceil"}},
+        {232, 0, {"hcld_bot"}},
+        {244, 0, {"conv_lyr"}},
+        {254, 0, {"sclw_top"}},
+        {kMissingInt, kMissingInt, {"miss"}},
+        // what fits nothing leaves both alone
+        {kUntouched, kUntouched, {"xyz", "abc-500", "500furlong", "500-300furlong", "5lev-6lev", "850-", "nan", "inf-500"}},
     };
+    // clang-format on
     for (const auto &c : cases) {
-        SCOPED_TRACE(c.text);
-        int kind = kUntouched;
-        int value = kUntouched;
-        EXPECT_EQ(VAR_level(c.text, &kind, &value), 2);
-        EXPECT_EQ(kind, c.kind);
-        EXPECT_EQ(value, c.value);
+        for (const char *text : c.texts) {
+            SCOPED_TRACE(text);
+            int kind = kUntouched;
+            int value = kUntouched;
+            EXPECT_EQ(VAR_level(text, &kind, &value), 2);
+            EXPECT_EQ(kind, c.kind);
+            EXPECT_EQ(value, c.value);
+        }
     }
 }
 
@@ -138,49 +126,37 @@ TEST_F(LevelTest, EmptyTextAndTheWordLevelTakeTheSettings)
 TEST_F(TimeTest, TextsGiveHoursAndRanges)
 {
     PRM_set(kPrmTime, 12);
+    // clang-format off
     const struct {
-        const char *text;
-        int result;
-        int time;
+        int result, time;
+        std::vector<const char *> texts;
     } cases[] = {
-        {"",            1, 12         },
-        {"12",          2, 12         },
-        {"2d",          2, 48         },
-        {"2day",        2, 48         },
-        {"d2",          2, 48         },
-        {"e1",          2, 36         },
-        {"1e",          2, 36         },
-        {"1.5day",      2, 36         },
-        {"h12",         2, 12         },
-        {"H12",         2, 12         },
-        {"h12-6avg",    2, 3006012    },
-        {"h12-6xyz",    2, 2006012    },
-        {"24-6acc",     2, 4018024    },
-        {"1d-12MAX",    2, 6012024    },
-        {"h24-24iavg",  2, 13000024   },
-        {"h24-24uavg",  2, 23000024   },
-        {"h24-24var",   2, 18000024   },
-        {"time",        1, 12         },
-        {"time-6",      1, 6          },
-        {"time-6dif",   1, 5006012    },
-        {"anal",        2, 0          },
-        {"anal-6avg",   2, 3006000    },
-        {"init",        2, 0          },
-        {"in",          2, 0          },
-        {"miss",        2, kMissingInt},
- // no times
-        {"xyz",         0, kUntouched },
-        {"-6",          0, kUntouched },
-        {"wbrb-500",    0, kUntouched },
-        {"hel",         0, kUntouched },
-        {"dewp",        0, kUntouched },
-        {"99999999999", 0, kUntouched },
+        {1, 12, {"", "time"}},
+        {2, 12, {"12", "h12", "H12"}},
+        {2, 48, {"2d", "2day", "d2"}},
+        {2, 36, {"e1", "1e", "1.5day"}},
+        {2, 3006012, {"h12-6avg"}},
+        {2, 2006012, {"h12-6xyz"}},
+        {2, 4018024, {"24-6acc"}},
+        {2, 6012024, {"1d-12MAX"}},
+        {2, 13000024, {"h24-24iavg"}},
+        {2, 23000024, {"h24-24uavg"}},
+        {2, 18000024, {"h24-24var"}},
+        {1, 6, {"time-6"}},
+        {1, 5006012, {"time-6dif"}},
+        {2, 0, {"anal", "init", "in"}},
+        {2, 3006000, {"anal-6avg"}},
+        {2, kMissingInt, {"miss"}},
+        {0, kUntouched, {"xyz", "-6", "wbrb-500", "hel", "dewp", "99999999999"}}, // no times
     };
+    // clang-format on
     for (const auto &c : cases) {
-        SCOPED_TRACE(c.text);
-        int time = kUntouched;
-        EXPECT_EQ(VAR_time(c.text, &time), c.result);
-        EXPECT_EQ(time, c.time);
+        for (const char *text : c.texts) {
+            SCOPED_TRACE(text);
+            int time = kUntouched;
+            EXPECT_EQ(VAR_time(text, &time), c.result);
+            EXPECT_EQ(time, c.time);
+        }
     }
     PRM_clear(kMissingInt);
     int time = kUntouched;
@@ -191,10 +167,8 @@ TEST_F(TimeTest, TextsGiveHoursAndRanges)
 TEST_F(LevelTest, LayersDecodeTheLargerNumberFirst)
 {
     const struct {
-        int kind;
-        int value;
-        float first;
-        float second;
+        int kind, value;
+        float first, second;
     } cases[] = {
         {101, 70085,  850,    700 },
         {101, 50190,  1900,   500 },
@@ -220,10 +194,8 @@ TEST_F(LevelTest, LayersEncode)
 {
     const struct {
         int kind;
-        float bottom;
-        float top;
-        int out_kind;
-        int out_value;
+        float bottom, top;
+        int out_kind, out_value;
     } cases[] = {
         {101, 850,    700,  101, 70085 },
         {100, 850,    700,  101, 70085 },
@@ -261,51 +233,41 @@ TEST_F(LevelTest, LimitsInASounding)
     *MET_special_level(kSpecialMaxWind) = {250, 10500, M, M, M, M};
     const struct {
         const char *text;
-        int result;
-        int kind;
-        float bottom;
-        float top;
-        float extra;
+        Limits want;
     } cases[] = {
-        {"miss",        0, 100, M,     M,     M },
-        {"sfc",         1, 100, 950,   M,     M },
-        {"sfc[7",       1, 100, 950,   M,     7 },
-        {"mwnd",        1, 100, 250,   M,     M },
-        {"trop",        1, 100, 200,   M,     M },
-        {"snd",         2, 100, 950,   500,   M },
-        {"frz",         1, 100, 900,   M,     M },
-        {"lcl",         1, 100, 950,   M,     M }, // saturated at the ground
-        {"500",         1, 100, 500,   M,     M },
-        {"2000m",       1, 103, 2000,  M,     M },
-        {"a2000",       1, 105, 2500,  M,     M },
-        {"850-700",     2, 101, 850,   700,   M },
-        {"h1000-3000",  2, 104, 3000,  1000,  M },
-        {"a0-3000",     2, 106, 3500,  500,   M },
-        {"k300-310",    2, 114, 310,   300,   M },
-        {"sfc-500",     2, 101, 950,   500,   M },
-        {"maxt-500",    2, 101, 950,   500,   M },
-        {"trop-50",     2, 101, 200,   150,   M },
-        {"trop-300",    2, 101, M,     M,     M }, // ends below 0
-        {"sfc[20]-500", 2, 101, 950,   500,   20},
-        {"trop+2000m",  2, 104, 12000, 14000, M },
-        {"trop-2000m",  2, 104, 10000, 12000, M },
-        {"30mb_ag",     1, 115, -920,  M,     M },
-        {"0-30mb_ag",   2, 116, -920,  -950,  M }
+        {"miss",        {0, 100, M, M, M}        },
+        {"sfc",         {1, 100, 950, M, M}      },
+        {"sfc[7",       {1, 100, 950, M, 7}      },
+        {"mwnd",        {1, 100, 250, M, M}      },
+        {"trop",        {1, 100, 200, M, M}      },
+        {"snd",         {2, 100, 950, 500, M}    },
+        {"frz",         {1, 100, 900, M, M}      },
+        {"lcl",         {1, 100, 950, M, M}      }, // saturated at the ground
+        {"500",         {1, 100, 500, M, M}      },
+        {"2000m",       {1, 103, 2000, M, M}     },
+        {"a2000",       {1, 105, 2500, M, M}     },
+        {"850-700",     {2, 101, 850, 700, M}    },
+        {"h1000-3000",  {2, 104, 3000, 1000, M}  },
+        {"a0-3000",     {2, 106, 3500, 500, M}   },
+        {"k300-310",    {2, 114, 310, 300, M}    },
+        {"sfc-500",     {2, 101, 950, 500, M}    },
+        {"maxt-500",    {2, 101, 950, 500, M}    },
+        {"trop-50",     {2, 101, 200, 150, M}    },
+        {"trop-300",    {2, 101, M, M, M}        }, // ends below 0
+        {"sfc[20]-500", {2, 101, 950, 500, 20}   },
+        {"trop+2000m",  {2, 104, 12000, 14000, M}},
+        {"trop-2000m",  {2, 104, 10000, 12000, M}},
+        {"30mb_ag",     {1, 115, -920, M, M}     },
+        {"0-30mb_ag",   {2, 116, -920, -950, M}  }
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.text);
-        VarRec record;
-        VAR_init(&record);
-        VAR_level(c.text, &record.level_kind, &record.level_value);
-        int kind = 0;
-        float bottom = 0;
-        float top = 0;
-        float extra = 0;
-        EXPECT_EQ(VAR_layer_limits(&record, &kind, &bottom, &top, &extra), c.result);
-        EXPECT_EQ(kind, c.kind);
-        EXPECT_NEAR(bottom, c.bottom, 1);
-        EXPECT_EQ(top, c.top);
-        EXPECT_EQ(extra, c.extra);
+        const Limits got = limits(c.text);
+        EXPECT_EQ(got.result, c.want.result);
+        EXPECT_EQ(got.kind, c.want.kind);
+        EXPECT_NEAR(got.bottom, c.want.bottom, 1);
+        EXPECT_EQ(got.top, c.want.top);
+        EXPECT_EQ(got.extra, c.want.extra);
     }
 }
 
@@ -314,20 +276,11 @@ TEST_F(LevelTest, LimitsWithoutASoundingAreMissing)
     for (const char *text :
          {"sfc", "frz", "lcl", "trop", "mwnd", "trop+2000m", "30mb_ag", "trop-50"}) {
         SCOPED_TRACE(text);
-        VarRec record;
-        VAR_init(&record);
-        VAR_level(text, &record.level_kind, &record.level_value);
-        int kind = 0;
-        float limits[3];
-        VAR_layer_limits(&record, &kind, limits, limits + 1, limits + 2);
-        EXPECT_EQ(limits[0], M);
-        EXPECT_EQ(limits[1], M);
+        const Limits got = limits(text);
+        EXPECT_EQ(got.bottom, M);
+        EXPECT_EQ(got.top, M);
     }
-    VarRec record;
-    VAR_init(&record);
-    VAR_level("a0-3000", &record.level_kind, &record.level_value);
-    int kind = 0;
-    float limits[3];
-    EXPECT_EQ(VAR_layer_limits(&record, &kind, limits, limits + 1, limits + 2), 2);
-    EXPECT_EQ(limits[0], 3000.0F); // the ground counts as 0 m
+    const Limits got = limits("a0-3000");
+    EXPECT_EQ(got.result, 2);
+    EXPECT_EQ(got.bottom, 3000.0F); // the ground counts as 0 m
 }

@@ -1,7 +1,5 @@
 #include <cmath>
 
-#include <gtest/gtest.h>
-
 #include "base/missing.h"
 #include "var/comfort.h"
 #include "var/thermo.h"
@@ -38,8 +36,7 @@ float magnus_dew_point(double t, double rh)
 TEST(Thermo, SaturationVapourPressureIsThatOfTheSmithsonianTables)
 {
     const struct {
-        double t;
-        double e;
+        double t, e;
     } cases[] = {
         {-20.0, 1.2540},
         {-10.0, 2.8627},
@@ -156,47 +153,48 @@ TEST(Thermo, InterpolationsAndDistance)
 
 TEST(Thermo, OutsideTheirDomainsFormulasAnswerMissingOrZero)
 {
+    // clang-format off
     const struct {
         const char *name;
-        float got;
-        float want;
+        float got, want;
     } cases[] = {
-        {"vapour below 0 K",          MET_sat_vapor(-1),       kMissing                 },
-        {                                               "vapour below 100 K",          MET_sat_vapor(99),                       0                         },
-        {                        "dew point of no vapour",                          MET_dew_from_vapor(0),                                                 0 },
-        {       "mixing ratio of Missing",                   MET_mix_ratio(kMissing,                                          900),                                           kMissing},
-        {            "mixing ratio at Missing",                   MET_mix_ratio(280,                                          kMissing),                                                 kMissing},
-        {       "mixing ratio of 0",                          MET_mix_ratio(0,                                                 900),                                                    0},
-        {     "mixing ratio at 0 hPa",                          MET_mix_ratio(280,                                                 0),                                               0},
-        {             "mixing ratio while boiling",                   MET_mix_ratio(50,                                          50),                                      kMissing},
-        {        "specific humidity of Missing",                   MET_spec_hum(kMissing,                                          900),                                            kMissing},
-        {        "specific humidity of 0",                          MET_spec_hum(0,                                                 900),                                                  0},
-        {          "dew point of rh Missing",                   MET_dew_from_rh(280,                                          kMissing),                                                  kMissing},
-        {            "dew point at 0 K",                   MET_dew_from_rh(0,                                          50),                                      kMissing},
-        {    "dew point of no mixing ratio",                          MET_dew_from_mix(0,                                                 900),                                                          0},
-        {                "humidity at 0 K",                   MET_rel_hum(0,                                          280),                                         kMissing},
-        {               "humidity of a frozen void",                   MET_rel_hum(90,                                          280),                                                    kMissing},
-        {                "theta at 0 hPa",                   MET_theta(280,                                          0),                                                  kMissing},
-        {           "theta of Missing",                   MET_theta(kMissing,                                          500),                                            kMissing},
-        { "temperature of theta 0",                          MET_temp_from_theta(0,                                                 500),                                                           0},
-        {       "virtual of 0 K",                       MET_virtual_temp(0,                                      5,                                                               900), kMissing},
-        {                        "virtual without vapour",                          MET_virtual_temp(280,                                             0,                       900), 280},
-        {                                               "virtual, td below 0",       MET_virtual_temp(280,                      -1,                      900), kMissing},
-        {                                       "virtual theta, p below 0",  MET_virtual_theta(280,   270,                       -1), kMissing},
-        {     "theta-e saturated at 0",                           MET_theta_e_sat(0,                           900),         0},
-        {                    "theta-e of td Missing",                           MET_theta_e(280,                            kMissing,            900), kMissing},
-        {   "theta-e above 1100 hPa",                   MET_theta_e(280,                                          270,                                            1200), kMissing},
-        {                                                      "wet bulb without vapour",                      MET_wet_bulb(280,                                     0,                   900), 0},
-        {"wet bulb, t Missing",                          MET_wet_bulb(kMissing,         270,               900), kMissing},
-        {                                                             "wet-bulb theta, p below 0",MET_wet_bulb_theta(280,270,-5), kMissing},
-        {                                      "moist adiabat 0", MET_moist_temp(0,                      900),                                                    kMissing},
-        {                                   "moist adiabat above 2000 hPa",                           MET_moist_temp(300,                                  2001),                                           kMissing},
-        {                          "condensation of cold vapour",                           MET_lcl_pressure(280,                     100,  900), kMissing},
-        {"condensation above 1100 hPa",                           MET_lcl_pressure(280,                      270, 1101), kMissing},
-        {"height of 0 hPa",                   MET_std_height(0),                                          kMissing                                      },
-        {                                                                "pressure at Missing",                      MET_press_at_height(1000,                                     kMissing),                                                              kMissing},
-        {                                                                                              "pressure in space",                   MET_press_at_height(1000, 60000),kMissing},
+        {"vapour below 0 K",             MET_sat_vapor(-1),                   kMissing},
+        {"vapour below 100 K",           MET_sat_vapor(99),                   0},
+        {"dew point of no vapour",       MET_dew_from_vapor(0),               0},
+        {"mixing ratio of Missing",      MET_mix_ratio(kMissing, 900),        kMissing},
+        {"mixing ratio at Missing",      MET_mix_ratio(280, kMissing),        kMissing},
+        {"mixing ratio of 0",            MET_mix_ratio(0, 900),               0},
+        {"mixing ratio at 0 hPa",        MET_mix_ratio(280, 0),               0},
+        {"mixing ratio while boiling",   MET_mix_ratio(50, 50),               kMissing},
+        {"specific humidity of Missing", MET_spec_hum(kMissing, 900),         kMissing},
+        {"specific humidity of 0",       MET_spec_hum(0, 900),                0},
+        {"dew point of rh Missing",      MET_dew_from_rh(280, kMissing),      kMissing},
+        {"dew point at 0 K",             MET_dew_from_rh(0, 50),              kMissing},
+        {"dew point of no mixing ratio", MET_dew_from_mix(0, 900),            0},
+        {"humidity at 0 K",              MET_rel_hum(0, 280),                 kMissing},
+        {"humidity of a frozen void",    MET_rel_hum(90, 280),                kMissing},
+        {"theta at 0 hPa",               MET_theta(280, 0),                   kMissing},
+        {"theta of Missing",             MET_theta(kMissing, 500),            kMissing},
+        {"temperature of theta 0",       MET_temp_from_theta(0, 500),         0},
+        {"virtual of 0 K",               MET_virtual_temp(0, 5, 900),         kMissing},
+        {"virtual without vapour",       MET_virtual_temp(280, 0, 900),       280},
+        {"virtual, td below 0",          MET_virtual_temp(280, -1, 900),      kMissing},
+        {"virtual theta, p below 0",     MET_virtual_theta(280, 270, -1),     kMissing},
+        {"theta-e saturated at 0",       MET_theta_e_sat(0, 900),             0},
+        {"theta-e of td Missing",        MET_theta_e(280, kMissing, 900),     kMissing},
+        {"theta-e above 1100 hPa",       MET_theta_e(280, 270, 1200),         kMissing},
+        {"wet bulb without vapour",      MET_wet_bulb(280, 0, 900),           0},
+        {"wet bulb, t Missing",          MET_wet_bulb(kMissing, 270, 900),    kMissing},
+        {"wet-bulb theta, p below 0",    MET_wet_bulb_theta(280, 270, -5),    kMissing},
+        {"moist adiabat 0",              MET_moist_temp(0, 900),              kMissing},
+        {"moist adiabat above 2000 hPa", MET_moist_temp(300, 2001),           kMissing},
+        {"condensation of cold vapour",  MET_lcl_pressure(280, 100, 900),     kMissing},
+        {"condensation above 1100 hPa",  MET_lcl_pressure(280, 270, 1101),    kMissing},
+        {"height of 0 hPa",              MET_std_height(0),                   kMissing},
+        {"pressure at Missing",          MET_press_at_height(1000, kMissing), kMissing},
+        {"pressure in space",            MET_press_at_height(1000, 60000),    kMissing},
     };
+    // clang-format on
     for (const auto &c : cases) {
         SCOPED_TRACE(c.name);
         EXPECT_EQ(c.got, c.want);
@@ -207,9 +205,7 @@ TEST(Thermo, OutsideTheirDomainsFormulasAnswerMissingOrZero)
 TEST(Comfort, WindChillIsThatOfTheChart)
 {
     const struct {
-        double t;
-        double v;
-        double chill;
+        double t, v, chill;
     } cases[] = {
         {40,  5,  36 },
         {10,  20, -9 },
@@ -243,9 +239,7 @@ TEST(Comfort, SipleAndPasselAgreeWithTheirChart)
 TEST(Comfort, HeatIndexIsThatOfTheChart)
 {
     const struct {
-        double t;
-        double rh;
-        double index;
+        double t, rh, index;
     } cases[] = {
         {80,  40, 80 },
         {86,  90, 105},

@@ -1,8 +1,5 @@
 #include <fstream>
 #include <sstream>
-#include <string>
-
-#include <gtest/gtest.h>
 
 #include "base/missing.h"
 #include "base/res.h"
@@ -39,8 +36,7 @@ TEST_F(UnitsTest, Conversions)
           "short\n"
           " a \n");
     const struct {
-        const char *from;
-        const char *to;
+        const char *from, *to;
         float value;
         double want;
     } cases[] = {
@@ -121,8 +117,7 @@ TEST_F(UnitsTest, InstallationsPairsGoBothWays)
     }
     EXPECT_GT(pairs, 100);
     const struct {
-        const char *from;
-        const char *to;
+        const char *from, *to;
         double factor;
     } cases[] = {
         {"knt",   "m/s",   0.5144444 },
