@@ -1,6 +1,7 @@
 // Time and memory of whole runs of the program: a section of 13 and of 168 hourly files, one
-// station's walk through 2,000, and level maps of 35 stations. Each is run several times; the table
-// shows the median wall time.
+// station's walk through 2,000, and level maps of 35 stations; with DISPLAY set also windows, from
+// the start to the PNG of what they show. Each is run several times; the table shows the median
+// wall time.
 
 #include <algorithm>
 #include <chrono>
@@ -178,6 +179,16 @@ int main(int argc, char **argv)
     report("level map, contiguous US", map("us"), 9);
     report("level map, New England", map("ne"), 9);
     report("level map, the world", map("world"), 9);
+    if (std::getenv("DISPLAY") != nullptr) {
+        const auto window = [&](std::vector<std::string> words) {
+            words.insert(words.begin() + 1, {"-pp", "png", "-ip", folder});
+            *std::find(words.begin(), words.end(), "p," + folder + "/bench.ps") = "d";
+            return words;
+        };
+        report("window, 13 files", window(section("-12")), 9);
+        report("window, 168 files", window(section("-167")), 9);
+        report("window, level map", window(map("us")), 9);
+    }
     write_big_map(folder + "/big.map");
     for (const char *domain : {"ps,60,-97,3", "ll,0,0,10", "me,0,0,10", "lc,50,-97,5",
                                "or,35,-95,6", "mo,0,0,15", "la,40,130,10", "sat:0:-75,0,-75,6"}) {

@@ -267,14 +267,10 @@ int gupdate_ws()
 {
     const X11State &x = x11();
     const WorkstationState &ws = kernel().ws;
-    if (!gis_x11() || x.display == nullptr || x.window == 0) {
+    if (!gis_x11() || x.display == nullptr || x.window == 0 || x.pixmap == 0) {
         return -1;
     }
-    const Pixmap pixmap = gis_display() ? x.pixmap : x.target;
-    if (pixmap == 0) {
-        return -1;
-    }
-    XCopyArea(x.display, pixmap, x.window, x.common, 0, 0, static_cast<unsigned>(ws.first_width),
+    XCopyArea(x.display, x.pixmap, x.window, x.common, 0, 0, static_cast<unsigned>(ws.first_width),
               static_cast<unsigned>(ws.first_height), 0, 0);
     gsync();
     return 0;

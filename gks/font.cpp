@@ -240,11 +240,12 @@ bool font_is_of_server()
 int gsetup_fonts()
 {
     state.list.clear();
-    const char *list = RES_get("font_list");
-    if (list == nullptr) {
+    const char *resource = RES_get("font_list");
+    const std::string list = resource != nullptr ? resource : gx_default("font_list");
+    if (resource == nullptr && list.empty()) {
         read_default_list();
     } else if (STR_has_prefix(list, "fi:")) {
-        read_listed(list + 3);
+        read_listed(list.c_str() + 3);
     } else {
         for (const std::string &word : STR_fields(list, ',')) {
             if (state.list.size() < kMaxEntries) {
