@@ -364,6 +364,47 @@ TEST_F(X11, RecordingCanBeTurnedOff)
     EXPECT_EQ(gobj_redraw(), -1);
 }
 
+TEST_F(X11, FontsOfTheServerStandWhereStrokesWould)
+{
+    NEED_SCREEN(screen);
+    RES_put("font_list", "#fixed,#nofont");
+    ASSERT_TRUE(open());
+    start_plot();
+    gset_text_colr_ind(2);
+    const float place[2] = {100, 50}; // the pixel 49 from above
+    const struct {
+        const char *name;
+        int horizontal, vertical;
+        int left, right, top, bottom; ///< box that holds the text; fixed is 6 wide and 13 high
+    } cases[] = {
+        {"left, base",     kAlignLeft,   kAlignBase, 100, 118, 38, 49},
+        {"right, base",    kAlignRight,  kAlignBase, 82,  100, 38, 49},
+        {"centre, top",    kAlignCentre, kAlignTop,  91,  109, 49, 60},
+        {"centre, middle", kAlignCentre, kAlignHalf, 91,  109, 43, 55},
+    };
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.name);
+        const float all[4] = {0, 199, 0, 99};
+        gclear_region(all);
+        const int align[2] = {c.horizontal, c.vertical};
+        gset_text_align(align);
+        gtext(place, "WMH");
+        const Picture picture = grab_picture();
+        int inside = 0;
+        for (int y = c.top; y <= c.bottom; y++) {
+            for (int x = c.left; x <= c.right; x++) {
+                inside += picture.at(x, y) == kRed ? 1 : 0;
+            }
+        }
+        EXPECT_GT(inside, 30);
+        EXPECT_EQ(picture.count(kRed), inside);
+    }
+    ::testing::internal::CaptureStderr();
+    const int second[2] = {2, 2};
+    gset_fontprec(second);
+    EXPECT_EQ(::testing::internal::GetCapturedStderr(), "read_font: unable to load font: nofont\n");
+}
+
 TEST_F(X11, ImageFilesAreDrawnAtTheirPlace)
 {
     NEED_SCREEN(screen);
