@@ -11,6 +11,7 @@
 
 #include "base/convert.h"
 #include "base/deffile.h"
+#include "base/loop_window.h"
 #include "base/missing.h"
 #include "base/msg.h"
 #include "base/res.h"
@@ -117,8 +118,7 @@ void read_sources(Options options)
         if (source.starts_with('+')) {
             DEF_define(source.c_str() + 1);
         } else if (source.starts_with('#')) {
-            MSG_out(kMsgWarn, "TYRloop window: %s not running or no message queue exists\n",
-                    source.c_str() + 1);
+            loop_exchange(source.substr(1), options);
         } else {
             read_resource_file(source, options);
         }
@@ -198,6 +198,7 @@ size_t store_keyed(Arguments arguments, size_t at, size_t dashes, Options option
         keyed.takes_next = false;
     }
     RES_set(static_cast<int>(found), option.name, keyed.value, option.type);
+    loop_tell(option.name, keyed.value);
     return keyed.takes_next ? 1 : 0;
 }
 
@@ -223,6 +224,7 @@ void store_positional(const char *word, int count, Options options)
     const OptionRec &option = options[found];
     const bool joins = OPT_key_place(option.key) == kListPlace && count >= 2;
     (joins ? RES_append : RES_set)(static_cast<int>(found), option.name, word, option.type);
+    loop_tell(option.name, word);
 }
 
 void read_command_line(Arguments arguments, Options options)
@@ -276,6 +278,7 @@ int RES_init(const char *program, const char *, int count, char **arguments, Opt
     read_sources(all);
     read_environment(all);
     read_command_line(words, all);
+    loop_quit();
     convert_all(all);
     return 0;
 }
