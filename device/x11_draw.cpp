@@ -301,16 +301,23 @@ void gx_stroke(GxFamily family, int n, const float *points)
     }
 }
 
-void gx_fill_background(int left, int top, int width, int height)
+void gx_clear_region(int left, int top, int width, int height)
+{
+    if (x11_can_draw()) {
+        gx_fill_background(x11().target, left, top, width, height);
+    }
+}
+
+void gx_fill_background(Drawable where, int left, int top, int width, int height)
 {
     const X11State &x = x11();
-    const int pixel = ginq_pixel(-1);
-    if (!x11_can_draw() || width < 1 || height < 1) {
+    if (width < 1 || height < 1) {
         return;
     }
+    const int pixel = ginq_pixel(-1);
     XSetForeground(x.display, x.common,
                    pixel == kNoPixel ? x.background : static_cast<unsigned>(pixel));
-    XFillRectangle(x.display, x.target, x.common, left, top, static_cast<unsigned>(width),
+    XFillRectangle(x.display, where, x.common, left, top, static_cast<unsigned>(width),
                    static_cast<unsigned>(height));
     XSetForeground(x.display, x.common, x.foreground);
 }

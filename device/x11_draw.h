@@ -30,7 +30,7 @@ void gx_area(int n, const float *points);
 /// A stroke of n points in device coordinates, a single one a dot.
 void gx_stroke(GxFamily family, int n, const float *points);
 /// A rectangle in device pixels, filled with the background.
-void gx_fill_background(int left, int top, int width, int height);
+void gx_clear_region(int left, int top, int width, int height);
 
 /// Loads a font of the server for the text family. False if it hasn't got one of that name.
 bool gx_load_font(const char *name);

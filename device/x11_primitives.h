@@ -8,6 +8,9 @@ GC ginq_marker_gc();
 GC ginq_fill_gc();
 GC ginq_text_gc();
 
+/// Fills a rectangle of a picture with the background, in device pixels.
+void gx_fill_background(Drawable where, int left, int top, int width, int height);
+
 /// X11 function of the line context: GXcopy, or GXxor for a rubber band.
 void gset_gc_function(int function);
 int ginq_gc_function();

@@ -15,6 +15,7 @@
 #include "device/x11_default.h"
 #include "device/x11_draw.h"
 #include "device/x11_icon.h"
+#include "device/x11_primitives.h"
 #include "device/x11_state.h"
 #include "gks/frames.h"
 #include "gks/state.h"
@@ -145,17 +146,6 @@ Pixmap new_pixmap(int width, int height)
                          static_cast<unsigned>(height), static_cast<unsigned>(kernel().ws.depth));
 }
 
-void fill_background(Drawable where, int left, int top, int width, int height)
-{
-    const X11State &x = x11();
-    const int pixel = ginq_pixel(-1);
-    XSetForeground(x.display, x.common,
-                   pixel == kNoPixel ? x.background : static_cast<unsigned long>(pixel));
-    XFillRectangle(x.display, where, x.common, left, top, static_cast<unsigned>(width),
-                   static_cast<unsigned>(height));
-    XSetForeground(x.display, x.common, x.foreground);
-}
-
 void set_size(int width, int height)
 {
     WorkstationState &ws = kernel().ws;
@@ -168,7 +158,7 @@ void replace_pixmap(int width, int height, int copied_width, int copied_height)
 {
     X11State &x = x11();
     const Pixmap fresh = new_pixmap(width, height);
-    fill_background(fresh, 0, 0, width, height);
+    gx_fill_background(fresh, 0, 0, width, height);
     XCopyArea(x.display, x.pixmap, fresh, x.common, 0, 0, static_cast<unsigned>(copied_width),
               static_cast<unsigned>(copied_height), 0, 0);
     XFreePixmap(x.display, x.pixmap);
@@ -209,7 +199,7 @@ int gx_open_display(const std::vector<std::string> &words)
     }
     kernel().ws.x_offset = kernel().ws.y_offset = 0;
     XClearWindow(x.display, x.window);
-    fill_background(x.pixmap, 0, 0, attributes.width, attributes.height);
+    gx_fill_background(x.pixmap, 0, 0, attributes.width, attributes.height);
     for (std::size_t i = 0; i < kNumCursors; i++) {
         x.cursors[i] = XCreateFontCursor(x.display, kCursorShapes[i]);
     }
@@ -257,9 +247,9 @@ void gx_clear()
         return;
     }
     if (gis_display()) {
-        fill_background(x.pixmap, 0, 0, ws.first_width, ws.first_height);
+        gx_fill_background(x.pixmap, 0, 0, ws.first_width, ws.first_height);
     } else {
-        fill_background(x.target, ws.x_offset, ws.y_offset, ws.width, ws.height);
+        gx_fill_background(x.target, ws.x_offset, ws.y_offset, ws.width, ws.height);
     }
 }
 

@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "base/msg.h"
-#include "device/x11_colour.h"
+#include "device/x11_primitives.h"
 #include "device/x11_state.h"
 #include "gks/state.h"
 
@@ -128,14 +128,8 @@ int gclear_frame(int n)
     if (!x11_can_draw() || pixmap == nullptr || *pixmap == 0) {
         return 0;
     }
-    const X11State &x = x11();
     const WorkstationState &ws = kernel().ws;
-    const int pixel = ginq_pixel(-1);
-    XSetForeground(x.display, x.common,
-                   pixel == kNoPixel ? x.background : static_cast<unsigned>(pixel));
-    XFillRectangle(x.display, *pixmap, x.common, 0, 0, static_cast<unsigned>(ws.first_width),
-                   static_cast<unsigned>(ws.first_height));
-    XSetForeground(x.display, x.common, x.foreground);
+    gx_fill_background(*pixmap, 0, 0, ws.first_width, ws.first_height);
     return 0;
 }
 

@@ -13,7 +13,7 @@ void clear_on_screen(const float rect[4])
     const int right = static_cast<int>(std::floor(gwc_to_dc_x(rect[1]) + 0.5F));
     const int bottom = static_cast<int>(std::floor(gwc_to_dc_y(rect[2]) + 0.5F));
     const int top = static_cast<int>(std::floor(gwc_to_dc_y(rect[3]) + 0.5F));
-    gx_fill_background(left, top, right - left + 1, bottom - top + 1);
+    gx_clear_region(left, top, right - left + 1, bottom - top + 1);
 }
 
 void clear_on_paper(const float rect[4])
