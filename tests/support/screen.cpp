@@ -63,7 +63,7 @@ Server::Server()
         dup2(null_device, STDOUT_FILENO);
         dup2(null_device, STDERR_FILENO);
         execlp("Xvfb", "Xvfb", "-displayfd", std::to_string(ends[1]).c_str(), "-screen", "0",
-               "1200x900x24", "-nolisten", "tcp", "-noreset", nullptr);
+               "1200x900x24", "-fp", "built-ins", "-nolisten", "tcp", "-noreset", nullptr);
         _exit(127);
     }
     close(ends[1]);
