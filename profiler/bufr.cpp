@@ -47,6 +47,7 @@ struct State {
     std::array<Descriptor, kMaxDescriptors> descriptors = {};
     int descriptor_count = 0;
     int reports_due = 0; ///< told by the message and not yet read
+    DateRec date = {};   ///< of the message
     int width_change = kMissingInt;
     int next_width = kMissingInt;
     int repeat_count = kMissingInt;
@@ -169,7 +170,15 @@ int load_message(std::FILE *stream, const char *name)
     return 0;
 }
 
-/// Passes over the identification and the optional section.
+/// A year of the century, 1 to 100: the last one of a century is 100.
+int full_year(int year)
+{
+    constexpr int kFirstOfThe1900s = 70;
+    const int of_century = year % 100;
+    return of_century + (of_century >= kFirstOfThe1900s ? 1900 : 2000);
+}
+
+/// Passes over the identification, but for its date, and the optional section.
 void skip_identification()
 {
     const int length = two_octets(2);
@@ -185,6 +194,12 @@ void skip_identification()
     MSG_out(kTrace, "day: %d\n", octet(15));
     MSG_out(kTrace, "hour: %d\n", octet(16));
     MSG_out(kTrace, "minute: %d\n", octet(17));
+    state.date = {};
+    state.date.year = full_year(octet(13));
+    state.date.month = octet(14);
+    state.date.day = octet(15);
+    state.date.hour = octet(16);
+    state.date.minute = octet(17);
     state.pointer += length;
     if (has_optional) {
         MSG_out(kTrace, "OS size: %d\n", two_octets(2));
@@ -463,4 +478,14 @@ int bufr_read_record(std::FILE *stream, const char *name, ProfilerRecord *record
     state.position = state.pointer;
     MSG_out(kTrace, "Where: %d\n", state.position);
     return 1;
+}
+
+bool bufr_message_date(DateRec *date)
+{
+    const DateRec &d = state.date;
+    if (d.month < 1 || d.month > 12 || d.day < 1 || d.day > 31 || d.hour > 23 || d.minute > 59) {
+        return false;
+    }
+    *date = d;
+    return true;
 }

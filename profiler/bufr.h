@@ -24,3 +24,7 @@ float BUFR_get_value(int row);
 /// that names the file and the reason.
 /// @return 1, or -1 at the end of the stream or of what can be read
 int bufr_read_record(std::FILE *stream, const char *name, ProfilerRecord *record);
+
+/// Date and time that the message of the last report tells. False, with `date` left alone, where
+/// they can't be.
+bool bufr_message_date(DateRec *date);

@@ -155,6 +155,11 @@ int PROF_read(int handle, ProfilerRecord *record, int /*flags*/, const int *inde
     return netcdf_read_record(static_cast<ProfilerLayout>(state.layout), state.next, record);
 }
 
+bool PROF_record_date(DateRec *date)
+{
+    return state.layout == kLayoutBufr && bufr_message_date(date);
+}
+
 int PROF_rewind(int /*handle*/)
 {
     if (state.layout == kLayoutNone) {

@@ -27,6 +27,9 @@ int PROF_read_header(int handle, PrfFileInfo *info);
 /// @return 1, or -1 at the end or on a failure
 int PROF_read(int handle, ProfilerRecord *record, int flags, const int *index);
 
+/// Date of the last record, where records tell one rather than the header (BUFR). False where not.
+bool PROF_record_date(DateRec *date);
+
 /// Back to the first record. @return 0, or -1 without a valid layout
 int PROF_rewind(int handle);
 

@@ -16,6 +16,16 @@ struct State {
 
 State state;
 
+/// PROF_read, with the date that a record tells.
+int read_record(int handle, ProfilerRecord *record, const int *index)
+{
+    const int result = PROF_read(handle, record, 0, index);
+    if (result != -1 && PROF_record_date(&state.info.date)) {
+        TIME_format(&state.info.date, state.info.date_label);
+    }
+    return result;
+}
+
 } // namespace
 
 int PRF_open_file(const char *name)
@@ -32,7 +42,7 @@ int PRF_open_file(const char *name)
 
 int PRF_next_station(ProfilerRecord *record)
 {
-    const int result = PROF_read(state.handle, record, 0, &state.next);
+    const int result = read_record(state.handle, record, &state.next);
     ++state.next;
     return result;
 }
@@ -56,7 +66,7 @@ int PRF_find_station(const char *name, const char *id, ProfilerRecord *record)
     }
     PROF_read_header(handle, &state.info);
     int found = 0;
-    for (int i = 0; found == 0 && PROF_read(handle, record, 0, &i) != -1; ++i) {
+    for (int i = 0; found == 0 && read_record(handle, record, &i) != -1; ++i) {
         found = STR_casecmp(id, record->id) == 0 ? 1 : 0;
     }
     if (found == 1) {

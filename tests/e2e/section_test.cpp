@@ -182,6 +182,10 @@ TEST(Section, LayoutsDrawTheSame)
             unequal += a.knots != b.knots ? 1 : 0;
             EXPECT_LE(std::abs(a.knots - b.knots), i == 1 ? 0 : 5);
         }
+        for (const char *text : {"12", "23", "00", "22 NOV 26"}) {
+            const auto ends_so = [&](const std::string &t) { return t.ends_with(text); };
+            EXPECT_TRUE(std::ranges::any_of(sections[i].texts, ends_so)) << text;
+        }
         EXPECT_LE(unequal, i == 1 ? 0 : 15);
     }
 }
