@@ -1,6 +1,6 @@
 // How fast the city database is read and asked.
 
-#include "map/city.h"
+#include "tyr/place/city.h"
 
 #include <chrono>
 #include <cstdio>
@@ -8,8 +8,8 @@
 #include <string>
 #include <vector>
 
-#include "base/msg.h"
-#include "base/res.h"
+#include "tyr/base/msg.h"
+#include "tyr/base/res.h"
 
 namespace {
 

@@ -15,18 +15,18 @@
 
 #include <unistd.h>
 
-#include "base/missing.h"
-#include "base/msg.h"
-#include "base/options.h"
-#include "base/prm.h"
-#include "base/res.h"
-#include "map/domain.h"
-#include "map/domain_text.h"
-#include "profiler/driver.h"
-#include "timefile/name_conv.h"
-#include "timefile/search.h"
-#include "timefile/sequence.h"
-#include "var/level.h"
+#include "programs/profiler/driver.h"
+#include "tyr/base/missing.h"
+#include "tyr/base/msg.h"
+#include "tyr/base/prm.h"
+#include "tyr/base/res.h"
+#include "tyr/geo/domain.h"
+#include "tyr/names/name_conv.h"
+#include "tyr/names/search.h"
+#include "tyr/names/sequence.h"
+#include "tyr/place/domain_text.h"
+#include "tyr/start/options.h"
+#include "tyr/var/level.h"
 
 namespace {
 

@@ -7,8 +7,8 @@
 #include <cstdio>
 #include <vector>
 
-#include "map/domain_text.h"
-#include "map/projection.h"
+#include "tyr/geo/projection.h"
+#include "tyr/place/domain_text.h"
 
 namespace {
 

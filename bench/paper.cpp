@@ -6,10 +6,10 @@
 #include <functional>
 #include <vector>
 
-#include "base/msg.h"
-#include "base/res.h"
-#include "gks/gks.h"
-#include "gks/session.h"
+#include "tyr/base/msg.h"
+#include "tyr/base/res.h"
+#include "tyr/gks/gks.h"
+#include "tyr/gks/session.h"
 
 namespace {
 

@@ -22,8 +22,8 @@
 
 #include <zlib.h>
 
-#include "base/str.h"
-#include "map/wmo_ids.h"
+#include "tyr/base/str.h"
+#include "tyr/place/wmo_ids.h"
 
 namespace {
 

@@ -15,7 +15,7 @@
 #include <string>
 #include <vector>
 
-#include "gks/font.h"
+#include "tyr/gks/font.h"
 
 namespace {
 

@@ -9,9 +9,9 @@
 #include <iterator>
 #include <string>
 
-#include "base/res.h"
-#include "gks/gks.h"
-#include "gks/session.h"
+#include "tyr/base/res.h"
+#include "tyr/gks/gks.h"
+#include "tyr/gks/session.h"
 
 namespace {
 

@@ -1,12 +1,12 @@
 #include <cstdlib>
 
-#include "base/ask.h"
-#include "base/menu.h"
-#include "base/missing.h"
-#include "base/msg.h"
-#include "base/res.h"
-#include "base/sys.h"
 #include "support/capture.h"
+#include "tyr/base/ask.h"
+#include "tyr/base/menu.h"
+#include "tyr/base/missing.h"
+#include "tyr/base/msg.h"
+#include "tyr/base/res.h"
+#include "tyr/base/sys.h"
 
 namespace {
 

@@ -1,9 +1,9 @@
-#include "base/convert.h"
-#include "base/msg.h"
-#include "base/prm.h"
-#include "base/res.h"
 #include "support/capture.h"
-#include "timefile/file.h"
+#include "tyr/base/file.h"
+#include "tyr/base/msg.h"
+#include "tyr/base/prm.h"
+#include "tyr/base/res.h"
+#include "tyr/start/convert.h"
 
 namespace {
 

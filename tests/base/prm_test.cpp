@@ -1,7 +1,7 @@
-#include "base/convert.h"
-#include "base/missing.h"
-#include "base/prm.h"
-#include "base/res.h"
+#include "tyr/base/missing.h"
+#include "tyr/base/prm.h"
+#include "tyr/base/res.h"
+#include "tyr/start/convert.h"
 
 namespace {
 

@@ -1,13 +1,13 @@
 #include <cstdlib>
 
-#include "base/convert.h"
-#include "base/missing.h"
-#include "base/msg.h"
-#include "base/prm.h"
-#include "base/res.h"
-#include "base/str.h"
 #include "support/capture.h"
 #include "support/dates.h"
+#include "tyr/base/missing.h"
+#include "tyr/base/msg.h"
+#include "tyr/base/prm.h"
+#include "tyr/base/res.h"
+#include "tyr/base/str.h"
+#include "tyr/start/convert.h"
 
 namespace {
 

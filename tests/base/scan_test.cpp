@@ -1,6 +1,6 @@
 #include <cstring>
 
-#include "base/scan.h"
+#include "tyr/base/scan.h"
 
 namespace {
 

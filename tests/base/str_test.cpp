@@ -1,9 +1,9 @@
 #include <cstring>
 
-#include "base/bytes.h"
-#include "base/str.h"
 #include "support/temp_dir.h"
-#include "timefile/file.h"
+#include "tyr/base/bytes.h"
+#include "tyr/base/file.h"
+#include "tyr/base/str.h"
 
 namespace {
 

@@ -1,12 +1,12 @@
 #include <gtest/gtest.h>
 
-#include "base/res.h"
-#include "device/metafile_reader.h"
-#include "gks/gks.h"
 #include "support/kernel_plot.h"
 #include "support/program.h"
 #include "support/section_reader.h"
 #include "support/temp_dir.h"
+#include "tyr/base/res.h"
+#include "tyr/gks/gks.h"
+#include "tyr/paper/metafile_reader.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
 // Any bytes as an attribute text, drawn with.
 
 #include "fuzz/input.h"
-#include "plot/attributes.h"
+#include "tyr/plot/attributes.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size);
 

@@ -3,13 +3,13 @@
 #include <array>
 
 #include "fuzz/input.h"
-#include "var/catalogue.h"
-#include "var/expression.h"
-#include "var/label.h"
-#include "var/menu.h"
-#include "var/sources.h"
-#include "var/units.h"
-#include "var/var_file.h"
+#include "tyr/var/catalogue.h"
+#include "tyr/var/expression.h"
+#include "tyr/var/label.h"
+#include "tyr/var/sources.h"
+#include "tyr/var/units.h"
+#include "tyr/var/var_file.h"
+#include "tyr/var/var_menu.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size);
 

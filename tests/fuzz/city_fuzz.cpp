@@ -2,9 +2,9 @@
 
 #include <vector>
 
-#include "base/str.h"
 #include "fuzz/input.h"
-#include "map/city.h"
+#include "tyr/base/str.h"
+#include "tyr/place/city.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size);
 

@@ -1,7 +1,7 @@
 // Any bytes as a colour table, its colours looked up and drawn with.
 
 #include "fuzz/input.h"
-#include "plot/colour_table.h"
+#include "tyr/gks/colour_table.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size);
 

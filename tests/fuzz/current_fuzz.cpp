@@ -2,10 +2,10 @@
 
 #include <array>
 
-#include "base/str.h"
 #include "fuzz/input.h"
-#include "timefile/file.h"
-#include "timefile/search.h"
+#include "tyr/base/file.h"
+#include "tyr/base/str.h"
+#include "tyr/names/search.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size);
 

@@ -3,8 +3,8 @@
 #include <array>
 
 #include "fuzz/input.h"
-#include "timefile/date.h"
-#include "timefile/date_label.h"
+#include "tyr/base/date.h"
+#include "tyr/names/date_label.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size);
 

@@ -1,10 +1,10 @@
 // Any bytes as a domain text; the domain projected and shown.
 
 #include "fuzz/input.h"
-#include "map/domain.h"
-#include "map/domain_text.h"
-#include "map/projection.h"
-#include "map/view.h"
+#include "tyr/geo/domain.h"
+#include "tyr/geo/projection.h"
+#include "tyr/place/domain_text.h"
+#include "tyr/plot/view.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size);
 

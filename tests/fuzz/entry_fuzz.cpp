@@ -1,10 +1,10 @@
 // Any bytes as an entry of the list of maps, and as a list.
 
 #include "fuzz/input.h"
-#include "map/domain.h"
-#include "map/domain_text.h"
-#include "map/map_entry.h"
-#include "map/view.h"
+#include "tyr/geo/domain.h"
+#include "tyr/map/map_entry.h"
+#include "tyr/place/domain_text.h"
+#include "tyr/plot/view.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size);
 

@@ -1,7 +1,7 @@
 // Any bytes as fill words and as a fill file; values looked up in the bands.
 
 #include "fuzz/input.h"
-#include "plot/levels.h"
+#include "tyr/plot/levels.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size);
 

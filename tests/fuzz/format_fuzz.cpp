@@ -1,8 +1,8 @@
 // Any bytes as the format tokens of a series, values drawn by them.
 
 #include "fuzz/input.h"
-#include "plot/style.h"
-#include "plot/value.h"
+#include "tyr/plot/style.h"
+#include "tyr/plot/value.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size);
 

@@ -1,7 +1,7 @@
 // Any bytes as a GIF, read, and written again.
 
-#include "device/gif.h"
 #include "fuzz/input.h"
+#include "tyr/image/gif.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size);
 

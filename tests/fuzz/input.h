@@ -6,11 +6,11 @@
 #include <cstdio>
 #include <string>
 
-#include "base/msg.h"
-#include "base/prm.h"
-#include "base/res.h"
-#include "gks/gks.h"
 #include "support/temp_dir.h"
+#include "tyr/base/msg.h"
+#include "tyr/base/prm.h"
+#include "tyr/base/res.h"
+#include "tyr/gks/gks.h"
 
 // What the fuzz targets share: their bytes as a text or as a file, and where they run.
 

@@ -4,10 +4,10 @@
 #include <cstdint>
 #include <string>
 
-#include "var/label.h"
-#include "var/layer.h"
-#include "var/level.h"
-#include "var/time_range.h"
+#include "tyr/var/label.h"
+#include "tyr/var/layer.h"
+#include "tyr/var/level.h"
+#include "tyr/var/time_range.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size);
 

@@ -1,11 +1,11 @@
 // Any bytes as a map file, drawn on each kind of map, as lines and as areas.
 
 #include "fuzz/input.h"
-#include "map/domain.h"
-#include "map/domain_text.h"
-#include "map/map_file.h"
-#include "map/projection.h"
-#include "map/view.h"
+#include "tyr/geo/domain.h"
+#include "tyr/geo/projection.h"
+#include "tyr/map/map_file.h"
+#include "tyr/place/domain_text.h"
+#include "tyr/plot/view.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size);
 

@@ -1,7 +1,7 @@
 // Any bytes as a text metafile, played.
 
-#include "device/metafile_reader.h"
 #include "fuzz/input.h"
+#include "tyr/paper/metafile_reader.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size);
 

@@ -3,9 +3,9 @@
 #include <array>
 
 #include "fuzz/input.h"
-#include "timefile/file.h"
-#include "timefile/name_conv.h"
-#include "timefile/name_template.h"
+#include "tyr/base/file.h"
+#include "tyr/names/name_conv.h"
+#include "tyr/names/name_template.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size);
 

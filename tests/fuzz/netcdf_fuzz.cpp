@@ -1,10 +1,10 @@
 // Any bytes as a profiler file, every record of it evaluated.
 
-#include "base/str.h"
 #include "fuzz/input.h"
-#include "profiler/evaluate.h"
-#include "profiler/reader.h"
-#include "profiler/walk.h"
+#include "programs/profiler/evaluate.h"
+#include "programs/profiler/reader.h"
+#include "programs/profiler/walk.h"
+#include "tyr/base/str.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size);
 

@@ -2,8 +2,8 @@
 
 #include <vector>
 
-#include "base/options.h"
 #include "fuzz/input.h"
+#include "tyr/start/options.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size);
 

@@ -1,7 +1,7 @@
 // Any bytes as the words of plot_param.
 
 #include "fuzz/input.h"
-#include "plot/params.h"
+#include "tyr/plot/params.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size);
 

@@ -1,7 +1,7 @@
 // Any bytes as a PNG, read, and written again.
 
-#include "device/png.h"
 #include "fuzz/input.h"
+#include "tyr/image/png.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size);
 

@@ -1,7 +1,7 @@
 // Any bytes as a name with its column (line 1) and a raw data file (the rest), read in every way.
 
 #include "fuzz/input.h"
-#include "map/raw.h"
+#include "tyr/raw/raw.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size);
 

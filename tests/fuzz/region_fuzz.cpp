@@ -3,7 +3,7 @@
 #include <array>
 
 #include "fuzz/input.h"
-#include "map/region.h"
+#include "tyr/place/region.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size);
 

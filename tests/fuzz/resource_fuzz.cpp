@@ -2,8 +2,8 @@
 
 #include <array>
 
-#include "base/deffile.h"
 #include "fuzz/input.h"
+#include "tyr/start/deffile.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size);
 

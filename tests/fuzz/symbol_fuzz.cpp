@@ -1,7 +1,7 @@
 // Any bytes as a symbol file, some of its symbols drawn.
 
 #include "fuzz/input.h"
-#include "plot/symbol.h"
+#include "tyr/plot/symbol.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size);
 

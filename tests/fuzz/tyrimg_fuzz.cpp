@@ -1,7 +1,7 @@
 // Any bytes as a file of the system's own image format, read, and written again.
 
-#include "device/tyrimg.h"
 #include "fuzz/input.h"
+#include "tyr/image/tyrimg.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size);
 

@@ -4,8 +4,8 @@
 #include <cstdint>
 #include <string>
 
-#include "var/expression.h"
-#include "var/label.h"
+#include "tyr/var/expression.h"
+#include "tyr/var/label.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size);
 

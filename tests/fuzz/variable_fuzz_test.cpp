@@ -5,18 +5,18 @@
 
 #include <gtest/gtest.h>
 
-#include "base/missing.h"
-#include "base/msg.h"
-#include "base/prm.h"
-#include "base/res.h"
 #include "fuzz/replay.h"
 #include "support/temp_dir.h"
-#include "var/base_stack.h"
-#include "var/catalogue.h"
-#include "var/menu.h"
-#include "var/sources.h"
-#include "var/units.h"
-#include "var/var_file.h"
+#include "tyr/base/missing.h"
+#include "tyr/base/msg.h"
+#include "tyr/base/prm.h"
+#include "tyr/base/res.h"
+#include "tyr/var/base_stack.h"
+#include "tyr/var/catalogue.h"
+#include "tyr/var/sources.h"
+#include "tyr/var/units.h"
+#include "tyr/var/var_file.h"
+#include "tyr/var/var_menu.h"
 
 // Each target has the one name that the fuzzer calls; here they need names of their own.
 #define LLVMFuzzerTestOneInput variable_target

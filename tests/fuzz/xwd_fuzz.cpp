@@ -1,9 +1,9 @@
 // Any bytes as an XWD file, read, and written again in each way.
 
-#include "device/gif.h"
-#include "device/tyrimg.h"
-#include "device/xwd.h"
 #include "fuzz/input.h"
+#include "tyr/image/gif.h"
+#include "tyr/image/tyrimg.h"
+#include "tyr/image/xwd.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size);
 

@@ -1,8 +1,8 @@
 #include <functional>
 
-#include "gks/gks.h"
-#include "gks/session.h"
 #include "support/kernel_plot.h"
+#include "tyr/gks/gks.h"
+#include "tyr/gks/session.h"
 
 namespace {
 

@@ -1,10 +1,10 @@
 #include <cmath>
 
-#include "base/prm.h"
-#include "base/res.h"
-#include "gks/gks.h"
-#include "gks/session.h"
 #include "support/kernel_plot.h"
+#include "tyr/base/prm.h"
+#include "tyr/base/res.h"
+#include "tyr/gks/gks.h"
+#include "tyr/gks/session.h"
 
 namespace {
 

@@ -1,8 +1,8 @@
-#include "base/res.h"
-#include "gks/font.h"
-#include "gks/gks.h"
-#include "gks/session.h"
 #include "support/kernel_plot.h"
+#include "tyr/base/res.h"
+#include "tyr/gks/font.h"
+#include "tyr/gks/gks.h"
+#include "tyr/gks/session.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
 #include <cmath>
 
-#include "gks/gks.h"
 #include "support/kernel_plot.h"
+#include "tyr/gks/gks.h"
 
 namespace {
 

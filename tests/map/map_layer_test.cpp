@@ -3,23 +3,23 @@
 #include <cmath>
 #include <cstdio>
 
-#include "base/missing.h"
-#include "base/msg.h"
-#include "base/prm.h"
-#include "base/res.h"
-#include "gks/gks.h"
-#include "gks/session.h"
-#include "map/domain_text.h"
-#include "map/map_entry.h"
-#include "map/map_file.h"
-#include "map/map_grid.h"
-#include "map/map_layer.h"
-#include "map/projection.h"
-#include "map/view.h"
-#include "plot/attributes.h"
-#include "plot/colour_table.h"
 #include "support/kernel_plot.h"
 #include "support/temp_dir.h"
+#include "tyr/base/missing.h"
+#include "tyr/base/msg.h"
+#include "tyr/base/prm.h"
+#include "tyr/base/res.h"
+#include "tyr/geo/projection.h"
+#include "tyr/gks/colour_table.h"
+#include "tyr/gks/gks.h"
+#include "tyr/gks/session.h"
+#include "tyr/map/map_entry.h"
+#include "tyr/map/map_file.h"
+#include "tyr/map/map_grid.h"
+#include "tyr/map/map_layer.h"
+#include "tyr/place/domain_text.h"
+#include "tyr/plot/attributes.h"
+#include "tyr/plot/view.h"
 
 namespace {
 

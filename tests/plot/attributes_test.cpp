@@ -1,11 +1,11 @@
 #include <cmath>
 
-#include "base/missing.h"
-#include "base/res.h"
-#include "gks/gks.h"
-#include "plot/attributes.h"
-#include "plot/colour_table.h"
 #include "support/world_plot.h"
+#include "tyr/base/missing.h"
+#include "tyr/base/res.h"
+#include "tyr/gks/colour_table.h"
+#include "tyr/gks/gks.h"
+#include "tyr/plot/attributes.h"
 
 namespace {
 

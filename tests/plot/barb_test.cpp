@@ -1,8 +1,8 @@
 #include <cmath>
 
-#include "base/missing.h"
-#include "plot/barb.h"
 #include "support/world_plot.h"
+#include "tyr/base/missing.h"
+#include "tyr/plot/barb.h"
 
 namespace {
 

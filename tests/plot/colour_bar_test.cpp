@@ -1,15 +1,15 @@
 #include <algorithm>
 #include <cmath>
 
-#include "base/missing.h"
-#include "base/prm.h"
-#include "base/res.h"
-#include "gks/gks.h"
-#include "plot/area.h"
-#include "plot/colour_bar.h"
-#include "plot/colour_table.h"
-#include "plot/levels.h"
 #include "support/world_plot.h"
+#include "tyr/base/missing.h"
+#include "tyr/base/prm.h"
+#include "tyr/base/res.h"
+#include "tyr/gks/colour_table.h"
+#include "tyr/gks/gks.h"
+#include "tyr/plot/area.h"
+#include "tyr/plot/colour_bar.h"
+#include "tyr/plot/levels.h"
 
 namespace {
 

@@ -1,14 +1,14 @@
 #include <filesystem>
 
-#include "base/res.h"
-#include "device/image.h"
-#include "gks/frames.h"
-#include "gks/gks.h"
-#include "plot/dump.h"
-#include "plot/session.h"
 #include "support/screen.h"
 #include "support/temp_dir.h"
 #include "support/world_plot.h"
+#include "tyr/base/res.h"
+#include "tyr/gks/gks.h"
+#include "tyr/image/image.h"
+#include "tyr/plot/dump.h"
+#include "tyr/plot/plot_session.h"
+#include "tyr/x11/frames.h"
 
 namespace {
 

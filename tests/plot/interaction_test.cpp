@@ -1,6 +1,6 @@
-#include "base/missing.h"
-#include "map/projection.h"
-#include "plot/interaction.h"
+#include "tyr/base/missing.h"
+#include "tyr/geo/projection.h"
+#include "tyr/plot/interaction.h"
 
 namespace {
 

@@ -1,12 +1,12 @@
 #include <algorithm>
 #include <cmath>
 
-#include "base/prm.h"
-#include "base/res.h"
-#include "plot/area.h"
-#include "plot/colour_bar.h"
-#include "plot/labels.h"
 #include "support/world_plot.h"
+#include "tyr/base/prm.h"
+#include "tyr/base/res.h"
+#include "tyr/plot/area.h"
+#include "tyr/plot/colour_bar.h"
+#include "tyr/plot/labels.h"
 
 namespace {
 

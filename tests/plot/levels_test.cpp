@@ -1,10 +1,10 @@
 #include <cmath>
 
-#include "base/missing.h"
-#include "base/res.h"
-#include "plot/colour_table.h"
-#include "plot/levels.h"
 #include "support/temp_dir.h"
+#include "tyr/base/missing.h"
+#include "tyr/base/res.h"
+#include "tyr/gks/colour_table.h"
+#include "tyr/plot/levels.h"
 
 namespace {
 

@@ -1,18 +1,18 @@
 #include <cmath>
 
-#include "base/missing.h"
-#include "base/res.h"
-#include "gks/gks.h"
-#include "gks/session.h"
-#include "map/city.h"
-#include "map/map_grid.h"
-#include "plot/area.h"
-#include "plot/colour_bar.h"
-#include "plot/labels.h"
-#include "plot/params.h"
-#include "plot/session.h"
 #include "support/temp_dir.h"
-#include "timefile/name_conv.h"
+#include "tyr/base/missing.h"
+#include "tyr/base/res.h"
+#include "tyr/gks/gks.h"
+#include "tyr/gks/session.h"
+#include "tyr/map/map_grid.h"
+#include "tyr/names/name_conv.h"
+#include "tyr/place/city.h"
+#include "tyr/plot/area.h"
+#include "tyr/plot/colour_bar.h"
+#include "tyr/plot/labels.h"
+#include "tyr/plot/params.h"
+#include "tyr/plot/plot_session.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
 #include <cmath>
 
-#include "plot/sky.h"
 #include "support/world_plot.h"
+#include "tyr/plot/sky.h"
 
 namespace {
 

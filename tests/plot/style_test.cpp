@@ -1,8 +1,8 @@
-#include "base/res.h"
-#include "gks/gks.h"
-#include "plot/colour_table.h"
-#include "plot/style.h"
-#include "var/type_words.h"
+#include "tyr/base/res.h"
+#include "tyr/gks/colour_table.h"
+#include "tyr/gks/gks.h"
+#include "tyr/plot/style.h"
+#include "tyr/var/type_words.h"
 
 namespace {
 

@@ -2,10 +2,10 @@
 #include <random>
 #include <set>
 
-#include "base/res.h"
-#include "gks/gks.h"
-#include "plot/symbol.h"
 #include "support/world_plot.h"
+#include "tyr/base/res.h"
+#include "tyr/gks/gks.h"
+#include "tyr/plot/symbol.h"
 
 namespace {
 

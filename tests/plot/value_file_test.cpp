@@ -1,13 +1,13 @@
 #include <algorithm>
 
-#include "base/missing.h"
-#include "base/res.h"
-#include "gks/gks.h"
-#include "map/domain.h"
-#include "map/view.h"
-#include "plot/colour_table.h"
-#include "plot/value_file.h"
 #include "support/kernel_plot.h"
+#include "tyr/base/missing.h"
+#include "tyr/base/res.h"
+#include "tyr/geo/domain.h"
+#include "tyr/gks/colour_table.h"
+#include "tyr/gks/gks.h"
+#include "tyr/plot/value_file.h"
+#include "tyr/plot/view.h"
 
 namespace {
 

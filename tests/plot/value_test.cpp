@@ -2,15 +2,15 @@
 #include <cmath>
 #include <cstring>
 
-#include "base/missing.h"
-#include "base/prm.h"
-#include "base/res.h"
-#include "base/str.h"
-#include "plot/colour_table.h"
-#include "plot/style.h"
-#include "plot/value.h"
 #include "support/world_plot.h"
-#include "var/type_words.h"
+#include "tyr/base/missing.h"
+#include "tyr/base/prm.h"
+#include "tyr/base/res.h"
+#include "tyr/base/str.h"
+#include "tyr/gks/colour_table.h"
+#include "tyr/plot/style.h"
+#include "tyr/plot/value.h"
+#include "tyr/var/type_words.h"
 
 namespace {
 

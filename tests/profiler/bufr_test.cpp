@@ -2,14 +2,14 @@
 #include <map>
 #include <sstream>
 
-#include "base/missing.h"
-#include "profiler/reader.h"
-#include "profiler/walk.h"
+#include "programs/profiler/reader.h"
+#include "programs/profiler/walk.h"
 #include "support/bufr_message.h"
 #include "support/capture.h"
 #include "support/program.h"
 #include "support/run.h"
 #include "support/shared_data.h"
+#include "tyr/base/missing.h"
 
 namespace {
 

@@ -2,11 +2,11 @@
 #include <cstring>
 #include <functional>
 
-#include "base/missing.h"
-#include "base/res.h"
-#include "profiler/evaluate.h"
-#include "var/layer.h"
-#include "var/level.h"
+#include "programs/profiler/evaluate.h"
+#include "tyr/base/missing.h"
+#include "tyr/base/res.h"
+#include "tyr/var/layer.h"
+#include "tyr/var/level.h"
 
 namespace {
 

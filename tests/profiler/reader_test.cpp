@@ -3,13 +3,13 @@
 #include <map>
 #include <sstream>
 
-#include "base/missing.h"
-#include "profiler/netcdf.h"
-#include "profiler/reader.h"
-#include "profiler/walk.h"
+#include "programs/profiler/netcdf.h"
+#include "programs/profiler/reader.h"
+#include "programs/profiler/walk.h"
 #include "support/capture.h"
 #include "support/netcdf_file.h"
 #include "support/shared_data.h"
+#include "tyr/base/missing.h"
 
 namespace {
 

@@ -2,8 +2,8 @@
 
 #include <vector>
 
-#include "base/missing.h"
-#include "timefile/date.h"
+#include "tyr/base/date.h"
+#include "tyr/base/missing.h"
 
 /// A date; what isn't given is missing.
 inline DateRec make_date(int year, int month = kMissingInt, int day = kMissingInt,

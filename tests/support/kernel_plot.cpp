@@ -1,7 +1,7 @@
 #include "support/kernel_plot.h"
 
-#include "base/res.h"
-#include "gks/gks.h"
+#include "tyr/base/res.h"
+#include "tyr/gks/gks.h"
 
 KernelPlot::KernelPlot(int device, const std::string &words) : path_(dir_.file("plot"))
 {

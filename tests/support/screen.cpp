@@ -10,9 +10,9 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include "device/image_palette.h"
-#include "device/x11_image.h"
 #include "support/run.h"
+#include "tyr/image/palette.h"
+#include "tyr/x11/x11_image.h"
 
 namespace {
 

@@ -4,11 +4,11 @@
 #include <cmath>
 #include <cstdio>
 
-#include "base/res.h"
-#include "gks/gks.h"
-#include "map/view.h"
-#include "plot/colour_table.h"
-#include "plot/session.h"
+#include "tyr/base/res.h"
+#include "tyr/gks/colour_table.h"
+#include "tyr/gks/gks.h"
+#include "tyr/plot/plot_session.h"
+#include "tyr/plot/view.h"
 
 namespace {
 

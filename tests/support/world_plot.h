@@ -2,8 +2,8 @@
 
 #include <array>
 
-#include "map/domain.h"
 #include "support/kernel_plot.h"
+#include "tyr/geo/domain.h"
 
 /// A plot on paper whose strokes are read back in the plot units of its domain.
 class WorldPlot {

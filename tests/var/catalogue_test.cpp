@@ -1,17 +1,17 @@
 #include <cstdio>
 
-#include "base/missing.h"
-#include "base/msg.h"
-#include "base/prm.h"
-#include "base/res.h"
 #include "support/capture.h"
-#include "var/catalogue.h"
-#include "var/label.h"
-#include "var/match.h"
-#include "var/menu.h"
-#include "var/sources.h"
-#include "var/var_file.h"
-#include "var/variable.h"
+#include "tyr/base/missing.h"
+#include "tyr/base/msg.h"
+#include "tyr/base/prm.h"
+#include "tyr/base/res.h"
+#include "tyr/var/catalogue.h"
+#include "tyr/var/label.h"
+#include "tyr/var/match.h"
+#include "tyr/var/sources.h"
+#include "tyr/var/var_file.h"
+#include "tyr/var/var_menu.h"
+#include "tyr/var/variable.h"
 
 namespace {
 

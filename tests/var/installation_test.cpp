@@ -2,16 +2,16 @@
 
 #include <set>
 
-#include "base/missing.h"
-#include "base/prm.h"
-#include "base/res.h"
-#include "base/str.h"
-#include "var/catalogue.h"
-#include "var/expression.h"
-#include "var/menu.h"
-#include "var/sources.h"
-#include "var/type_words.h"
-#include "var/var_file.h"
+#include "tyr/base/missing.h"
+#include "tyr/base/prm.h"
+#include "tyr/base/res.h"
+#include "tyr/base/str.h"
+#include "tyr/var/catalogue.h"
+#include "tyr/var/expression.h"
+#include "tyr/var/sources.h"
+#include "tyr/var/type_words.h"
+#include "tyr/var/var_file.h"
+#include "tyr/var/var_menu.h"
 
 namespace {
 

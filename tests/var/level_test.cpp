@@ -1,9 +1,9 @@
-#include "base/missing.h"
-#include "base/prm.h"
-#include "var/layer.h"
-#include "var/level.h"
-#include "var/sounding.h"
-#include "var/time_range.h"
+#include "tyr/base/missing.h"
+#include "tyr/base/prm.h"
+#include "tyr/met/sounding.h"
+#include "tyr/var/layer.h"
+#include "tyr/var/level.h"
+#include "tyr/var/time_range.h"
 
 namespace {
 

@@ -1,10 +1,10 @@
 #include <fstream>
 #include <sstream>
 
-#include "base/missing.h"
-#include "base/res.h"
 #include "support/temp_dir.h"
-#include "var/units.h"
+#include "tyr/base/missing.h"
+#include "tyr/base/res.h"
+#include "tyr/var/units.h"
 
 namespace {
 

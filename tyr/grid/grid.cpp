@@ -3,7 +3,7 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "base/msg.h"
+#include "tyr/base/msg.h"
 
 void GRD_init(GridRec *grid)
 {

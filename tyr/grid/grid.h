@@ -2,7 +2,7 @@
 
 // The record of one gridded field, its memory and its copies.
 
-#include "map/domain.h"
+#include "tyr/geo/domain.h"
 
 inline constexpr int kGridDateRoom = 50;  ///< bytes of GridRec::date, with the end
 inline constexpr int kGridInfoRoom = 102; ///< of GridRec::info

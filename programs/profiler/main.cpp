@@ -1,0 +1,158 @@
+#include <array>
+#include <cstdlib>
+#include <string>
+#include <vector>
+
+#include "programs/profiler/driver.h"
+#include "tyr/base/ask.h"
+#include "tyr/base/missing.h"
+#include "tyr/base/msg.h"
+#include "tyr/base/prm.h"
+#include "tyr/base/res.h"
+#include "tyr/base/str.h"
+#include "tyr/base/sys.h"
+#include "tyr/map/map_grid.h"
+#include "tyr/names/name_conv.h"
+#include "tyr/names/search.h"
+#include "tyr/names/sequence.h"
+#include "tyr/place/domain_text.h"
+#include "tyr/plot/area.h"
+#include "tyr/start/options.h"
+#include "tyr/var/level.h"
+
+namespace {
+
+constexpr unsigned kPrint = 15;
+constexpr unsigned kError = 48;
+constexpr int kDefaultHours = -12;
+constexpr int kStationAnswer = 80;
+
+/// help to geometry; the resource of each code stands in base/option_table.
+constexpr int kKeyed[] = {57, 3,  73, 48, 41, 39, 94, 55, 63,  106, 112, 113, 114, 6,  72,
+                          76, 64, 80, 47, 40, 58, 78, 60, 84,  110, 96,  98,  105, 71, 89,
+                          88, 85, 86, 44, 69, 37, 35, 51, 27,  28,  13,  23,  17,  22, 31,
+                          9,  32, 10, 11, 15, 20, 8,  46, 102, 59,  2,   53,  0};
+constexpr int kPositional[] = {50, 0};
+
+enum class HeightSetting { kHigh, kLower };
+
+/// The domain of a section and the intervals of its grid.
+struct SectionView {
+    float bottom, span, height_step, grid_step;
+};
+constexpr SectionView kHighView = {-1000.0F, 18000.0F, 500.0F, 2000.0F};
+constexpr SectionView kLowerView = {-400.0F, 8000.0F, 250.0F, 1000.0F};
+
+void set_name_convention(std::string word)
+{
+    FILE_set_name(word.data());
+}
+
+HeightSetting height_setting()
+{
+    for (const std::string &word : RES_list("plot_param")) {
+        if (STR_casecmp(word.c_str(), "lower") == 0) {
+            return HeightSetting::kLower;
+        }
+    }
+    return HeightSetting::kHigh;
+}
+
+/// Columns that the span of hours holds, beside the first. A span ahead counts like one back, and
+/// files whose names tell no interval count as hourly.
+int column_span()
+{
+    const bool is_known = FILE_get_raw_step() != kMissingInt && FILE_num_step() > 0;
+    const int step = is_known ? FILE_num_step() : kSecondsPerHour;
+    return std::abs(FILE_num_hours()) / step;
+}
+
+void setup_section(HeightSetting heights, DomainRec *domain, DriverSetup *setup)
+{
+    const SectionView &view = heights == HeightSetting::kLower ? kLowerView : kHighView;
+    FILE_set_default_hours(kDefaultHours);
+    domain->proj = kProjTimeHeight;
+    domain->clat = -1.0F;
+    domain->clon = view.bottom;
+    domain->dx = static_cast<float>(column_span() + 2);
+    domain->dy = view.span;
+    domain->nx = 25;
+    domain->ny = 21;
+    setup->mode = kSection;
+    setup->height_step = view.height_step;
+    PLT_set_margins(0.065F, 0.05F, 0.05F, 0.035F);
+    DOM_set_offset(0, 0, 1.0F, -view.grid_step);
+}
+
+/// The domain and the level that variables without one of their own take.
+void setup_map(const char *level, DomainRec *domain, DriverSetup *setup)
+{
+    int kind = kMissingInt;
+    int value = kMissingInt;
+    VAR_level(level, &kind, &value);
+    PRM_set(kPrmLevelKind, kind);
+    PRM_set(kPrmLevelValue, value);
+    constexpr int kPlotProgram = 4;
+    DOM_from_resources(domain, kPlotProgram);
+    if (!DOM_is_usable(domain)) {
+        MSG_out(kError, "Invalid domain\n");
+        SYS_exit(kExitDomain);
+    }
+    setup->mode = kLevelMap;
+}
+
+std::vector<std::string> ask_stations(const char *file)
+{
+    PRF_list_stations(file);
+    if (PRM_is_batch() != 0) {
+        MSG_out(kError, "No station specified!\n");
+        SYS_exit(kExitNoStation);
+    }
+    std::array<char, kStationAnswer> answer = {};
+    ASK_text("Enter the stations: ", answer.data(), kStationAnswer);
+    return STR_fields(answer.data(), ',');
+}
+
+void print_usage()
+{
+    std::array<char, kProgramNameRoom> program = {};
+    RES_program_name(program.data());
+    MSG_out(kPrint, "%s: This program plots profiler data\n", program.data());
+    OPT_usage(program.data(), kKeyed, kPositional);
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    OPT_init(argc, argv, kKeyed, kPositional);
+    if (PRM_is_help() != 0) {
+        print_usage();
+        SYS_exit(0);
+    }
+    MSG_banner("PROFILER DISPLAY PROGRAM");
+    set_name_convention("prf_dat");
+    for (const std::string &entry : RES_list("in_file")) {
+        set_name_convention(entry);
+    }
+    const HeightSetting heights = height_setting();
+    std::array<char, kFileNameRoom> file = {};
+    FILE_get_name("Enter the profiler filename: ", file.data());
+    DriverSetup setup;
+    FILE_get_date(&setup.date);
+    setup.stations = RES_list("identifier");
+    DomainRec domain;
+    DOM_init(&domain);
+    if (const char *level = RES_get("level")) {
+        setup_map(level, &domain, &setup);
+    } else {
+        setup_section(heights, &domain, &setup);
+    }
+    if (setup.stations.empty() && setup.mode != kLevelMap) {
+        setup.stations = ask_stations(file.data());
+    }
+    PRF_setup(setup);
+    PRF_select_variable();
+    PRF_plot(&domain);
+    return 0;
+}

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <cstdint>
+
+#include "programs/profiler/records.h"
+
+/// The two netCDF layouts of profiler files, over the access layer. The file is open and current.
+
+/// Looks up the variables, reads heights and date, fills `info`.
+/// @param whole_records  reports that lie wholly in the file; the count is cut to it
+void netcdf_read_header(ProfilerLayout layout, const char *name, int64_t whole_records,
+                        PrfFileInfo *info);
+
+/// Number of records the header told.
+int64_t netcdf_record_count();
+
+/// Reads record `index`. @return 1, or -1 at the end and for a blank station name
+int netcdf_read_record(ProfilerLayout layout, int64_t index, ProfilerRecord *record);

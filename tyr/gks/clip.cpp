@@ -1,0 +1,83 @@
+#include "tyr/gks/clip.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+
+#include "tyr/gks/state.h"
+#include "tyr/paper/hpgl.h"
+#include "tyr/paper/metafile.h"
+#include "tyr/paper/postscript.h"
+#include "tyr/x11/x11_draw.h"
+
+namespace {
+
+struct Corners {
+    float x0, y0, x1, y1;
+};
+
+/// The selected viewport in the coordinates of the file devices.
+Corners viewport_on_paper()
+{
+    const TranRect &v = kernel().tran.cur_viewport;
+    return {gndc_to_pc_x(v.xmin), gndc_to_pc_y(v.ymin), gndc_to_pc_x(v.xmax), gndc_to_pc_y(v.ymax)};
+}
+
+} // namespace
+
+void clip_apply()
+{
+    if (gis_x11()) {
+        short rect[4];
+        gclip_rect(rect);
+        gx_clip(rect);
+        return;
+    }
+    const Corners c = viewport_on_paper();
+    switch (kernel().ws.device) {
+    case kDevicePostScript:
+        gps_clip(c.x0, c.y0, c.x1, c.y1);
+        break;
+    case kDeviceHpgl:
+        ghp_clip(c.x0, c.y0, c.x1, c.y1);
+        break;
+    case kDeviceMetafile:
+        gcgm_clip(c.x0, c.y0, c.x1, c.y1);
+        break;
+    default:
+        break;
+    }
+}
+
+void gclip_rect(short out[4])
+{
+    const TranRect &v = kernel().tran.cur_viewport;
+    const auto x = static_cast<short>(std::trunc(gndc_to_dc_x(v.xmin) + 0.5F));
+    const auto y = static_cast<short>(std::trunc(gndc_to_dc_y(v.ymax) + 0.5F));
+    // width and height are unsigned 16-bit numbers to X11; within a short for any real screen
+    const float width = gndc_to_dc_x(v.xmax) - static_cast<float>(x) + 1.5F;
+    const float height = gndc_to_dc_y(v.ymin) - static_cast<float>(y) + 1.5F;
+    out[0] = x;
+    out[1] = y;
+    out[2] = static_cast<short>(std::clamp(width, 0.0F, 32767.0F));
+    out[3] = static_cast<short>(std::clamp(height, 0.0F, 32767.0F));
+}
+
+int gextent_visible(int n, const float *points)
+{
+    if (n < 1) {
+        return 0;
+    }
+    float xmin = points[0];
+    float xmax = points[0];
+    float ymin = points[1];
+    float ymax = points[1];
+    for (std::ptrdiff_t i = 1; i < n; i++) {
+        xmin = std::min(xmin, points[2 * i]);
+        xmax = std::max(xmax, points[2 * i]);
+        ymin = std::min(ymin, points[2 * i + 1]);
+        ymax = std::max(ymax, points[2 * i + 1]);
+    }
+    const TranRect &w = kernel().tran.cur_window;
+    return !(w.xmin > xmax || xmin > w.xmax || w.ymin > ymax || ymin > w.ymax);
+}

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "tyr/image/image_rec.h"
+
+/// GIF89a.
+
+/// Reads the first picture of a file as 8-bit pixels with the file's colour table; colour tables of
+/// single pictures aren't used. A picture smaller than the file's screen stands at its place, the
+/// rest is 0; `transparent` takes the index that the file names. Damaged data ends the picture: the
+/// rest stays 0, and the result is 1.
+/// @param image  made by IMG_init
+/// @return 1; 0 on failure, told by a message, with nothing to free
+int GIF_read(const char *path, ImageRec *image, int header_only);
+
+/// Writes a picture of any depth with the colours that occur (image_index), and leaves the palette
+/// places in the image's pixels. With the transparent flag the pixel value `transparent` is
+/// transparent: a window's writer puts the background's pixel there.
+/// @return 1; 0 on failure, told by a message
+int GIF_write(const char *path, ImageRec *image);
+
+/// Rows in four passes; a transparent background. Both last for the process and start at 0.
+void gset_gif_interlace(int on);
+void gset_gif_transparent(int on);

@@ -1,0 +1,69 @@
+#include "tyr/image/image.h"
+
+#include <array>
+#include <string_view>
+
+#include "tyr/base/msg.h"
+#include "tyr/gks/gks.h"
+#include "tyr/image/gif.h"
+#include "tyr/image/png.h"
+#include "tyr/image/tyrimg.h"
+#include "tyr/image/xwd.h"
+
+namespace {
+
+constexpr std::size_t kMagicSize = 6;
+
+/// The first bytes of a file; empty, with a message, where it can't be opened.
+bool read_magic(const char *path, std::array<char, kMagicSize> &magic)
+{
+    const FilePtr file = image_open(path);
+    if (!file) {
+        MSG_out(kMsgWarn, "IMG_read: Unable to open image file: %s\n", path);
+        return false;
+    }
+    std::fread(magic.data(), 1, magic.size(), file.get());
+    return true;
+}
+
+int read_by_magic(std::string_view magic, const char *path, ImageRec *image, int header_only)
+{
+    if (magic.substr(0, 3) == "GIF") {
+        return GIF_read(path, image, header_only);
+    }
+    if (magic.substr(1, 3) == "PNG") {
+        return IMG_read_png(path, image, header_only);
+    }
+    if (magic.substr(0, 3) == "TYR") {
+        return IMG_read_tyr(path, image, header_only);
+    }
+    return IMG_read_xwd(path, image, header_only);
+}
+
+} // namespace
+
+int IMG_read(const char *path, ImageRec *image, int header_only)
+{
+    std::array<char, kMagicSize> magic = {};
+    if (!read_magic(path, magic)) {
+        return 0;
+    }
+    IMG_init(image);
+    image->depth = gis_x11() ? ginq_depth() : 0;
+    const int result =
+        read_by_magic(std::string_view(magic.data(), magic.size()), path, image, header_only);
+    if (result == 0) {
+        IMG_free(image);
+    }
+    return result;
+}
+
+int IMG_read_file(const char *path, ImageRec *image)
+{
+    return IMG_read(path, image, 0);
+}
+
+int IMG_read_header(const char *path, ImageRec *image)
+{
+    return IMG_read(path, image, 1);
+}

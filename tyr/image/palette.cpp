@@ -1,0 +1,165 @@
+#include "tyr/image/palette.h"
+
+#include <algorithm>
+#include <bit>
+#include <unordered_map>
+
+#include "tyr/base/msg.h"
+
+namespace {
+
+constexpr unsigned kTrace = 0x40000000U;
+constexpr unsigned kFullColor = 255;
+constexpr int kColorBits = 8;
+
+using Color = std::array<std::uint8_t, 3>;
+
+const unsigned char *row_of(const ImageRec &image, int y)
+{
+    return image.data +
+           static_cast<std::size_t>(y) * static_cast<std::size_t>(image.bytes_per_line);
+}
+
+/// Shift of a pixel of less than a byte: nibbles high one first, bits as the byte order.
+int shift_of(const ImageRec &image, int x)
+{
+    if (image.bits_per_pixel == 4) {
+        return x % 2 == 0 ? 4 : 0;
+    }
+    return image.byte_order == kHighByteFirst ? 7 - x % 8 : x % 8;
+}
+
+/// Where one colour part stands in a pixel.
+struct MaskPart {
+    std::uint32_t mask;
+    int shift; ///< of the lowest bit
+    int width; ///< bits
+
+    explicit MaskPart(std::uint32_t m)
+        : mask(m), shift(m == 0 ? 0 : std::countr_zero(m)), width(std::bit_width(m >> shift))
+    {
+    }
+
+    std::uint8_t of(std::uint32_t pixel) const
+    {
+        const std::uint32_t part = (pixel & mask) >> shift;
+        return static_cast<std::uint8_t>(width <= kColorBits ? part << (kColorBits - width)
+                                                             : part >> (width - kColorBits));
+    }
+};
+
+std::uint8_t color_byte(float part)
+{
+    return static_cast<std::uint8_t>(image_color_level(part, kFullColor));
+}
+
+std::uint8_t grey_byte(std::uint32_t pixel, int depth)
+{
+    const std::uint64_t most = (std::uint64_t{1} << std::clamp(depth, 1, 32)) - 1;
+    return static_cast<std::uint8_t>(std::min<std::uint64_t>(pixel, most) * kFullColor / most);
+}
+
+/// Colours of an image's pixel values.
+class Colors {
+  public:
+    explicit Colors(const ImageRec &image)
+        : image_(image), red_(image.red_mask), green_(image.green_mask), blue_(image.blue_mask)
+    {
+        if (!has_table()) {
+            MSG_out(kTrace, "mask: %d-%d %d-%d %d-%d\n", red_.shift, red_.width, green_.shift,
+                    green_.width, blue_.shift, blue_.width);
+        }
+    }
+
+    Color of(std::uint32_t pixel) const
+    {
+        if (has_table()) {
+            if (pixel >= static_cast<std::uint32_t>(image_.ncolors)) {
+                return {};
+            }
+            const float *c = image_.colors[pixel];
+            return {color_byte(c[0]), color_byte(c[1]), color_byte(c[2])};
+        }
+        if ((red_.mask | green_.mask | blue_.mask) == 0) {
+            const std::uint8_t grey = grey_byte(pixel, image_.depth);
+            return {grey, grey, grey};
+        }
+        return {red_.of(pixel), green_.of(pixel), blue_.of(pixel)};
+    }
+
+  private:
+    bool has_table() const { return image_.color_type == kImageTable && image_.colors; }
+
+    const ImageRec &image_;
+    MaskPart red_, green_, blue_;
+};
+
+} // namespace
+
+std::uint32_t image_pixel(const ImageRec &image, int x, int y)
+{
+    const unsigned char *row = row_of(image, y);
+    const int bits = image.bits_per_pixel;
+    if (bits < 8) {
+        const unsigned most = (1U << bits) - 1U;
+        return (row[x * bits / 8] >> shift_of(image, x)) & most;
+    }
+    const int count = bits / 8;
+    const unsigned char *bytes = row + static_cast<std::ptrdiff_t>(x) * count;
+    std::uint32_t value = 0;
+    for (int i = 0; i < count; ++i) {
+        value = value << 8 | bytes[image.byte_order == kHighByteFirst ? i : count - 1 - i];
+    }
+    return value;
+}
+
+IndexedImage image_index(const ImageRec &image)
+{
+    IndexedImage result = {};
+    result.places.reserve(static_cast<std::size_t>(image.width) *
+                          static_cast<std::size_t>(image.height));
+    const Colors colors(image);
+    std::unordered_map<std::uint32_t, std::uint8_t> places;
+    std::uint32_t last = ~image_pixel(image, 0, 0); // neighbours are mostly alike
+    std::uint8_t place = 0;
+    for (int y = 0; y < image.height; ++y) {
+        for (int x = 0; x < image.width; ++x) {
+            const std::uint32_t value = image_pixel(image, x, y);
+            if (value != last) {
+                last = value;
+                const auto known = places.find(value);
+                place = known != places.end() ? known->second : std::uint8_t{0};
+                if (known == places.end() && result.values.size() < kPaletteSize) {
+                    place = static_cast<std::uint8_t>(result.values.size());
+                    places.emplace(value, place);
+                    result.colors[place] = colors.of(value);
+                    result.values.push_back(value);
+                }
+            }
+            result.places.push_back(place);
+        }
+    }
+    return result;
+}
+
+void image_store_places(const IndexedImage &indexed, ImageRec *image)
+{
+    const int bits = image->bits_per_pixel;
+    const std::uint8_t *place = indexed.places.data();
+    for (int y = 0; y < image->height; ++y) {
+        unsigned char *row = image->data + (row_of(*image, y) - image->data);
+        for (int x = 0; x < image->width; ++x, ++place) {
+            if (bits < 8) {
+                const int shift = shift_of(*image, x);
+                const unsigned most = (1U << bits) - 1U;
+                unsigned char &byte = row[x * bits / 8];
+                byte = static_cast<unsigned char>((byte & ~(most << shift)) | (*place & most)
+                                                                                  << shift);
+            } else {
+                const int count = bits / 8;
+                const int low = image->byte_order == kHighByteFirst ? count - 1 : 0;
+                row[static_cast<std::ptrdiff_t>(x) * count + low] = *place;
+            }
+        }
+    }
+}

@@ -1,0 +1,116 @@
+#include "tyr/plot/dump.h"
+
+#include <array>
+#include <cstdio>
+#include <string>
+
+#include "tyr/base/file.h"
+#include "tyr/base/msg.h"
+#include "tyr/base/res.h"
+#include "tyr/gks/gks.h"
+#include "tyr/names/name_conv.h"
+#include "tyr/names/search.h"
+#include "tyr/plot/window_tyrimg.h"
+#include "tyr/x11/frames.h"
+#include "tyr/x11/window_image.h"
+
+namespace {
+
+struct State {
+    int kind = kDumpNone;
+    std::string name;
+};
+
+State state;
+
+/// How a kind of file is written and told of.
+struct Format {
+    const char *name;
+    int (*write)(const char *path);
+};
+
+Format format()
+{
+    switch (state.kind) {
+    case kDumpGif:
+        return {"GIF", GIF_write_window};
+    case kDumpImage:
+        return {"IMG", IMG_write_window};
+    case kDumpPng:
+        return {"PNG", IMG_write_png_window};
+    default:
+        return {"xdump", IMG_write_xwd_window};
+    }
+}
+
+std::string frame_key(int frame)
+{
+    std::array<char, 16> text{};
+    std::snprintf(text.data(), text.size(), "%2.2d", frame);
+    return text.data();
+}
+
+/// Path of a file whose key "i" is that text.
+std::string path_of(const std::string &key)
+{
+    DateRec date{};
+    FILE_get_date(&date);
+    FILE_save();
+    std::string convention = state.name;
+    FILE_set_name(convention.data());
+    FILE_set_key('i', key.c_str());
+    FILE_set_key('p', ginq_app_name());
+    std::array<char, kFileNameRoom> name{};
+    std::array<char, kFileNameRoom> path{};
+    FILE_compose(&date, name.data());
+    FILE_restore();
+    FILE_join(RES_get("image_path"), name.data(), path.data());
+    return path.data();
+}
+
+void write(const std::string &path)
+{
+    const Format made = format();
+    if (made.write(path.c_str()) == 1) {
+        MSG_out(kMsgMess, "Wrote %s file: %s\n", made.name, path.c_str());
+    } else {
+        MSG_out(kMsgWarn, "PLT_dump: Unable to write %s file: %s\n", made.name, path.c_str());
+    }
+}
+
+} // namespace
+
+void PLT_set_dump(int kind, const char *name)
+{
+    state.kind = kind;
+    state.name = name != nullptr ? name : "";
+    if (state.name.empty()) {
+        state.name = kind == kDumpGif ? "tyr.gif" : kind == kDumpPng ? "tyr.png" : "tyr.xwd";
+    }
+}
+
+int PLT_get_dump()
+{
+    return state.kind;
+}
+
+int PLT_dump(int frame)
+{
+    if (state.kind == kDumpNone) {
+        return -1;
+    }
+    const int frames = ginq_frames();
+    if (frames == 0) {
+        write(path_of("win"));
+    } else if (frame == kAllFrames && frames > 1) {
+        for (int i = 0; i < frames; i++) {
+            gselect_frame(i);
+            write(path_of(frame_key(i)));
+        }
+    } else {
+        const std::string path = path_of(frame_key(ginq_cur_frame()));
+        gselect_frame(frame);
+        write(path);
+    }
+    return 0;
+}

@@ -1,0 +1,91 @@
+#include "tyr/plot/plot_session.h"
+
+#include <array>
+
+#include "tyr/base/prm.h"
+#include "tyr/base/sys.h"
+#include "tyr/gks/gks.h"
+#include "tyr/gks/session.h"
+#include "tyr/plot/area.h"
+#include "tyr/plot/dump.h"
+#include "tyr/plot/labels.h"
+#include "tyr/plot/params.h"
+#include "tyr/x11/x11_events.h"
+
+namespace {
+
+constexpr int kPlotTypeNone = 99;
+
+struct State {
+    int ws = 0;
+    int device = 0;
+};
+
+State state;
+
+bool is_type_none()
+{
+    return PRM_get(kPrmPlotType) == kPlotTypeNone;
+}
+
+using Opener = void (*)(int *ws, int *device, float *margins, float aspect);
+
+int open_plot(Opener open, float aspect)
+{
+    if (PRM_get_draw(kDrawAll) == 0 || is_type_none()) {
+        return -1;
+    }
+    std::array<float, 4> area;
+    PLT_get_margins(area.data());
+    open(&state.ws, &state.device, area.data(), aspect);
+    PLT_set_viewport(area.data());
+    return 0;
+}
+
+} // namespace
+
+int PLT_begin(float aspect)
+{
+    PLT_read_params();
+    return open_plot(GPH_open, aspect);
+}
+
+int PLT_restart(float aspect)
+{
+    const int mode = PLT_get_label_mode();
+    PLT_set_label_mode(mode < 0 ? kLabelsSimple : mode > 0 ? kLabelsComplete : kLabelsNormal);
+    return open_plot(GPH_setup, aspect);
+}
+
+int PLT_end()
+{
+    if (PRM_is_batch() != 0 && SYS_detach() == 0) {
+        SYS_exit(kExitNoDetach);
+    }
+    if (ginq_open() == 0 || is_type_none()) {
+        return -1;
+    }
+    gsel_norm_tran(2);
+    if (PLT_get_dump() == kDumpNone) { // else the picture is a file, and nobody waits
+        GPH_hold();
+    }
+    gclear_ws(state.ws, 1);
+    if (GPH_end(state.ws) != 0) {
+        SYS_exit(kExitNoGraphics); // told where it happened: the output didn't all go out
+    }
+    PLT_clear_labels();
+    return 0;
+}
+
+void PLT_set_callback(void (*function)(int kind, const char *event, float x, float y))
+{
+    if (function != nullptr) {
+        gset_event_callback(function);
+    }
+}
+
+void PLT_abort(int code)
+{
+    GPH_end(state.ws);
+    SYS_exit(code);
+}

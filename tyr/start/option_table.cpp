@@ -1,0 +1,145 @@
+#include "tyr/start/option_table.h"
+
+#include <algorithm>
+#include <array>
+
+#include "tyr/base/res.h"
+
+namespace {
+
+// Help of more than one line: all that follows the usage word, newlines and all.
+constexpr const char *kMessageHelp =
+    "  Message level to be displayed:\n"
+    "               none,print,error,warn,mess,out1,*out2,out3,out4,debug\n";
+constexpr const char *kObjectHelp = "\n"
+                                    "             Objective analysis parameters\n";
+constexpr const char *kPlotDomainHelp =
+    "\n"
+    "             Output plot domain\n"
+    "               region=predefined region:\n"
+    "                  us,ne,at,se,mw,sp,nw,sw,etc\n"
+    "               proj=projection, clat=central latitude, clon=central longitude,\n"
+    "               nx,ny=number of gridpoints and dx,dy=grid spacing\n";
+constexpr const char *kGridDomainHelp =
+    "\n"
+    "             Grid domain\n"
+    "               region=predefined region:\n"
+    "                  us,ne,at,se,mw,sp,nw,sw,etc\n"
+    "               proj=projection, clat=central latitude, clon=central longitude,\n"
+    "               nx,ny=number of gridpoints and dx,dy=grid spacing\n";
+constexpr const char *kRegionHelp =
+    "\n"
+    "             Region to be used for plotting and gridding\n"
+    "               region=predefined region:\n"
+    "                  us,ne,at,se,mw,sp,nw,sw,etc\n"
+    "               proj=projection, clat=central latitude, clon=central longitude,\n"
+    "               nx,ny=number of gridpoints and dx,dy=grid spacing\n"
+    "               us,ne,at,se,mw,sp,nw,sw,var\n";
+
+// clang-format off
+constexpr std::array<OptionRow, 89> kRows = {{
+    {2, "bg", 0, "background", "tyrback", kResText, "-bg clr", "Background color"},
+    {3, "ba", 0, "batch", "tyrbatch", kResBatch, "-ba", "Run program in batch mode"},
+    {5, "bf", 0, "bull_file", "tyrbullfile", kResText, "-bf file", "Bulletin file name"},
+    {6, "cf", 0, "city_file", "tyrcity", kResText, "-cf file", "City database file name"},
+    {8, "cocl", 0, "color_clabel", "tyrclrclab", kResText, "-cocl clr", "Fill label color"},
+    {9, "cocd", 0, "color_cloud", "tyrclrcld", kResText, "-cocd clr", "Cloud cover symbol colors"},
+    {10, "cocm", 0, "color_cmap", "tyrclrcmap", kResText, "-cocm clr", "Fill map color"},
+    {11, "coco", 0, "color_cont", "tyrclrcont", kResText, "-coco clr", "Line contour color"},
+    {13, "cod", 0, "color_data", "tyrclrdata", kResText, "-cod clr", "Data plotting color"},
+    {15, "cof", 0, "color_fill", "tyrclrfill", kResText, "-cof clr[,...]", "Fill contour colors"},
+    {16, "cofr", 0, "color_front", "tyrclrfront", kResText, "-cofr hclr,lclr,cclr,wclr,oclr,tclr", "Front colors"},
+    {17, "cogr", 0, "color_grid", "tyrclrgrid", kResText, "-cogr clr", "grid color"},
+    {18, "coh", 0, "color_hodo", "tyrclrhodo", kResText, "-coh dclr,sclr,hclr", "Hodograph colors"},
+    {19, "coht", 0, "color_hodtxt", "tyrclrhdtxt", kResText, "-coht dclr,sclr,hclr", "Hodograph text colors"},
+    {20, "cola", 0, "color_label", "tyrclrlab", kResText, "-cola clr", "Line label color"},
+    {22, "coln", 0, "color_line", "tyrclrln", kResText, "-coln clr", "Lat-lon line color"},
+    {23, "com", 0, "color_map", "tyrclrmap", kResText, "-com clr", "line map color"},
+    {24, "copp", 0, "color_pop", "tyrclrpop", kResText, "-copp clr", "Probablilty of precipitation color"},
+    {26, "cosd", 0, "color_sound", "tyrclrsnd", kResText, "-cosd tclr,tdclr", "Sounding colors"},
+    {27, "ct", 0, "color_table", "tyrclrtbl", kResText, "-ct file", "Color table file name"},
+    {28, "cot", 0, "color_text", "tyrclrtext", kResText, "-cot clr", "Text color"},
+    {29, "coth", 0, "color_therm", "tyrclrtherm", kResText, "-coth pclr,tclr,daclr,maclr,mrclr", "Thermodynamic diagram colors"},
+    {30, "cott", 0, "color_thrmtxt", "tyrclrthtxt", kResText, "-cott pclr,tclr,daclr,maclr,mrclr", "Thermodynamic diagram text colors"},
+    {31, "cowd", 0, "color_wind", "tyrclrwind", kResText, "-cowd clr", "Wind barb colors"},
+    {32, "cowx", 0, "color_wx", "tyrclrwx", kResText, "-cowx clr", "Weather symbol colors"},
+    {33, nullptr, 10, "command", "tyrcommand", kResList, "command", "Commands to be run"},
+    {34, "cd", 0, "command", "tyrcommand", kResText, "-cd cmd[;cmd]", "Commands to be run"},
+    {35, "cb", 0, "con_base", "tyrconbase", kResReal, "-cb base", "Color fill contour/vector base value"},
+    {37, "in", 0, "con_interval", "tyrconint", kResReal, "-in intrvl", "Contour interval"},
+    {39, "cp", 0, "con_path", "tyrcon", kResPath, "-cp path", "Converted data path"},
+    {40, "cu", 0, "current", "tyrcurrent", kResCurrent, "-cu [hour]", "Use current data file"},
+    {41, "dp", 0, "data_path", "tyrdata", kResPath, "-dp path", "Raw data path"},
+    {44, "dr", 0, "draw", "tyrdraw", kResDraw, "-dr param[,...]", "Draw components: text,data,sum,map,none"},
+    {45, "dh", 0, "decode_hour", "tyrdecode", kResText, "-dh hour", "Actual hour to decode"},
+    {46, "de", 0, "device", "tyrdevice", kResDevice, "-de dev[,name]", "Output device: d,p,q,w,m"},
+    {47, "pf", 0, "file_param", "tyrfileparam", kResFileParam, "-pf param", "File parameters: use,calc,over,app"},
+    {48, "fp", 0, "file_path", "tyrfile", kResPath, "-fp path", "File path"},
+    {49, nullptr, 1, "filename", "tyrfilename", kResTextCopy, "file", "Input file name"},
+    {50, nullptr, 10, "filename", "tyrfilename", kResList, "file [file...]", "Input file names"},
+    {51, "fl", 0, "font_list", "tyrfontlist", kResText, "-fl list", "List of fonts to use"},
+    {52, "fc", 0, "forecast", "tyrforecast", kResText, "-fc type", "Specific forecast product"},
+    {53, "ge", 0, "geometry", "tyrgeometry", kResText, "-ge wxh+x+y", "Window geometry"},
+    {54, "gn", 0, "grid_num", "tyrgridnum", kResText, "-gn number", "Specific grid index in file to use"},
+    {55, "gp", 0, "grid_path", "tyrgrid", kResPath, "-gp path", "Gridded data path"},
+    {56, "gt", 0, "grid_type", "tyrgridtype", kResInt, "-gt number", "Specific grid type (number) to use"},
+    {57, "h", 0, "help", "tyrhelp", kResHelp, "-h", "Print this help"},
+    {58, "ho", 0, "hour", "tyrhour", kResHour, "-ho hour", "Actual hour of the file"},
+    {59, "ic", 0, "icon", "tyricon", kResFlag, "-ic", "Open window iconified"},
+    {60, "id", 0, "identifier", "tyrident", kResText, "-id ident", "Specific station identifier"},
+    {63, "ip", 0, "image_path", "tyrimage", kResText, "-ip path", "Image file path"},
+    {64, "if", 0, "in_file", "tyrinfile", kResText, "-if type", "Input data file type"},
+    {65, "if", 0, "in_file", "tyrinfile", kResText, "-if type[,...]", "Input data file type"},
+    {67, "di", 0, "ingestor", "tyringestor", kResIngestor, "-di name", "Ingestor type: tyr,whole,split,ldm,none"},
+    {68, "in", 0, "input", "tyrin", kResText, "-in type", "Type of input"},
+    {69, "la", 0, "label", "tyrlabel", kResText, "-la label", "Plot labels"},
+    {71, "le", 0, "level", "tyrlevel", kResText, "-le level", "Vertical level to be plotted or contoured"},
+    {72, "mf", 0, "map_file", "tyrmap", kResText, "-mf file[,file]", "Map database files"},
+    {73, "me", 0, "message", "tyrmess", kResMessage, "-me level", kMessageHelp, true},
+    {74, "mo", 0, "model", "tyrmodel", kResText, "-mo model", "Specific model to use"},
+    {76, "nc", 0, "name_conv", "tyrnameconv", kResNameConv, "-nc type", "Naming convention file name"},
+    {78, "nh", 0, "num_hour", "tyrnumhour", kResText, "-nh hour[,step]", "Number of hours to view"},
+    {79, "oa", 0, "object_param", "tyrobject", kResText, "-oa smooth[,radinf,pass,conv,min]", kObjectHelp, true},
+    {80, "of", 0, "out_file", "tyroutfile", kResText, "-of type", "Output file type"},
+    {82, "ou", 0, "output", "tyrout", kResText, "-ou type", "Type of output"},
+    {83, "pa", 0, "parameter", "tyrparam", kResText, "-pa param[,...]", "Program parameters"},
+    {84, "pd", 0, "plot_domain", "tyrdomain", kResDomain, "-pd region or [proj],clat,clon[,nx,ny][,dx,dy]", kPlotDomainHelp, true},
+    {85, "fm", 0, "plot_format", "tyrformat", kResText, "-fm format", "Numeric format"},
+    {86, "pp", 0, "plot_param", "tyrpltparam", kResText, "-pp param", "Plot parameters"},
+    {88, "sc", 0, "plot_scale", "tyrscale", kResReal, "-sc scale", "Text and wind vector scale factor"},
+    {89, "pl", 0, "plot_type", "tyrplot", kResPlotType, "-pl type", "Plot type: cf,lcf,ln,dln,ndln,value,none"},
+    {92, "ph", 0, "product", "tyrproduct", kResText, "-ph header", "Specific product header"},
+    {94, "rp", 0, "raw_path", "tyrraw", kResPath, "-rp path", "Raw files path"},
+    {96, "re", 0, "region", "tyrregion", kResRegion, "-re region or [proj],clat,clon[,nx,ny][,dx,dy]", kRegionHelp, true},
+    {98, "pr", 0, "stat_prior", "tyrprior", kResInt, "-pr prior", "Priority of stations used in the plot"},
+    {99, "st", 0, "state", "tyrstate", kResText, "-st state", "Specific state to parse"},
+    {100, "ta", 0, "table", "tyrtable", kResFlag, "-ta", "Prints a table"},
+    {101, "ft", 0, "time", "tyrtime", kResText, "-ft time", "Forecast time to be plotted or contoured"},
+    {102, "ti", 0, "title", "tyrtitle", kResText, "-ti title", "Window title"},
+    {104, nullptr, 10, "value", "tyrvalue", kResList, "val1 val2 ...", "Input values:"},
+    {105, "va", 0, "variable", "tyrvar", kResText, "-va var", "Variable to be plotted or contoured"},
+    {106, "wp", 0, "watch_path", "tyrwatch", kResPath, "-wp path", "Watch file data path"},
+    {107, "wn", 0, "window_num", "tyrwindownum", kResInt, "-wn number", "TYRLoop window number"},
+    {108, "cowa", 0, "color_watch", "tyrclrwatch", kResText, "-cowa sclr,tclr", "Watch box colors"},
+    {109, "lf", 0, "log_file", "tyrlog", kResText, "-lf file", "Log file name"},
+    {110, "gd", 0, "grid_domain", "tyrgrddomain", kResDomain, "-gd region or [proj],clat,clon[,nx,ny][,dx,dy]", kGridDomainHelp, true},
+    {111, "inp", 0, "input", "tyrin", kResText, "-in type", "Type of input"},
+    {112, "tp", 0, "text_path", "tyrtext", kResPath, "-tp path", "Text file path"},
+    {113, "mp", 0, "model_path", "tyrmpath", kResPath, "-mp path", "Model file path"},
+    {114, "sp", 0, "sat_path", "tyrsat", kResPath, "-sp path", "Satellite file path"}
+}};
+// clang-format on
+
+} // namespace
+
+std::span<const OptionRow> option_rows()
+{
+    return kRows;
+}
+
+const OptionRow *option_row(int code)
+{
+    const auto row = std::find_if(kRows.begin(), kRows.end(),
+                                  [code](const OptionRow &r) { return r.code == code; });
+    return row == kRows.end() ? nullptr : &*row;
+}

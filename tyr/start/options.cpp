@@ -1,0 +1,111 @@
+#include "tyr/start/options.h"
+
+#include <array>
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+#include <vector>
+
+#include "tyr/base/date.h"
+#include "tyr/base/missing.h"
+#include "tyr/base/msg.h"
+#include "tyr/base/prm.h"
+#include "tyr/base/str.h"
+#include "tyr/base/sys.h"
+#include "tyr/start/option_table.h"
+#include "tyr/start/startup.h"
+
+namespace {
+
+constexpr const char *kClassName = "Tyr";
+
+void help_line(const char *usage, const char *help)
+{
+    MSG_out(kMsgPrint, " %-10s  %s\n", usage, help);
+}
+
+/// Fills records from a list of codes, as far as there is room for them and the end.
+int fill(std::array<OptionRec, kMaxOptions> &records, int count, const int *codes)
+{
+    for (; codes && *codes && count < kMaxOptions - 1; ++codes) {
+        OPT_lookup(&records[count++], *codes);
+    }
+    return count;
+}
+
+} // namespace
+
+const char *OPT_place_key(int place)
+{
+    // a place and a text share one field
+    return reinterpret_cast<const char *>(static_cast<std::intptr_t>(place));
+}
+
+int OPT_key_place(const char *key)
+{
+    const auto place = reinterpret_cast<std::uintptr_t>(key);
+    return place <= kListPlace ? static_cast<int>(place) : 0;
+}
+
+int OPT_init(int count, char **arguments, const int *keyed, const int *positional)
+{
+    PRM_clear(kMissingInt);
+    std::array<OptionRec, kMaxOptions> records;
+    const int filled = fill(records, fill(records, 0, keyed), positional);
+    records[filled] = OptionRec();
+    RES_init(count > 0 ? arguments[0] : "", kClassName, count, arguments, records.data());
+    const char *zone = std::getenv("tyrtz");
+    if (zone && TIME_set_zone(zone) != 0) {
+        MSG_out(kMsgWarn, "OPT_init: tyrtz is no time zone: %s\n", zone);
+    }
+    return 1;
+}
+
+void OPT_lookup(OptionRec *record, int code)
+{
+    *record = OptionRec();
+    const OptionRow *row = option_row(code);
+    if (!row) {
+        record->name = "";
+        std::printf("%d\n", code);
+        return;
+    }
+    record->name = row->resource;
+    record->environment = row->environment;
+    record->key = row->key ? row->key : OPT_place_key(row->place);
+    record->type = row->type;
+}
+
+void OPT_usage(const char *program, const int *keyed, const int *positional)
+{
+    MSG_out(kMsgPrint, "%s syntax (version:%s)\n", program, SYS_version());
+    MSG_out(kMsgPrint, "   %s [options...]\n", program);
+    MSG_out(kMsgPrint, "Keyed options...\n");
+    help_line("-df file", "Resource/defaults file name");
+    help_line("-na name", "Program name");
+    for (; keyed && *keyed; ++keyed) {
+        OPT_help_line(*keyed);
+    }
+    MSG_out(kMsgPrint, "Positional options...\n");
+    for (; positional && *positional; ++positional) {
+        OPT_help_line(*positional);
+    }
+}
+
+void OPT_help_line(int code)
+{
+    const OptionRow *row = option_row(code);
+    if (!row) {
+        return;
+    }
+    if (!row->long_help) {
+        help_line(row->usage, row->help);
+        return;
+    }
+    // line by line, as the pager counts the newlines of formats
+    const std::vector<std::string> lines = STR_fields(row->help, '\n');
+    MSG_out(kMsgPrint, " %-10s%s\n", row->usage, lines[0].c_str());
+    for (size_t i = 1; i < lines.size(); ++i) {
+        MSG_out(kMsgPrint, "%s\n", lines[i].c_str());
+    }
+}

@@ -1,0 +1,151 @@
+#include "tyr/x11/x11_colour.h"
+
+#include <cmath>
+#include <cstdlib>
+
+#include "tyr/base/msg.h"
+#include "tyr/gks/state.h"
+#include "tyr/x11/x11_colormap.h"
+#include "tyr/x11/x11_state.h"
+
+namespace {
+
+constexpr unsigned kTrace = 0x40000000;
+constexpr float kFull = 65535.0F;
+constexpr char kParts = DoRed | DoGreen | DoBlue;
+
+unsigned short part(float fraction)
+{
+    return static_cast<unsigned short>(kFull * std::fmin(std::fmax(fraction, 0.0F), 1.0F));
+}
+
+XColor colour_of(const float rgb[3])
+{
+    XColor colour{};
+    colour.red = part(rgb[0]);
+    colour.green = part(rgb[1]);
+    colour.blue = part(rgb[2]);
+    colour.flags = kParts;
+    return colour;
+}
+
+void trace(const char *what, int index, const float rgb[3], XColor colour)
+{
+    if (MSG_test(kTrace) == 0) {
+        return;
+    }
+    XQueryColor(x11().display, ginq_colormap(), &colour);
+    MSG_out(kTrace, "%s RW Cells: %d %d (%.2f %.2f %.2f) (%5d %5d %5d)\n", what, index,
+            static_cast<int>(colour.pixel), double{rgb[0]}, double{rgb[1]}, double{rgb[2]},
+            colour.red, colour.green, colour.blue);
+}
+
+/// A cell that can be changed in place; the flag goes off where the screen has none.
+bool get_cell(unsigned long *pixel, bool *read_write)
+{
+    const X11State &x = x11();
+    if (!*read_write) {
+        return false;
+    }
+    const int status = XAllocColorCells(x.display, ginq_colormap(), 0, nullptr, 0, pixel, 1);
+    MSG_out(kTrace, "Allocated RW Cells: %d\n", status);
+    *read_write = status != 0;
+    return *read_write;
+}
+
+} // namespace
+
+int ginq_pixel(int index)
+{
+    const int place = index == -1 ? kBackgroundEntry : index;
+    return place >= 0 && place <= kMaxColour ? x11().pixels[static_cast<std::size_t>(place)]
+                                             : kNoPixel;
+}
+
+int ginq_bg_pixel()
+{
+    return ginq_pixel(-1);
+}
+
+Colormap ginq_colormap()
+{
+    return x11().private_map != 0 ? x11().private_map : x11().default_map;
+}
+
+void gset_colormap(Colormap map)
+{
+    x11().private_map = map;
+}
+
+void gset_default_colormap(Colormap map)
+{
+    x11().default_map = map;
+}
+
+void gcolor_init()
+{
+    X11State &x = x11();
+    const bool is_wanted = kernel().ws.local_map || std::getenv("LOCAL_CMAP") != nullptr ||
+                           std::getenv("tyrlocal_cmap") != nullptr;
+    if (gis_display() && is_wanted) {
+        x.private_map = XCreateColormap(x.display, x.window, x.visual, AllocNone);
+        XSetWindowColormap(x.display, x.window, x.private_map);
+    }
+    x.pixels.fill(kNoPixel);
+}
+
+void gx_free_colormap()
+{
+    X11State &x = x11();
+    if (x.private_map != 0) {
+        XFreeColormap(x.display, x.private_map);
+        x.private_map = 0;
+    }
+}
+
+int gx_store_colour(int index, float red, float green, float blue, bool *read_write)
+{
+    X11State &x = x11();
+    const float rgb[3] = {red, green, blue};
+    int &pixel = x.pixels[static_cast<std::size_t>(index)];
+    XColor colour = colour_of(rgb);
+    const bool is_new = pixel == kNoPixel;
+    if (is_new) {
+        unsigned long cell = 0;
+        if (get_cell(&cell, read_write)) {
+            pixel = static_cast<int>(cell);
+        }
+    }
+    if (*read_write) {
+        colour.pixel = static_cast<unsigned>(pixel);
+        XStoreColor(x.display, ginq_colormap(), &colour); // what is drawn in it changes as well
+    } else if (XAllocColor(x.display, ginq_colormap(), &colour) != 0) {
+        pixel = static_cast<int>(colour.pixel);
+    }
+    trace(!*read_write ? (is_new ? "Allocated new" : "Allocated")
+          : is_new     ? "Stored new"
+                       : "Stored",
+          index, rgb, colour);
+    return pixel;
+}
+
+void gx_set_background(bool given, const std::string &name, bool inverse, float rgb[3])
+{
+    X11State &x = x11();
+    XColor colour{};
+    if (given) {
+        colour = colour_of(rgb);
+    } else if (!name.empty()) {
+        XParseColor(x.display, ginq_colormap(), name.c_str(), &colour); // black if unknown
+    } else {
+        colour.pixel = inverse ? WhitePixel(x.display, x.screen) : BlackPixel(x.display, x.screen);
+        XQueryColor(x.display, ginq_colormap(), &colour);
+    }
+    colour.flags = kParts;
+    XAllocColor(x.display, ginq_colormap(), &colour);
+    XQueryColor(x.display, ginq_colormap(), &colour);
+    x.pixels[kBackgroundEntry] = static_cast<int>(colour.pixel);
+    rgb[0] = static_cast<float>(colour.red) / kFull;
+    rgb[1] = static_cast<float>(colour.green) / kFull;
+    rgb[2] = static_cast<float>(colour.blue) / kFull;
+}
