@@ -4,49 +4,16 @@
 #include <cmath>
 #include <cstddef>
 
+#include "tyr/gks/device.h"
 #include "tyr/gks/state.h"
-#include "tyr/paper/hpgl.h"
-#include "tyr/paper/metafile.h"
-#include "tyr/paper/postscript.h"
-#include "tyr/x11/x11_draw.h"
 
-namespace {
-
-struct Corners {
-    float x0, y0, x1, y1;
-};
-
-/// The selected viewport in the coordinates of the file devices.
-Corners viewport_on_paper()
-{
-    const TranRect &v = kernel().tran.cur_viewport;
-    return {gndc_to_pc_x(v.xmin), gndc_to_pc_y(v.ymin), gndc_to_pc_x(v.xmax), gndc_to_pc_y(v.ymax)};
-}
-
-} // namespace
+using namespace tyr;
 
 void clip_apply()
 {
-    if (gis_x11()) {
-        short rect[4];
-        gclip_rect(rect);
-        gx_clip(rect);
-        return;
-    }
-    const Corners c = viewport_on_paper();
-    switch (kernel().ws.device) {
-    case kDevicePostScript:
-        gps_clip(c.x0, c.y0, c.x1, c.y1);
-        break;
-    case kDeviceHpgl:
-        ghp_clip(c.x0, c.y0, c.x1, c.y1);
-        break;
-    case kDeviceMetafile:
-        gcgm_clip(c.x0, c.y0, c.x1, c.y1);
-        break;
-    default:
-        break;
-    }
+    const TranRect &v = kernel().tran.cur_viewport;
+    device_clip(gndc_to_pc_x(v.xmin), gndc_to_pc_y(v.ymin), gndc_to_pc_x(v.xmax),
+                gndc_to_pc_y(v.ymax));
 }
 
 void gclip_rect(short out[4])

@@ -6,12 +6,11 @@
 #include <cstdlib>
 
 #include "tyr/base/msg.h"
+#include "tyr/gks/device.h"
 #include "tyr/gks/recorder.h"
 #include "tyr/gks/state.h"
-#include "tyr/paper/grey.h"
-#include "tyr/paper/metafile.h"
-#include "tyr/x11/x11_colour.h"
-#include "tyr/x11/x11_draw.h"
+
+using namespace tyr;
 
 namespace {
 
@@ -40,7 +39,7 @@ const Colour *entry(int index)
 int entry_of_pixel(int pixel)
 {
     for (int i = kMaxColour; i >= 0; i--) {
-        if (ginq_pixel(i) == pixel) {
+        if (device_pixel(i) == pixel) {
             return i;
         }
     }
@@ -73,15 +72,15 @@ int find_or_add(float red, float green, float blue)
 void show_at_once(int index)
 {
     const KernelState &k = kernel();
-    const std::pair<GxFamily, int> families[] = {
-        {GxFamily::line,   k.line.colour  },
-        {GxFamily::text,   k.text.colour  },
-        {GxFamily::marker, k.marker.colour},
-        {GxFamily::fill,   k.fill.colour  },
+    const std::pair<ObjectKind, int> families[] = {
+        {kObjLineColour,   k.line.colour  },
+        {kObjTextColour,   k.text.colour  },
+        {kObjMarkerColour, k.marker.colour},
+        {kObjFillColour,   k.fill.colour  },
     };
-    for (const auto &[family, colour] : families) {
+    for (const auto &[kind, colour] : families) {
         if (colour == index) {
-            gx_set_colour(family, index);
+            device_attribute(kind);
         }
     }
 }
@@ -99,13 +98,13 @@ bool colour_usable(const char *routine, int *index)
         gerror(routine, "invalid color index: %d\n", *index);
         return false;
     }
-    if (!gis_x11()) {
+    if (!device_traits().is_screen) {
         return true;
     }
     if (is_print_colour(*index)) {
         *index = 1;
     }
-    if (ginq_pixel(*index) == -1) {
+    if (device_pixel(*index) == -1) {
         gerror(routine, "color index not initialized\n");
         return false;
     }
@@ -129,16 +128,14 @@ int gset_colr_rep(int ws, int index, const float rgb[3])
         gerror("gset_colr_rep", "invalid color index: %d\n", index);
         return -1;
     }
-    if (gis_metafile()) {
-        gmeta_printf("CLR %d %d %f %f %f\n", ws, index, rgb[0], rgb[1], rgb[2]);
+    if (device_traits().keeps_calls) {
+        device_keep_colour(ws, index, rgb);
         return 0;
     }
     record(kObjColour, index, 3, rgb);
     // the background: a negative index has another meaning to the storing step
     gset_color(index == -1 ? kBackgroundEntry : index, rgb[0], rgb[1], rgb[2]);
-    if (gis_x11()) {
-        show_at_once(index);
-    }
+    show_at_once(index);
     return 0;
 }
 
@@ -154,11 +151,7 @@ int gset_color(int index, float red, float green, float blue)
         state.highest = std::max(state.highest, index);
     }
     state.table[index] = {red, green, blue};
-    gps_set_gray(index, red, green, blue);
-    if (gis_x11()) {
-        return gx_store_colour(index, red, green, blue, &kernel().ws.read_write_cells);
-    }
-    return 1;
+    return device_store_colour(index, red, green, blue);
 }
 
 int gcolor_same(int index, int by_pixel, float red, float green, float blue)

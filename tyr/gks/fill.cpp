@@ -1,16 +1,13 @@
-#include <cstddef>
-
+#include "tyr/gks/attribute.h"
 #include "tyr/gks/colour.h"
+#include "tyr/gks/device.h"
 #include "tyr/gks/recorder.h"
 #include "tyr/gks/state.h"
-#include "tyr/paper/hpgl.h"
-#include "tyr/paper/metafile.h"
-#include "tyr/paper/postscript.h"
-#include "tyr/x11/x11_draw.h"
+
+using namespace tyr;
 
 namespace {
 
-constexpr int kSolid = 1;
 constexpr int kNumPatterns = 20;
 
 constexpr unsigned char kPatterns[kNumPatterns][8] = {
@@ -37,29 +34,6 @@ constexpr unsigned char kPatterns[kNumPatterns][8] = {
     {0xff, 0xff, 0xff, 0xff, 0xff, 0xff, 0xff, 0xff},
 };
 
-void fill_postscript(int n, const float *points)
-{
-    gps_printf("%%%%FA:%d\nnp\n", n);
-    gps_move(points[0], points[1]);
-    for (std::ptrdiff_t i = 1; i < n; i++) {
-        gps_draw(points[2 * i], points[2 * i + 1]);
-    }
-    gps_printf("cp\n");
-    gps_fill_color(kernel().fill.colour);
-    gps_printf("fill\n");
-}
-
-void fill_hpgl(int n, const float *points)
-{
-    ghp_fill_color(kernel().fill.colour);
-    ghp_move(points[0], points[1]);
-    ghp_printf("PM0;");
-    for (std::ptrdiff_t i = 1; i < n; i++) {
-        ghp_draw(points[2 * i], points[2 * i + 1]);
-    }
-    ghp_printf("PM1;PM2;FP;\n");
-}
-
 } // namespace
 
 const unsigned char *gfill_pattern(int index)
@@ -72,27 +46,12 @@ int gfill_area(int n, const float *points)
     if (!gextent_visible(n, points)) {
         return 0;
     }
-    if (gis_metafile()) {
-        gmeta_points("FA", n, points, true);
+    if (device_traits().keeps_calls) {
+        device_keep_area(n, points);
         return 1;
     }
     record(kObjFillArea, n, 2 * n, points);
-    switch (kernel().ws.device) {
-    case kDevicePostScript:
-        if (kernel().fill.int_style == kSolid) {
-            fill_postscript(n, points);
-        }
-        break;
-    case kDeviceHpgl:
-        fill_hpgl(n, points);
-        break;
-    case kDeviceDisplay:
-    case kDeviceExtern:
-        gx_area(n, points);
-        break;
-    default:
-        break;
-    }
+    device_area(n, device_points(n, points));
     return 0;
 }
 
@@ -104,15 +63,7 @@ int gset_fill_colr_ind(int index)
     if (!kernel_is_open("gset_fill_colr_ind") || !colour_usable("gset_fill_colr_ind", &index)) {
         return -1;
     }
-    kernel().fill.colour = index;
-    if (gis_metafile()) {
-        gmeta_printf("FA_CLR %d\n", index);
-        return 0;
-    }
-    record(kObjFillColour, index);
-    if (gis_x11()) {
-        gx_set_colour(GxFamily::fill, index);
-    }
+    set_attribute(kObjFillColour, kernel().fill.colour, index);
     return 0;
 }
 
@@ -124,15 +75,7 @@ int gset_fill_int_style(int style)
     if (!kernel_is_open("gset_fill_int_style")) {
         return -1;
     }
-    kernel().fill.int_style = style;
-    if (gis_metafile()) {
-        gmeta_printf("FA_INT %d\n", style);
-        return 0;
-    }
-    record(kObjFillInterior, style);
-    if (gis_x11()) {
-        gx_set_fill(style, kernel().fill.style_index);
-    }
+    set_attribute(kObjFillInterior, kernel().fill.int_style, style);
     return 0;
 }
 
@@ -148,15 +91,7 @@ int gset_fill_style_ind(int index)
         gerror("gset_fill_style_ind", "invalid style index: %d\n", index);
         return -1;
     }
-    kernel().fill.style_index = index;
-    if (gis_metafile()) {
-        gmeta_printf("FA_ST %d\n", index);
-        return 0;
-    }
-    record(kObjFillStyle, index);
-    if (gis_x11()) {
-        gx_set_fill(kernel().fill.int_style, index);
-    }
+    set_attribute(kObjFillStyle, kernel().fill.style_index, index);
     return 0;
 }
 

@@ -12,11 +12,12 @@
 #include "tyr/base/msg.h"
 #include "tyr/base/res.h"
 #include "tyr/base/str.h"
+#include "tyr/gks/attribute.h"
+#include "tyr/gks/device.h"
 #include "tyr/gks/recorder.h"
 #include "tyr/gks/state.h"
-#include "tyr/paper/metafile.h"
-#include "tyr/x11/x11_default.h"
-#include "tyr/x11/x11_draw.h"
+
+using namespace tyr;
 
 namespace {
 
@@ -241,7 +242,7 @@ int gsetup_fonts()
 {
     state.list.clear();
     const char *resource = RES_get("font_list");
-    const std::string list = resource != nullptr ? resource : gx_default("font_list");
+    const std::string list = resource != nullptr ? resource : device_default("font_list");
     if (resource == nullptr && list.empty()) {
         read_default_list();
     } else if (STR_has_prefix(list, "fi:")) {
@@ -265,8 +266,8 @@ int read_font(const char *name)
     if (!kernel().ws.open) {
         return -1;
     }
-    if (name[0] == '#' && gis_x11()) {
-        if (!gx_load_font(name + 1)) {
+    if (name[0] == '#' && device_traits().is_screen) {
+        if (!device_load_font(name + 1)) {
             MSG_out(kMsgWarn, "read_font: unable to load font: %s\n", name + 1);
             return -1;
         }
@@ -292,12 +293,8 @@ int gset_fontprec(const int rec[2])
         return 0;
     }
     kernel().text.font = number;
-    if (gis_metafile()) {
-        gmeta_printf("TE_FNT %d %d\n", number, rec[1]);
-        return 0;
-    }
-    record(kObjFont, rec);
-    if (state.list.empty()) {
+    pass_on(kObjFont, rec);
+    if (device_traits().keeps_calls || state.list.empty()) {
         return 0;
     }
     if (number < 1 || number > static_cast<int>(state.list.size())) {

@@ -3,13 +3,13 @@
 #include <cstddef>
 #include <span>
 
+#include "tyr/gks/attribute.h"
 #include "tyr/gks/colour.h"
+#include "tyr/gks/device.h"
 #include "tyr/gks/recorder.h"
 #include "tyr/gks/state.h"
-#include "tyr/paper/hpgl.h"
-#include "tyr/paper/metafile.h"
-#include "tyr/paper/postscript.h"
-#include "tyr/x11/x11_draw.h"
+
+using namespace tyr;
 
 namespace {
 
@@ -121,41 +121,6 @@ Shape shape_of(int type)
     }
 }
 
-/// One stroke in device coordinates. A single point is a dot as long as it is wide: paper shows no
-/// line without length.
-void draw_stroke(std::size_t n, const float *points)
-{
-    switch (kernel().ws.device) {
-    case kDevicePostScript:
-        gps_printf("np\n");
-        gps_move_dc(points[0], points[1]);
-        for (std::size_t i = 1; i < n; i++) {
-            gps_draw_dc(points[2 * i], points[2 * i + 1]);
-        }
-        if (n == 1) {
-            gps_draw_dc(points[0] + 1.0F, points[1]);
-        }
-        gps_printf("stroke\n");
-        break;
-    case kDeviceHpgl:
-        ghp_move_dc(points[0], points[1]);
-        for (std::size_t i = 1; i < n; i++) {
-            ghp_draw_dc(points[2 * i], points[2 * i + 1]);
-        }
-        if (n == 1) {
-            ghp_draw_dc(points[0], points[1]);
-        }
-        ghp_printf("\n");
-        break;
-    case kDeviceDisplay:
-    case kDeviceExtern:
-        gx_stroke(GxFamily::marker, static_cast<int>(n), points);
-        break;
-    default:
-        break;
-    }
-}
-
 /// The marker of the current type at a device position, `size` device units wide.
 void draw_marker(float x, float y, float size)
 {
@@ -166,7 +131,7 @@ void draw_marker(float x, float y, float size)
     std::size_t n = 0;
     for (const ShapePoint &p : shape.points) {
         if (p.begins && n > 0) {
-            draw_stroke(n, stroke.data());
+            device_stroke(static_cast<int>(n), stroke.data());
             n = 0;
         }
         stroke[2 * n] = x + p.x * scale;
@@ -174,55 +139,19 @@ void draw_marker(float x, float y, float size)
         n++;
     }
     if (n > 0) {
-        draw_stroke(n, stroke.data());
+        device_stroke(static_cast<int>(n), stroke.data());
     }
 }
 
 /// A marker over its shadow: black copies, each a pixel further to the lower right.
-void draw_on_screen(float x, float y, float size)
+void draw_over_shadow(float x, float y, float size)
 {
-    const int depth = kernel().shadow;
-    if (depth > 0) {
-        gx_set_black(GxFamily::marker);
-        for (int k = 0; k < depth; k++) {
-            draw_marker(x + static_cast<float>(k), y + static_cast<float>(k), size);
-        }
-        gx_set_colour(GxFamily::marker, kernel().marker.colour);
+    device_black(Family::marker);
+    for (int k = 0; k < kernel().shadow; k++) {
+        draw_marker(x + static_cast<float>(k), y + static_cast<float>(k), size);
     }
+    device_attribute(kObjMarkerColour);
     draw_marker(x, y, size);
-}
-
-/// Size of a marker in device units for the factor 1.
-float marker_unit()
-{
-    switch (kernel().ws.device) {
-    case kDevicePostScript:
-        return 10.0F * 0.72F;
-    case kDeviceHpgl:
-        return 10.0F * 10.15F;
-    default:
-        return 10.0F;
-    }
-}
-
-void start_markers(int n)
-{
-    const MarkerState &marker = kernel().marker;
-    switch (kernel().ws.device) {
-    case kDevicePostScript:
-        gps_printf("%%%%PM:%d\n", n);
-        gps_width(marker.colour, marker.width);
-        gps_line_color(marker.colour);
-        gps_dash(1);
-        break;
-    case kDeviceHpgl:
-        ghp_width(marker.colour, marker.width);
-        ghp_line_color(marker.colour);
-        ghp_dash(1);
-        break;
-    default:
-        break;
-    }
 }
 
 } // namespace
@@ -235,19 +164,21 @@ int gpolymarker(int n, const float *points)
     if (n < 1) {
         return 0;
     }
-    if (gis_metafile()) {
-        gmeta_points("PM", n, points, true);
+    const DeviceTraits &device = device_traits();
+    if (device.keeps_calls) {
+        device_keep_markers(n, points);
         return 0;
     }
     record(kObjPolymarker, n, 2 * n, points);
-    const float size = marker_unit() * kernel().marker.size;
-    start_markers(n);
+    const float size = device.marker_unit * kernel().marker.size;
+    const bool has_shadow = device.is_screen && kernel().shadow > 0;
+    device_begin_markers(n);
     for (std::ptrdiff_t i = 0; i < n; i++) {
-        const float *point = points + 2 * i;
-        if (gis_x11()) {
-            draw_on_screen(gwc_to_dc_x(point[0]) + 0.5F, gwc_to_dc_y(point[1]) + 0.5F, size);
+        const DevicePoint at = device_point(points + 2 * i);
+        if (has_shadow) {
+            draw_over_shadow(at.x, at.y, size);
         } else {
-            draw_marker(gwc_to_pc_x(point[0]), gwc_to_pc_y(point[1]), size);
+            draw_marker(at.x, at.y, size);
         }
     }
     return 0;
@@ -258,18 +189,7 @@ int gset_marker_colr_ind(int index)
     if (!kernel_is_open("gset_marker_colr_ind") || !colour_usable("gset_marker_colr_ind", &index)) {
         return -1;
     }
-    if (index == kernel().marker.colour) {
-        return 0;
-    }
-    kernel().marker.colour = index;
-    if (gis_metafile()) {
-        gmeta_printf("PM_CLR %d\n", index);
-        return 0;
-    }
-    record(kObjMarkerColour, index);
-    if (gis_x11()) {
-        gx_set_colour(GxFamily::marker, index);
-    }
+    set_attribute(kObjMarkerColour, kernel().marker.colour, index);
     return 0;
 }
 
@@ -278,15 +198,7 @@ int gset_marker_type(int type)
     if (!kernel_is_open("gset_marker_type")) {
         return -1;
     }
-    if (type == kernel().marker.type) {
-        return 0;
-    }
-    kernel().marker.type = type;
-    if (gis_metafile()) {
-        gmeta_printf("PM_TYPE %d\n", type);
-        return 0;
-    }
-    record(kObjMarkerType, type);
+    set_attribute(kObjMarkerType, kernel().marker.type, type);
     return 0;
 }
 
@@ -299,15 +211,7 @@ int gset_marker_size(float size)
         gerror("gset_marker_size", "invalid marker size: %f\n", size);
         return -1;
     }
-    if (size == kernel().marker.size) {
-        return 0;
-    }
-    kernel().marker.size = size;
-    if (gis_metafile()) {
-        gmeta_printf("PM_SIZE %f\n", size);
-        return 0;
-    }
-    record(kObjMarkerSize, 1, 1, &size);
+    set_attribute(kObjMarkerSize, kernel().marker.size, size);
     return 0;
 }
 
@@ -320,19 +224,7 @@ int gset_marker_width(float width)
         gerror("gset_marker_width", "invalid marker width: %f\n", width);
         return -1;
     }
-    width = width_on_device(width);
-    if (width == kernel().marker.width) {
-        return 0;
-    }
-    kernel().marker.width = width;
-    if (gis_metafile()) {
-        gmeta_printf("PM_WDTH %f\n", width);
-        return 0;
-    }
-    record(kObjMarkerWidth, 1, 1, &width);
-    if (gis_x11()) {
-        gx_set_width(GxFamily::marker, width);
-    }
+    set_attribute(kObjMarkerWidth, kernel().marker.width, width_on_device(width));
     return 0;
 }
 

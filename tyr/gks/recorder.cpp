@@ -8,7 +8,9 @@
 #include <string>
 
 #include "tyr/base/str.h"
-#include "tyr/x11/x11_default.h"
+#include "tyr/gks/device.h"
+
+using namespace tyr;
 
 namespace {
 
@@ -59,7 +61,7 @@ void gobj_init()
     gobj_clear();
     state.calls = 0;
     const char *wish = std::getenv("tyrredraw");
-    const std::string text = wish != nullptr ? wish : gx_default("redraw");
+    const std::string text = wish != nullptr ? wish : device_default("redraw");
     if (STR_casecmp(text.c_str(), "no") == 0) {
         gset_recording(0);
     }

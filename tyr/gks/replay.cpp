@@ -1,130 +1,37 @@
 #include "tyr/gks/replay.h"
 
-#include <algorithm>
-#include <cstdlib>
-#include <iterator>
+#include <variant>
 
 #include "tyr/base/msg.h"
-#include "tyr/gks/recorder.h"
-#include "tyr/paper/metafile.h"
-#include "tyr/paper/postscript.h"
-#include "tyr/x11/x11_window.h"
+#include "tyr/gks/attribute.h"
+#include "tyr/gks/device.h"
+
+using namespace tyr;
 
 namespace {
 
 constexpr int kObjectsBetweenEvents = 200;
-constexpr int kPageWidth = 757;
-constexpr int kPageHeight = 577;
 constexpr int kBellVolume = 50;
 
-// In the form of the tables below.
+/// Sets an attribute to what an object holds.
+struct Set {
+    const RedrawObject &object;
 
-int set_fill_black(int flag)
-{
-    gset_fill_black(flag);
-    return 0;
-}
-
-int set_colour(int index, const float *rgb)
-{
-    return gset_colr_rep(1, index, rgb);
-}
-
-int clear_region(int, const float *rect)
-{
-    return gclear_region(rect);
-}
-
-int set_char_up(int, const float *up)
-{
-    return gset_char_up(up);
-}
-
-struct IntSetter {
-    int kind;
-    int (*set)(int value);
+    void operator()(SetInt set) const { set(object.value); }
+    void operator()(SetReal set) const { set(*static_cast<const float *>(object.data)); }
+    void operator()(SetIntPair set) const { set(static_cast<const int *>(object.data)); }
+    void operator()(SetVector set) const { set(static_cast<const float *>(object.data)); }
+    void operator()(SetRect set) const
+    {
+        set(object.value, static_cast<const float *>(object.data));
+    }
 };
-
-constexpr IntSetter kIntSetters[] = {
-    {kObjSelectTran,   gsel_norm_tran      },
-    {kObjLineType,     gset_linetype       },
-    {kObjLineColour,   gset_line_colr_ind  },
-    {kObjMarkerType,   gset_marker_type    },
-    {kObjMarkerColour, gset_marker_colr_ind},
-    {kObjTextColour,   gset_text_colr_ind  },
-    {kObjFillInterior, gset_fill_int_style },
-    {kObjFillStyle,    gset_fill_style_ind },
-    {kObjFillColour,   gset_fill_colr_ind  },
-    {kObjFillBlack,    set_fill_black      },
-};
-
-struct RealSetter {
-    int kind;
-    int (*set)(float value);
-};
-
-constexpr RealSetter kRealSetters[] = {
-    {kObjLineWidth,   gset_linewidth   },
-    {kObjMarkerSize,  gset_marker_size },
-    {kObjMarkerWidth, gset_marker_width},
-    {kObjTextSpacing, gset_text_spacing},
-    {kObjCharSpace,   gset_char_space  },
-    {kObjExpansion,   gset_expan       },
-    {kObjCharHeight,  gset_char_ht     },
-    {kObjTextWidth,   gset_text_width  },
-};
-
-struct PairSetter {
-    int kind;
-    int (*set)(const int rec[2]);
-};
-
-constexpr PairSetter kPairSetters[] = {
-    {kObjFont,      gset_fontprec  },
-    {kObjTextAlign, gset_text_align},
-};
-
-/// A number and an array of floats: points of a primitive, sides of a rectangle.
-struct ArrayCall {
-    int kind;
-    int (*call)(int n, const float *numbers);
-};
-
-constexpr ArrayCall kArrayCalls[] = {
-    {kObjWsViewport,  gset_ws_viewport},
-    {kObjWsWindow,    gset_ws_window  },
-    {kObjViewport,    gset_viewport   },
-    {kObjWindow,      gset_window     },
-    {kObjPolyline,    gpolyline       },
-    {kObjPolymarker,  gpolymarker     },
-    {kObjFillArea,    gfill_area      },
-    {kObjColour,      set_colour      },
-    {kObjClearRegion, clear_region    },
-    {kObjCharUp,      set_char_up     },
-};
-
-template <class Table> auto find(const Table &table, int kind)
-{
-    return std::find_if(std::begin(table), std::end(table),
-                        [&](const auto &row) { return row.kind == kind; });
-}
 
 struct State {
     bool stop = false; ///< a later redraw has taken over
 };
 
 State state;
-
-/// The first environment variable that is set, else the default.
-const char *target(const char *first, const char *second, const char *fallback)
-{
-    for (const char *variable : {first, second}) {
-        if (const char *text = variable != nullptr ? std::getenv(variable) : nullptr) {
-            return text;
-        }
-    }
-    return fallback;
-}
 
 /// Sets attributes and transformations as they stood when the store was emptied.
 void replay_start()
@@ -165,37 +72,29 @@ void replay_start()
     gset_fontprec(font);
 }
 
-/// The device's part of writing the picture to a file.
-struct Paper {
-    int device;
-    const char *routine;
-    const char *kind;  ///< in the report of a file that can't be opened
-    const char *empty; ///< message of an empty store
-    bool (*open)();
-    int (*close)();
-};
-
-int print(const Paper &paper)
+/// Writes the picture to the file of a device.
+int print(int device, const char *routine, const char *empty)
 {
     const int cursor = gset_cursor_sync(kCursorBusy);
     const KernelState kept = kernel();
-    gset_device(paper.device);
-    if (!paper.open()) {
+    gset_device(device);
+    if (!device_open_print()) {
+        const char *kind = device_traits().print_of;
         kernel() = kept;
         gset_cursor_sync(cursor);
-        gerror(paper.routine, "unable to open %s file\n", paper.kind);
+        gerror(routine, "unable to open %s file\n", kind);
         return -1;
     }
     gset_recording(0);
     if (gobj_first() == nullptr) {
-        MSG_out(kMsgWarn, "%s", paper.empty);
+        MSG_out(kMsgWarn, "%s", empty);
     } else {
         replay_start();
     }
     for (RedrawObject *object = gobj_first(); object != nullptr; object = object->next) {
         gobj_replay_one(object);
     }
-    const int result = paper.close();
+    const int result = device_close();
     kernel() = kept;
     gset_cursor_sync(cursor);
     gobj_pump();
@@ -210,21 +109,39 @@ void gobj_replay_one(RedrawObject *object)
 {
     const int value = object->value;
     const auto *numbers = static_cast<const float *>(object->data);
-    if (const auto setter = find(kIntSetters, object->kind); setter != std::end(kIntSetters)) {
-        setter->set(value);
-    } else if (const auto real = find(kRealSetters, object->kind); real != std::end(kRealSetters)) {
-        real->set(*numbers);
-    } else if (const auto pair = find(kPairSetters, object->kind); pair != std::end(kPairSetters)) {
-        pair->set(static_cast<const int *>(object->data));
-    } else if (const auto array = find(kArrayCalls, object->kind); array != std::end(kArrayCalls)) {
-        array->call(value, numbers);
-    } else if (object->kind == kObjText) {
+    if (const Attribute *attribute = attribute_of(object->kind)) {
+        std::visit(Set{*object}, attribute->set);
+        return;
+    }
+    switch (object->kind) {
+    case kObjPolyline:
+        gpolyline(value, numbers);
+        break;
+    case kObjPolymarker:
+        gpolymarker(value, numbers);
+        break;
+    case kObjFillArea:
+        gfill_area(value, numbers);
+        break;
+    case kObjText:
         gtext(numbers, static_cast<const char *>(object->data) + 2 * sizeof(float));
-    } else if (object->kind == kObjMessage) {
+        break;
+    case kObjColour:
+        gset_colr_rep(1, value, numbers);
+        break;
+    case kObjClearRegion:
+        gclear_region(numbers);
+        break;
+    case kObjMessage:
         gmessage(value, static_cast<const char *>(object->data));
-    } else if (object->kind == kObjFunction) {
+        break;
+    case kObjFunction: {
         const auto *call = static_cast<const ObjectFunction *>(object->data);
         call->function(call->argument);
+        break;
+    }
+    default: // a mark of a segment
+        break;
     }
 }
 
@@ -233,7 +150,7 @@ int gobj_redraw()
     if (!ginq_recording()) {
         return -1;
     }
-    gresize_ws(0, 0);
+    device_adopt_size();
     const int cursor = gset_cursor_sync(kCursorBusy);
     ginit_ws(kTranX11Redraw);
     state.stop = false;
@@ -262,33 +179,12 @@ int gobj_redraw()
 
 int gprint_meta()
 {
-    return print({kDeviceMetafile, "gprint_meta", "meta",
-                  "gobj_print_meta: No redraw data to make metafile from\n",
-                  [] {
-                      if (gmeta_open(target("METAOUT", nullptr, "tyr.meta")) == nullptr) {
-                          return false;
-                      }
-                      gmeta_header();
-                      attributes_reset();
-                      gset_tran_defaults(kTranMetafile);
-                      return true;
-                  },
-                  gmeta_close});
+    return print(kDeviceMetafile, "gprint_meta",
+                 "gobj_print_meta: No redraw data to make metafile from\n");
 }
 
 int gprint_plot()
 {
-    return print({kDevicePostScript, "gprint_plot", "postscript",
-                  "gobj_print_plot: No redraw data to make Postscript file from\n",
-                  [] {
-                      if (gps_open(target("tyrps_print", "PSPRINT", "tyr.ps")) == nullptr) {
-                          return false;
-                      }
-                      gps_init();
-                      gps_prolog();
-                      gset_ws_size(kPageWidth, kPageHeight);
-                      ginit_ws(kTranPostScript);
-                      return true;
-                  },
-                  gps_close});
+    return print(kDevicePostScript, "gprint_plot",
+                 "gobj_print_plot: No redraw data to make Postscript file from\n");
 }

@@ -1,12 +1,14 @@
+#include "tyr/gks/device.h"
 #include "tyr/gks/recorder.h"
-#include "tyr/paper/metafile.h"
+
+using namespace tyr;
 
 namespace {
 
 int mark(const char *word, ObjectKind kind, int id)
 {
-    if (gis_metafile()) {
-        gmeta_printf("%s %d\n", word, id);
+    if (device_traits().keeps_calls) {
+        device_keep(word, id);
         return -1;
     }
     record(kind, id);
@@ -27,8 +29,8 @@ int gclose_seg(int id)
 
 int gdelete_seg(int id)
 {
-    if (gis_metafile()) {
-        gmeta_printf("SEG_DE %d\n", id);
+    if (device_traits().keeps_calls) {
+        device_keep("SEG_DE", id);
         return -1;
     }
     gobj_remove_segment(id);

@@ -12,9 +12,11 @@
 #include "tyr/base/res.h"
 #include "tyr/base/sys.h"
 #include "tyr/gks/colour_table.h"
+#include "tyr/gks/device.h"
 #include "tyr/gks/state.h"
 #include "tyr/start/convert.h"
-#include "tyr/x11/x11_events.h"
+
+using namespace tyr;
 
 namespace {
 
@@ -240,8 +242,8 @@ int GPH_get_shadow()
 void GPH_hold()
 {
     gupdate_ws();
-    if (state.device == kDeviceDisplay) {
-        gwait();
+    if (device_traits().holds) {
+        device_hold();
     }
 }
 

@@ -6,6 +6,9 @@
 #include <utility>
 
 #include "tyr/base/msg.h"
+#include "tyr/gks/device.h"
+
+using namespace tyr;
 
 namespace {
 
@@ -38,7 +41,7 @@ bool kernel_is_open(const char *routine)
 
 float width_on_device(float width)
 {
-    return gis_postscript() && width == 0.0F ? 1.0F : width;
+    return width == 0.0F ? device_traits().hairline : width;
 }
 
 void gerror(const char *routine, const char *format, ...)

@@ -99,6 +99,13 @@ void attributes_reset();
 /// Reports "GKS not opened" for the routine and returns false when no workstation is open.
 bool kernel_is_open(const char *routine);
 
-/// A stroke width as the attribute setters keep it: on PostScript 0 counts as 1, so that a
-/// hairline stays visible.
+/// A stroke width as the attribute setters keep it: 0 counts as the device's hairline.
 float width_on_device(float width);
+
+/// A point in device units: y down on screens, up on paper.
+struct DevicePoint {
+    float x, y;
+};
+DevicePoint device_point(const float world[2]);
+/// n points in device units, x, y; they stand until the next call.
+const float *device_points(int n, const float *world);

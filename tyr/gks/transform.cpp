@@ -1,9 +1,12 @@
 #include <cmath>
+#include <vector>
 
+#include "tyr/gks/attribute.h"
 #include "tyr/gks/clip.h"
-#include "tyr/gks/recorder.h"
+#include "tyr/gks/device.h"
 #include "tyr/gks/state.h"
-#include "tyr/paper/metafile.h"
+
+using namespace tyr;
 
 namespace {
 
@@ -66,11 +69,6 @@ void make_current(int n)
     update_scale();
 }
 
-void write_rect(const char *word, int number, const float rect[4])
-{
-    gmeta_printf("%s %d %f %f %f %f\n", word, number, rect[0], rect[2], rect[1], rect[3]);
-}
-
 void after_ws_change()
 {
     fit_to_device();
@@ -86,10 +84,7 @@ int gset_window(int n, const float rect[4])
         gerror("gset_window", "invalid transformation number: %d\n", n);
         return -1;
     }
-    if (gis_metafile()) {
-        write_rect("WIN", n, rect);
-    }
-    record(kObjWindow, n, 4, rect);
+    pass_on(kObjWindow, n, rect);
     TransformationState &t = kernel().tran;
     t.window[n] = TranRect::from(rect);
     if (n == t.current) {
@@ -105,10 +100,7 @@ int gset_viewport(int n, const float rect[4])
         gerror("gset_viewport", "invalid transformation number: %d\n", n);
         return -1;
     }
-    if (gis_metafile()) {
-        write_rect("VP", n, rect);
-    }
-    record(kObjViewport, n, 4, rect);
+    pass_on(kObjViewport, n, rect);
     TransformationState &t = kernel().tran;
     t.viewport[n] = TranRect::from(rect);
     if (n == t.current) {
@@ -128,10 +120,7 @@ int gsel_norm_tran(int n)
     if (n == kernel().tran.current) {
         return 0;
     }
-    if (gis_metafile()) {
-        gmeta_printf("TR %d\n", n);
-    }
-    record(kObjSelectTran, n);
+    pass_on(kObjSelectTran, n);
     make_current(n);
     clip_apply();
     return 0;
@@ -139,10 +128,7 @@ int gsel_norm_tran(int n)
 
 int gset_ws_window(int ws, const float rect[4])
 {
-    if (gis_metafile()) {
-        write_rect("WS_WIN", ws, rect);
-    }
-    record(kObjWsWindow, ws, 4, rect);
+    pass_on(kObjWsWindow, ws, rect);
     kernel().tran.ws_window = TranRect::from(rect);
     after_ws_change();
     return 0;
@@ -150,10 +136,7 @@ int gset_ws_window(int ws, const float rect[4])
 
 int gset_ws_viewport(int ws, const float rect[4])
 {
-    if (gis_metafile()) {
-        write_rect("WS_VP", ws, rect);
-    }
-    record(kObjWsViewport, ws, 4, rect);
+    pass_on(kObjWsViewport, ws, rect);
     kernel().tran.ws_viewport = TranRect::from(rect);
     after_ws_change();
     return 0;
@@ -253,6 +236,26 @@ float gwc_to_pc_y(float y)
 {
     const TransformationState &t = kernel().tran;
     return gndc_to_pc_y((y - t.cur_window.ymin) * t.sy + t.cur_viewport.ymin);
+}
+
+DevicePoint device_point(const float world[2])
+{
+    if (device_traits().is_screen) {
+        return {gwc_to_dc_x(world[0]), gwc_to_dc_y(world[1])};
+    }
+    return {gwc_to_pc_x(world[0]), gwc_to_pc_y(world[1])};
+}
+
+const float *device_points(int n, const float *world)
+{
+    static std::vector<float> points;
+    points.resize(2 * static_cast<std::size_t>(n));
+    for (std::size_t i = 0; i < points.size(); i += 2) {
+        const DevicePoint point = device_point(world + i);
+        points[i] = point.x;
+        points[i + 1] = point.y;
+    }
+    return points.data();
 }
 
 float gdc_to_wc_x(float x)

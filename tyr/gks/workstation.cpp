@@ -3,56 +3,15 @@
 
 #include "tyr/base/file.h"
 #include "tyr/base/str.h"
+#include "tyr/gks/device.h"
 #include "tyr/gks/recorder.h"
 #include "tyr/gks/state.h"
-#include "tyr/paper/hpgl.h"
-#include "tyr/paper/metafile.h"
-#include "tyr/paper/output.h"
-#include "tyr/paper/postscript.h"
-#include "tyr/x11/frames.h"
-#include "tyr/x11/x11_draw.h"
-#include "tyr/x11/x11_events.h"
-#include "tyr/x11/x11_window.h"
+
+using namespace tyr;
 
 namespace {
 
-constexpr int kWishClear = 1;
-
 FilePtr error_file; // of gopen_gks, when it isn't the standard error stream
-
-/// The device's own part of opening. A kind that isn't there can't be opened.
-int open_device(const std::vector<std::string> &words, int device)
-{
-    switch (device) {
-    case kDevicePostScript:
-        return gps_open_ws(words);
-    case kDeviceHpgl:
-        return ghp_open_ws(words);
-    case kDeviceMetafile:
-        return gmeta_open_ws(words);
-    case kDeviceExtern:
-        return gx_open_window(words);
-    case kDeviceDisplay:
-        return gx_open_display(words);
-    default:
-        gerror("gopen_ws", "device not available: %d\n", device);
-        return -1;
-    }
-}
-
-TranMode tran_mode(int device)
-{
-    switch (device) {
-    case kDevicePostScript:
-        return kTranPostScript;
-    case kDeviceHpgl:
-        return kTranHpgl;
-    case kDeviceMetafile:
-        return kTranMetafile;
-    default:
-        return kTranX11;
-    }
-}
 
 } // namespace
 
@@ -82,24 +41,16 @@ int gopen_ws(int, const char *params, int device)
     if (device == kDevicePostScript && print != nullptr && STR_casecmp(print, "hpgl") == 0) {
         device = kDeviceHpgl;
     }
-    if (open_device(words, device) != 0) {
+    if (device_open(words, device) != 0) {
         return -1;
     }
     WorkstationState &ws = kernel().ws;
     ws.open = true;
     gobj_init();
-    ginit_ws(tran_mode(device));
+    ginit_ws(device_traits().first_mode);
     gsetup_fonts();
     gcolor_background();
-    if (gis_extern_window() && ws.wish == kWishClear) {
-        gx_clear();
-    }
-    if (gis_x11()) {
-        gsync();
-        gobj_set_pump([] { gpump_events(); });
-        gpump_events();
-        gset_cursor_sync(kCursorBusy);
-    }
+    device_ready();
     return 0;
 }
 
@@ -112,20 +63,16 @@ int ginit_ws(int mode)
     const int font = kernel().text.font;
     attributes_reset();
     if (is_screen) {
-        ginit_frames();
+        device_forget_frames();
     }
     gset_tran_defaults(mode);
-    if (!is_screen || !gis_x11()) {
+    if (!is_screen || !device_traits().is_screen) {
         return 0;
     }
-    gx_init_gcs(mode == kTranX11);
-    if (mode == kTranX11 && gis_extern_window()) {
-        gset_rw_colors(0); // the colour map belongs to the other program
-    }
+    device_start(mode);
     if (mode == kTranX11Redraw && font != kernel().text.font) {
         gsetup_fonts(); // the strokes of the other font are still loaded
     }
-    gevents_reset(mode);
     return 0;
 }
 
@@ -135,32 +82,20 @@ int gclose_ws(int)
     if (!ws.open) {
         return -1;
     }
-    if (gis_x11()) {
-        gx_close();
-        gobj_set_pump(nullptr);
-    }
-    if (gis_display()) {
+    const int result = device_close();
+    if (device_traits().holds) {
         gobj_clear();
     }
     ws.width = 0;
     ws.height = 0;
     ws.open = false;
-    switch (ws.device) {
-    case kDevicePostScript:
-        return gps_close();
-    case kDeviceHpgl:
-        return ghp_close();
-    case kDeviceMetafile:
-        return gmeta_close();
-    default:
-        return 0;
-    }
+    return result;
 }
 
 int gclear_ws(int, int)
 {
-    if (gis_display() && ginq_open()) {
-        gx_clear();
+    if (device_traits().holds && ginq_open()) {
+        device_clear();
         gobj_clear();
     }
     return 0;
@@ -179,15 +114,6 @@ int gdeactivate_ws(int)
 int gmessage(int ws, const char *text)
 {
     gobj_new(kObjMessage, ws, static_cast<int>(std::strlen(text)) + 1, text);
-    switch (kernel().ws.device) {
-    case kDevicePostScript:
-        gps_printf("%%%%Message: %s\n", comment_text(text).c_str());
-        break;
-    case kDeviceMetafile:
-        gmeta_printf("ME %s\n", comment_text(text).c_str());
-        break;
-    default:
-        break;
-    }
+    device_message(text);
     return 0;
 }

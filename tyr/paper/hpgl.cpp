@@ -13,6 +13,8 @@
 #include "tyr/paper/paper.h"
 #include "tyr/paper/print_colour.h"
 
+using namespace tyr;
+
 namespace {
 
 constexpr double kUnitsPerInch = 1015.0;
@@ -230,6 +232,78 @@ void ghp_move_dc(float x, float y)
 void ghp_draw_dc(float x, float y)
 {
     state.out << "PD" << Fixed{x, 0} << "," << Fixed{y, 0} << ";";
+}
+
+void ghp_polyline(int n, const float *points)
+{
+    constexpr int kPointsPerLine = 10;
+    const LineState &line = kernel().line;
+    ghp_width(line.colour, line.width);
+    ghp_line_color(line.colour);
+    ghp_dash(line.type);
+    ghp_move_dc(points[0], points[1]);
+    for (std::ptrdiff_t i = 1; i < n; i++) {
+        ghp_draw_dc(points[2 * i], points[2 * i + 1]);
+        if ((i + 1) % kPointsPerLine == 0) {
+            state.out << "\n";
+        }
+    }
+    state.out << "\n";
+}
+
+void ghp_area(int n, const float *points)
+{
+    ghp_fill_color(kernel().fill.colour);
+    ghp_move_dc(points[0], points[1]);
+    state.out << "PM0;";
+    for (std::ptrdiff_t i = 1; i < n; i++) {
+        ghp_draw_dc(points[2 * i], points[2 * i + 1]);
+    }
+    state.out << "PM1;PM2;FP;\n";
+}
+
+void ghp_begin_markers()
+{
+    ghp_width(kernel().marker.colour, kernel().marker.width);
+    ghp_line_color(kernel().marker.colour);
+    ghp_dash(1);
+}
+
+void ghp_stroke(int n, const float *points)
+{
+    ghp_move_dc(points[0], points[1]);
+    for (std::ptrdiff_t i = 1; i < n; i++) {
+        ghp_draw_dc(points[2 * i], points[2 * i + 1]);
+    }
+    if (n == 1) {
+        ghp_draw_dc(points[0], points[1]);
+    }
+    state.out << "\n";
+}
+
+void ghp_begin_text()
+{
+    ghp_width(kernel().text.colour, kernel().text.width);
+    ghp_line_color(kernel().text.colour);
+    ghp_dash(1);
+}
+
+void ghp_glyph(std::span<const GlyphPoint> points)
+{
+    int run = 0;
+    for (const GlyphPoint &point : points) {
+        if (point.begins) {
+            ghp_move_dc(point.x, point.y);
+            run = 1;
+            continue;
+        }
+        ghp_draw_dc(point.x, point.y);
+        if (++run == kMaxRun) {
+            state.out << "\n"; // the pen is down where it is
+            run = 1;
+        }
+    }
+    state.out << (run > 1 ? "\n" : "");
 }
 
 void ghp_printf(const char *format, ...)

@@ -17,6 +17,7 @@ constexpr double kUnitsPerInch = 100.0;
 
 constexpr int kLongForm = 31;       // parameter length that says: the length follows
 constexpr int kMaxCgmPoints = 8191; // what the 15-bit length of one partition holds
+constexpr char kTextTarget[] = "tyr.meta";
 constexpr char kDescription[] = "TYRCGM-1.0";
 
 /// Element classes of the encoding.
@@ -143,6 +144,30 @@ void gmeta_points(const char *word, int n, const float *points, bool always)
     }
 }
 
+void gmeta_polyline(int n, const float *points)
+{
+    if (state.binary) {
+        gcgm_polyline(n, points);
+    } else {
+        gmeta_points("PL", n, points, false);
+    }
+}
+
+void gmeta_rect(const char *word, int number, const float rect[4])
+{
+    gmeta_printf("%s %d %f %f %f %f\n", word, number, rect[0], rect[2], rect[1], rect[3]);
+}
+
+bool gmeta_open_print()
+{
+    const char *target = std::getenv("METAOUT");
+    if (gmeta_open(target != nullptr ? target : kTextTarget) == nullptr) {
+        return false;
+    }
+    gmeta_header();
+    return true;
+}
+
 void gset_meta_binary(int on)
 {
     state.binary = on != 0;
@@ -212,7 +237,7 @@ int gmeta_open_ws(const std::vector<std::string> &words)
     ws.depth = kFileDepth;
     apply_geometry(geometry_text({}), {false, kUnitsPerInch, 0.0});
     const std::string target =
-        output_target(words, {"tyrmeta_out"}, state.binary ? "tyr.cgm" : "tyr.meta");
+        output_target(words, {"tyrmeta_out"}, state.binary ? "tyr.cgm" : kTextTarget);
     if (gmeta_open(target.c_str()) == nullptr) {
         report_unopened("unable to open metafile", target);
         return -1;

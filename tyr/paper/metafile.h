@@ -21,6 +21,14 @@ void gmeta_printf(const char *format, ...) __attribute__((format(printf, 1, 2)))
 /// record where none stands there yet.
 void gmeta_points(const char *word, int n, const float *points, bool always);
 
+/// A polyline in world coordinates, in the form that is set.
+void gmeta_polyline(int n, const float *points);
+/// A word, a number, and a rectangle given as x minimum, x maximum, y minimum, y maximum.
+void gmeta_rect(const char *word, int number, const float rect[4]);
+
+/// Opens for a redraw of a window's picture: `METAOUT` or "tyr.meta". False when that fails.
+bool gmeta_open_print();
+
 /// The binary form (1) or the text form (0).
 void gset_meta_binary(int on);
 int ginq_meta_binary();

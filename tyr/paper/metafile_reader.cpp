@@ -6,11 +6,15 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <variant>
 #include <vector>
 
 #include "tyr/base/file.h"
 #include "tyr/base/msg.h"
+#include "tyr/gks/attribute.h"
 #include "tyr/gks/gks.h"
+
+using namespace tyr;
 
 namespace {
 
@@ -79,6 +83,12 @@ class Cursor {
 
     bool point(float out[2]) { return number(out[0]) && comma() && number(out[1]); }
 
+    /// A rectangle by two corners, in the order that callers of the kernel use.
+    bool corners(float rect[4])
+    {
+        return number(rect[0]) && number(rect[2]) && number(rect[1]) && number(rect[3]);
+    }
+
     void skip_blank()
     {
         while (place_ < text_.size() && is_blank(text_[place_])) {
@@ -89,59 +99,6 @@ class Cursor {
   private:
     std::string_view text_;
     std::size_t place_ = 0;
-};
-
-struct IntSetter {
-    std::string_view word;
-    int (*set)(int value);
-};
-
-constexpr IntSetter kIntSetters[] = {
-    {"TR",      gsel_norm_tran      },
-    {"PL_CLR",  gset_line_colr_ind  },
-    {"PL_TYPE", gset_linetype       },
-    {"PM_CLR",  gset_marker_colr_ind},
-    {"PM_TYPE", gset_marker_type    },
-    {"FA_CLR",  gset_fill_colr_ind  },
-    {"FA_INT",  gset_fill_int_style },
-    {"FA_ST",   gset_fill_style_ind },
-    {"TE_CLR",  gset_text_colr_ind  },
-};
-
-struct RealSetter {
-    std::string_view word;
-    int (*set)(float value);
-};
-
-constexpr RealSetter kRealSetters[] = {
-    {"PL_LW",   gset_linewidth   },
-    {"PM_SIZE", gset_marker_size },
-    {"PM_WDTH", gset_marker_width},
-    {"TE_HGHT", gset_char_ht     },
-    {"TE_EXP",  gset_expan       },
-    {"TE_WDTH", gset_text_width  },
-    {"TE_SPC",  gset_text_spacing},
-    {"TE_CSPC", gset_char_space  },
-};
-
-struct PairSetter {
-    std::string_view word;
-    int (*set)(const int rec[2]);
-};
-
-constexpr PairSetter kPairSetters[] = {
-    {"TE_ALGN", gset_text_align},
-    {"TE_FNT",  gset_fontprec  },
-};
-
-struct RectSetter {
-    std::string_view word;
-    int (*set)(int n, const float rect[4]);
-};
-
-constexpr RectSetter kRectSetters[] = {
-    {"VP",  gset_viewport},
-    {"WIN", gset_window  },
 };
 
 struct Primitive {
@@ -158,52 +115,62 @@ constexpr Primitive kPrimitives[] = {
 /// What became of a word: played, damaged, or not of this kind.
 using Played = std::optional<bool>;
 
-template <class Table> auto find(const Table &table, std::string_view word)
-{
-    return std::find_if(std::begin(table), std::end(table),
-                        [&](const auto &row) { return row.word == word; });
-}
+/// Reads the value of an attribute in the form of its setter, and sets it. False when damaged.
+struct ReadAndSet {
+    Cursor &cursor;
 
-Played play_setter(std::string_view word, Cursor &cursor)
-{
-    if (const auto row = find(kIntSetters, word); row != std::end(kIntSetters)) {
+    bool operator()(SetInt set) const
+    {
         int value = 0;
-        return cursor.number(value) && (row->set(value), true);
+        return cursor.number(value) && (set(value), true);
     }
-    if (const auto row = find(kRealSetters, word); row != std::end(kRealSetters)) {
+    bool operator()(SetReal set) const
+    {
         float value = 0.0F;
-        return cursor.number(value) && (row->set(value), true);
+        return cursor.number(value) && (set(value), true);
     }
-    if (const auto row = find(kPairSetters, word); row != std::end(kPairSetters)) {
-        int rec[2];
-        return cursor.number(rec[0]) && cursor.number(rec[1]) && (row->set(rec), true);
+    bool operator()(SetIntPair set) const
+    {
+        int pair[2];
+        return cursor.number(pair[0]) && cursor.number(pair[1]) && (set(pair), true);
     }
-    if (word == "TE_UP") {
-        float up[2];
-        return cursor.point(up) && (gset_char_up(up), true);
+    bool operator()(SetVector set) const
+    {
+        float vector[2];
+        return cursor.point(vector) && (set(vector), true);
     }
-    return std::nullopt;
-}
+    bool operator()(SetRect set) const
+    {
+        int number = 0;
+        float rect[4];
+        return cursor.number(number) && cursor.corners(rect) && (set(number, rect), true);
+    }
+};
 
-Played play_rect(std::string_view word, Cursor &cursor)
+Played play_attribute(std::string_view word, Cursor &cursor)
 {
-    const auto row = find(kRectSetters, word);
-    if (row == std::end(kRectSetters)) {
+    const Attribute *attribute = attribute_of(word);
+    // the workstation's own rectangles are those of the device that plays
+    if (attribute == nullptr || attribute->kind == kObjWsWindow ||
+        attribute->kind == kObjWsViewport) {
         return std::nullopt;
     }
-    int n = 0;
-    float rect[4];
-    if (!cursor.number(n) || !cursor.number(rect[0]) || !cursor.number(rect[2]) ||
-        !cursor.number(rect[1]) || !cursor.number(rect[3])) {
-        return false;
+    return std::visit(ReadAndSet{cursor}, attribute->set);
+}
+
+Played play_region(std::string_view word, Cursor &cursor)
+{
+    if (word != "CLR_REG") {
+        return std::nullopt;
     }
-    row->set(n, rect);
-    return true;
+    float rect[4];
+    return cursor.corners(rect) && (gclear_region(rect), true);
 }
 
 Played play_primitive(std::string_view word, Cursor &cursor)
 {
-    const auto row = find(kPrimitives, word);
+    const auto *row = std::find_if(std::begin(kPrimitives), std::end(kPrimitives),
+                                   [&](const Primitive &p) { return p.word == word; });
     if (row == std::end(kPrimitives)) {
         return std::nullopt;
     }
@@ -259,7 +226,7 @@ Played play_text(std::string_view word, Cursor &cursor)
 bool play_record(Cursor &cursor)
 {
     const std::string_view word = cursor.word();
-    for (const auto play : {play_setter, play_rect, play_primitive, play_colour, play_text}) {
+    for (const auto play : {play_attribute, play_region, play_primitive, play_colour, play_text}) {
         if (const Played played = play(word, cursor)) {
             return *played;
         }

@@ -1,14 +1,17 @@
 #include "tyr/x11/x11_draw.h"
 
+#include <array>
 #include <cmath>
 #include <cstring>
 #include <span>
 #include <vector>
 
-#include "tyr/gks/gks.h"
+#include "tyr/gks/state.h"
 #include "tyr/x11/x11_colour.h"
 #include "tyr/x11/x11_primitives.h"
 #include "tyr/x11/x11_state.h"
+
+using namespace tyr;
 
 namespace {
 
@@ -29,7 +32,7 @@ struct State {
 
 State state;
 
-GC &gc_of(GxFamily family)
+GC &gc_of(Family family)
 {
     return x11().gc[static_cast<std::size_t>(family)];
 }
@@ -40,22 +43,22 @@ short pixel_of(float device)
         std::trunc(device + 0.5F)); // the transformations keep it within +-30000
 }
 
-XPoint point_of(const float *world)
+XPoint point_of(float x, float y)
 {
-    return {pixel_of(gwc_to_dc_x(world[0])), pixel_of(gwc_to_dc_y(world[1]))};
+    return {pixel_of(x), pixel_of(y)};
 }
 
 /// The points of a primitive in pixels; few of them take no allocation.
 class Pixels {
   public:
-    Pixels(int n, const float *world) : count_(n)
+    Pixels(int n, const float *points) : count_(n)
     {
         if (static_cast<std::size_t>(n) > kOnStack) {
             heap_.resize(static_cast<std::size_t>(n));
         }
         XPoint *point = data();
         for (std::ptrdiff_t i = 0; i < n; i++) {
-            point[i] = point_of(world + 2 * i);
+            point[i] = point_of(points[2 * i], points[2 * i + 1]);
         }
     }
     XPoint *data() { return heap_.empty() ? stack_.data() : heap_.data(); }
@@ -84,6 +87,20 @@ void draw_lines(GC gc, XPoint *points, int n)
     for (int first = 0; first < n - 1; first += most - 1) {
         XDrawLines(x.display, x.target, gc, points + first, std::min(most, n - first),
                    CoordModeOrigin);
+    }
+}
+
+/// A connected run of a marker or a character; one point is a dot.
+void draw_run(GC gc, XPoint *points, int n)
+{
+    const X11State &x = x11();
+    if (gc == nullptr) {
+        return;
+    }
+    if (n == 1) {
+        XDrawPoint(x.display, x.target, gc, points[0].x, points[0].y);
+    } else {
+        XDrawLines(x.display, x.target, gc, points, n, CoordModeOrigin);
     }
 }
 
@@ -121,6 +138,63 @@ void create(GC &gc)
     }
 }
 
+void set_colour(Family family, int index)
+{
+    const int pixel = ginq_pixel(index);
+    if (gc_of(family) != nullptr && pixel != kNoPixel) {
+        XSetForeground(x11().display, gc_of(family), static_cast<unsigned>(pixel));
+    }
+}
+
+void set_width(Family family, float width)
+{
+    if (gc_of(family) == nullptr) {
+        return;
+    }
+    XGCValues values{};
+    values.line_width = static_cast<int>(std::fmin(width, kWidestLine));
+    XChangeGC(x11().display, gc_of(family), GCLineWidth, &values);
+}
+
+void set_dash(int type)
+{
+    const GC gc = gc_of(Family::line);
+    if (gc == nullptr) {
+        return;
+    }
+    XGCValues values{};
+    values.line_style = type == 1 ? LineSolid : LineOnOffDash;
+    XChangeGC(x11().display, gc, GCLineStyle, &values);
+    const auto dash = [gc](std::span<const char> list) {
+        XSetDashes(x11().display, gc, 0, list.data(), static_cast<int>(list.size()));
+    };
+    switch (type) {
+    case 2:
+        return dash(kLong);
+    case 3:
+        return dash(kShort);
+    case 4:
+        return dash(kMixed);
+    case 5:
+        return dash(kDots);
+    default:
+        return;
+    }
+}
+
+void set_fill(int int_style, int style_index)
+{
+    const X11State &x = x11();
+    const GC gc = gc_of(Family::fill);
+    if (gc == nullptr) {
+        return;
+    }
+    if (gfill_pattern(style_index) != nullptr) {
+        XSetStipple(x.display, gc, x.stipples[static_cast<std::size_t>(style_index)]);
+    }
+    XSetFillStyle(x.display, gc, int_style == 2 ? FillStippled : FillSolid);
+}
+
 } // namespace
 
 void gx_init_gcs(bool fresh)
@@ -128,7 +202,7 @@ void gx_init_gcs(bool fresh)
     if (!x11_can_draw()) {
         return;
     }
-    for (const GxFamily family : {GxFamily::text, GxFamily::line, GxFamily::marker}) {
+    for (const Family family : {Family::text, Family::line, Family::marker}) {
         if (fresh) {
             create(gc_of(family));
         }
@@ -136,15 +210,13 @@ void gx_init_gcs(bool fresh)
     }
     gset_gc_function(GXcopy);
     gfill_init(fresh ? 0 : 1);
-    short rect[4];
-    gclip_rect(rect);
-    gx_clip(rect);
+    gx_clip();
     gsync();
 }
 
 void gfill_init(int mode)
 {
-    GC &gc = gc_of(GxFamily::fill);
+    GC &gc = gc_of(Family::fill);
     if (!x11_can_draw() || (mode != 0 && mode != 1)) {
         return;
     }
@@ -183,9 +255,11 @@ void gx_free_gcs()
     gfill_free();
 }
 
-void gx_clip(const short rect[4])
+void gx_clip()
 {
     const X11State &x = x11();
+    short rect[4];
+    gclip_rect(rect);
     XRectangle clip{rect[0], rect[1], static_cast<unsigned short>(rect[2]),
                     static_cast<unsigned short>(rect[3])};
     for (GC gc : x.gc) {
@@ -195,15 +269,35 @@ void gx_clip(const short rect[4])
     }
 }
 
-void gx_set_colour(GxFamily family, int index)
+void gx_attribute(ObjectKind kind)
 {
-    const int pixel = ginq_pixel(index);
-    if (gc_of(family) != nullptr && pixel != kNoPixel) {
-        XSetForeground(x11().display, gc_of(family), static_cast<unsigned>(pixel));
+    const KernelState &k = kernel();
+    switch (kind) {
+    case kObjLineColour:
+        return set_colour(Family::line, k.line.colour);
+    case kObjMarkerColour:
+        return set_colour(Family::marker, k.marker.colour);
+    case kObjTextColour:
+        return set_colour(Family::text, k.text.colour);
+    case kObjFillColour:
+        return set_colour(Family::fill, k.fill.colour);
+    case kObjLineWidth:
+        return set_width(Family::line, k.line.width);
+    case kObjMarkerWidth:
+        return set_width(Family::marker, k.marker.width);
+    case kObjTextWidth:
+        return set_width(Family::text, k.text.width);
+    case kObjLineType:
+        return set_dash(k.line.type);
+    case kObjFillInterior:
+    case kObjFillStyle:
+        return set_fill(k.fill.int_style, k.fill.style_index);
+    default: // what no context holds
+        return;
     }
 }
 
-void gx_set_black(GxFamily family)
+void gx_set_black(Family family)
 {
     const X11State &x = x11();
     if (gc_of(family) != nullptr) {
@@ -211,68 +305,20 @@ void gx_set_black(GxFamily family)
     }
 }
 
-void gx_set_width(GxFamily family, float width)
+void gx_polyline(int n, const float *points)
 {
-    if (gc_of(family) == nullptr) {
-        return;
-    }
-    XGCValues values{};
-    values.line_width = static_cast<int>(std::fmin(width, kWidestLine));
-    XChangeGC(x11().display, gc_of(family), GCLineWidth, &values);
-}
-
-void gx_set_dash(int type)
-{
-    const GC gc = gc_of(GxFamily::line);
-    if (gc == nullptr) {
-        return;
-    }
-    XGCValues values{};
-    values.line_style = type == 1 ? LineSolid : LineOnOffDash;
-    XChangeGC(x11().display, gc, GCLineStyle, &values);
-    const auto dash = [gc](std::span<const char> list) {
-        XSetDashes(x11().display, gc, 0, list.data(), static_cast<int>(list.size()));
-    };
-    switch (type) {
-    case 2:
-        return dash(kLong);
-    case 3:
-        return dash(kShort);
-    case 4:
-        return dash(kMixed);
-    case 5:
-        return dash(kDots);
-    default:
-        return;
-    }
-}
-
-void gx_set_fill(int int_style, int style_index)
-{
-    const X11State &x = x11();
-    const GC gc = gc_of(GxFamily::fill);
-    if (gc == nullptr) {
-        return;
-    }
-    if (gfill_pattern(style_index) != nullptr) {
-        XSetStipple(x.display, gc, x.stipples[static_cast<std::size_t>(style_index)]);
-    }
-    XSetFillStyle(x.display, gc, int_style == 2 ? FillStippled : FillSolid);
-}
-
-void gx_polyline(GxFamily family, int n, const float *points)
-{
-    if (!x11_can_draw() || gc_of(family) == nullptr) {
+    const GC gc = gc_of(Family::line);
+    if (!x11_can_draw() || gc == nullptr) {
         return;
     }
     Pixels pixels(n, points);
-    draw_lines(gc_of(family), pixels.data(), n);
+    draw_lines(gc, pixels.data(), n);
 }
 
 void gx_area(int n, const float *points)
 {
     const X11State &x = x11();
-    const GC gc = gc_of(GxFamily::fill);
+    const GC gc = gc_of(Family::fill);
     if (!x11_can_draw() || gc == nullptr) {
         return;
     }
@@ -283,28 +329,51 @@ void gx_area(int n, const float *points)
     draw_lines(gc, pixels.data(), n);
 }
 
-void gx_stroke(GxFamily family, int n, const float *points)
+void gx_stroke(int n, const float *points)
 {
-    const X11State &x = x11();
-    const GC gc = gc_of(family);
-    if (!x11_can_draw() || gc == nullptr || n < 1) {
+    if (!x11_can_draw() || n < 1) {
         return;
     }
-    std::vector<XPoint> pixels(static_cast<std::size_t>(n));
-    for (std::size_t i = 0; i < pixels.size(); i++) {
-        pixels[i] = {static_cast<short>(points[2 * i]), static_cast<short>(points[2 * i + 1])};
-    }
-    if (n == 1) {
-        XDrawPoint(x.display, x.target, gc, pixels[0].x, pixels[0].y);
-    } else {
-        XDrawLines(x.display, x.target, gc, pixels.data(), n, CoordModeOrigin);
-    }
+    Pixels pixels(n, points);
+    draw_run(gc_of(Family::marker), pixels.data(), n);
 }
 
-void gx_clear_region(int left, int top, int width, int height)
+void gx_glyph(std::span<const GlyphPoint> points)
 {
+    if (!x11_can_draw()) {
+        return;
+    }
+    const GC gc = gc_of(Family::text);
+    std::array<XPoint, kMaxRun> run;
+    int count = 0;
+    const auto send = [&] {
+        if (count > 1) {
+            draw_run(gc, run.data(), count);
+        }
+        count = 0;
+    };
+    for (const GlyphPoint &point : points) {
+        if (point.begins) {
+            send();
+        }
+        run[static_cast<std::size_t>(count++)] = point_of(point.x, point.y);
+        if (count == kMaxRun) {
+            const XPoint last = run.back();
+            send();
+            run[static_cast<std::size_t>(count++)] = last;
+        }
+    }
+    send();
+}
+
+void gx_clear_region(const float rect[4])
+{
+    const auto pixel = [](float device) { return static_cast<int>(std::floor(device + 0.5F)); };
+    const int left = pixel(rect[0]);
+    const int top = pixel(rect[3]);
     if (x11_can_draw()) {
-        gx_fill_background(x11().target, left, top, width, height);
+        gx_fill_background(x11().target, left, top, pixel(rect[1]) - left + 1,
+                           pixel(rect[2]) - top + 1);
     }
 }
 
@@ -333,16 +402,18 @@ bool gx_load_font(const char *name)
         XFreeFont(x.display, state.font);
     }
     state.font = font;
-    if (gc_of(GxFamily::text) != nullptr) {
-        XSetFont(x.display, gc_of(GxFamily::text), font->fid);
+    if (gc_of(Family::text) != nullptr) {
+        XSetFont(x.display, gc_of(Family::text), font->fid);
     }
     return true;
 }
 
-void gx_text(int left, int top, const char *text, int horizontal, int vertical)
+void gx_text(float x, float y, int aside, const char *text, int horizontal, int vertical)
 {
-    const X11State &x = x11();
-    const GC gc = gc_of(GxFamily::text);
+    int left = static_cast<int>(std::trunc(x + 0.5F)) + aside;
+    int top = static_cast<int>(std::trunc(y + 0.5F)) + aside;
+    const X11State &server = x11();
+    const GC gc = gc_of(Family::text);
     if (!x11_can_draw() || gc == nullptr || state.font == nullptr) {
         return;
     }
@@ -372,27 +443,27 @@ void gx_text(int left, int top, const char *text, int horizontal, int vertical)
     default:
         break;
     }
-    XDrawString(x.display, x.target, gc, left, top, text, length);
+    XDrawString(server.display, server.target, gc, left, top, text, length);
 }
 
 GC ginq_line_gc()
 {
-    return gc_of(GxFamily::line);
+    return gc_of(Family::line);
 }
 
 GC ginq_marker_gc()
 {
-    return gc_of(GxFamily::marker);
+    return gc_of(Family::marker);
 }
 
 GC ginq_fill_gc()
 {
-    return gc_of(GxFamily::fill);
+    return gc_of(Family::fill);
 }
 
 GC ginq_text_gc()
 {
-    return gc_of(GxFamily::text);
+    return gc_of(Family::text);
 }
 
 void gset_gc_function(int function)
