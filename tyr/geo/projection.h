@@ -1,12 +1,9 @@
 #pragma once
 
+#include "tyr/geo/earth.h"
+
 /// The one pair of routines between earth or data coordinates and plot coordinates. Both act on
 /// the current domain.
-
-inline constexpr double kEarthRadius = 63.7122;      ///< mean, in plot units of 100 km
-inline constexpr double kEquatorRadius = 63.78137;   ///< of the spheroid
-inline constexpr double kPolarRadius = 63.56752;     ///< of the spheroid
-inline constexpr double kSatelliteDistance = 421.61; ///< default, from the earth's centre
 
 /// Plot coordinates of a point of the earth, or of a pair of data.
 ///
@@ -29,3 +26,10 @@ float MAP_rotate_dir(float direction, float x, float y);
 /// Length factor of the map at a point: 1.866 / (1 + sin lat) on polar stereographic maps, `parm3`
 /// on Lambert maps (1.0 where it is Missing), else 1.0.
 float MAP_scale_factor(float lat, float lon);
+
+namespace tyr {
+
+/// Width of the world at a plot y, where its sides meet; 0 on a projection without sides.
+float projection_wrap_width(int code, float y);
+
+} // namespace tyr

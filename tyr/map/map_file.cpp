@@ -178,12 +178,12 @@ void add_point(int proj, float x, float y)
     if (run.size() >= 2) {
         const float old_x = run[run.size() - 2];
         const float old_y = run[run.size() - 1];
-        const float width = map_wrap_width(proj, y);
+        const float width = tyr::projection_wrap_width(proj, y);
         if (width != 0.0F && std::fabs(x - old_x) > kJump) {
             const float side = x < old_x ? 1.0F : -1.0F;
             run.insert(run.end(), {x + side * width, y});
             draw_run();
-            run.insert(run.end(), {old_x - side * map_wrap_width(proj, old_y), old_y});
+            run.insert(run.end(), {old_x - side * tyr::projection_wrap_width(proj, old_y), old_y});
         }
     }
     run.insert(run.end(), {x, y});

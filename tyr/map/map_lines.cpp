@@ -221,7 +221,7 @@ class LineDrawer {
     /// A step of a circle of latitude, which may leave the map at its side and come in again.
     void draw_step(Polyline &line, Point a, Point b, const Label &label) const
     {
-        const float width = proj_ == kProjMollweide ? 0.0F : map_wrap_width(proj_, a.y);
+        const float width = proj_ == kProjMollweide ? 0.0F : tyr::projection_wrap_width(proj_, a.y);
         const float d = b.x - a.x;
         if (width != 0.0F && std::fabs(d) > kJump) {
             const float side = d < 0.0F ? 1.0F : -1.0F;

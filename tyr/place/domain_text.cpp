@@ -412,7 +412,7 @@ void DOM_print(int mask, const DomainRec *domain)
         return;
     }
     const DomainRec &d = *domain;
-    const std::string head = std::string(projection_name(d.proj)) + (d.ellipsoid ? ":e" : "") +
+    const std::string head = std::string(tyr::projection_name(d.proj)) + (d.ellipsoid ? ":e" : "") +
                              part(d.plat) + part(d.plon) + part(d.parm1) + part(d.parm2) +
                              part(d.parm3);
     MSG_out(bits, "%s,%3.3f,%3.3f,%d,%d,%4.4f,%4.4f\n", head.c_str(), static_cast<double>(d.clat),

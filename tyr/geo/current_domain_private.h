@@ -1,16 +1,23 @@
 #pragma once
 
-#include "tyr/base/missing.h"
-#include "tyr/geo/domain.h"
+// The current domain with all that is worked out from it: domain.cpp fills it, projection.cpp reads
+// it, a projection's formulas get it as an argument.
 
-/// The current domain with all that is worked out from it. Shared by domain.cpp, which fills it,
-/// and projection.cpp, which reads it.
+#include "tyr/base/missing.h"
+#include "tyr/geo/domain_rec.h"
+#include "tyr/geo/earth.h"
+
+namespace tyr {
+
+struct ProjectionForm;
+
 struct CurrentDomain {
     DomainRec rec = {kProjNone, kMissing, kMissing,    kMissing,    kMissing,
                      kMissing,  kMissing, kMissing,    kMissing,    kMissing,
                      kMissing,  kMissing, kMissingInt, kMissingInt, 0};
-    double std1 = 30.0, std2 = 60.0; ///< standard latitudes
-    double distance = 421.64;        ///< of the satellite from the earth's centre, 100 km
+    const ProjectionForm *form = nullptr; ///< of rec.proj; null for a code that isn't one
+    double std1 = 30.0, std2 = 60.0;      ///< standard latitudes
+    double distance = kSatelliteDistance; ///< of the satellite from the earth's centre, 100 km
     float window[4] = {0.0F, 0.0F, 0.0F, 0.0F};
     float viewport[4] = {0.0F, 0.0F, 0.0F, 0.0F};
     double fx = 1.0, fy = 1.0; ///< window units for a unit of data
@@ -22,3 +29,5 @@ struct CurrentDomain {
 };
 
 CurrentDomain &current_domain();
+
+} // namespace tyr

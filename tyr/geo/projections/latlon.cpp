@@ -1,0 +1,38 @@
+#include "tyr/geo/projections/form_private.h"
+
+namespace tyr {
+
+namespace {
+
+MapPoint forward(const CurrentDomain &d, double lat, double lon)
+{
+    return {wrap_longitude(lon - d.rec.plon), lat};
+}
+
+MapPoint inverse(const CurrentDomain &d, double x, double y)
+{
+    return {y, wrap_longitude(d.rec.plon + x)};
+}
+
+float wrap_width(float)
+{
+    return static_cast<float>(kTurn);
+}
+
+} // namespace
+
+const ProjectionForm kLatLonForm = {
+    .code = kProjLatLon,
+    .name = "latlon",
+    .words = {"ll", "lat"},
+    .window = WindowForm::map,
+    .set_up = nullptr,
+    .forward = forward,
+    .inverse = inverse,
+    .rotate = nullptr,
+    .scale = nullptr,
+    .wrap_width = wrap_width,
+    .skew = nullptr,
+};
+
+} // namespace tyr

@@ -1,0 +1,123 @@
+// The plot spaces without thermodynamics.
+
+#include "tyr/geo/projections/form_private.h"
+
+namespace tyr {
+
+namespace {
+
+MapPoint same(const CurrentDomain &, double a, double b)
+{
+    return {a, b};
+}
+
+MapPoint linear_forward(const CurrentDomain &d, double a, double b)
+{
+    const float *w = d.window;
+    return {(a - w[0]) * d.fx + w[0], (b - w[2]) * d.fy + w[2]};
+}
+
+MapPoint linear_inverse(const CurrentDomain &d, double x, double y)
+{
+    const float *w = d.window;
+    return {(x - w[0]) / d.fx + w[0], (y - w[2]) / d.fy + w[2]};
+}
+
+MapPoint downward_forward(const CurrentDomain &d, double a, double b)
+{
+    const float *w = d.window;
+    return {(a - w[0]) * d.fx + w[0], (w[2] - b) * d.fy + w[2]};
+}
+
+MapPoint downward_inverse(const CurrentDomain &d, double x, double y)
+{
+    const float *w = d.window;
+    return {(x - w[0]) / d.fx + w[0], w[2] - (y - w[2]) / d.fy};
+}
+
+MapPoint polar_plot_forward(const CurrentDomain &, double angle, double radius)
+{
+    return {sind(angle) * radius, cosd(angle) * radius};
+}
+
+MapPoint polar_plot_inverse(const CurrentDomain &, double x, double y)
+{
+    const double a = x == 0.0 && y == 0.0 ? 0.0 : std::atan2(x, y) * kDegreesPerRadian;
+    return {a < 0.0 ? a + kTurn : a, std::hypot(x, y)};
+}
+
+MapPoint pixel_forward(const CurrentDomain &, double a, double b)
+{
+    return {a, -b};
+}
+
+} // namespace
+
+const ProjectionForm kNoneForm = {.code = kProjNone,
+                                  .name = "none",
+                                  .words = {"=miss"},
+                                  .window = WindowForm::projected,
+                                  .set_up = nullptr,
+                                  .forward = same,
+                                  .inverse = same,
+                                  .rotate = nullptr,
+                                  .scale = nullptr,
+                                  .wrap_width = nullptr,
+                                  .skew = nullptr};
+const ProjectionForm kXYForm = {.code = kProjXY,
+                                .name = "xy",
+                                .words = {"xy"},
+                                .window = WindowForm::linear,
+                                .set_up = nullptr,
+                                .forward = linear_forward,
+                                .inverse = linear_inverse,
+                                .rotate = nullptr,
+                                .scale = nullptr,
+                                .wrap_width = nullptr,
+                                .skew = nullptr};
+const ProjectionForm kTimeHeightForm = {.code = kProjTimeHeight,
+                                        .name = "cat",
+                                        .words = {"cat"},
+                                        .window = WindowForm::linear,
+                                        .set_up = nullptr,
+                                        .forward = linear_forward,
+                                        .inverse = linear_inverse,
+                                        .rotate = nullptr,
+                                        .scale = nullptr,
+                                        .wrap_width = nullptr,
+                                        .skew = nullptr};
+const ProjectionForm kXPForm = {.code = kProjXP,
+                                .name = "",
+                                .words = {"=xp"},
+                                .window = WindowForm::linear,
+                                .set_up = nullptr,
+                                .forward = downward_forward,
+                                .inverse = downward_inverse,
+                                .rotate = nullptr,
+                                .scale = nullptr,
+                                .wrap_width = nullptr,
+                                .skew = nullptr};
+const ProjectionForm kPolarPlotForm = {.code = kProjPolarPlot,
+                                       .name = "polar",
+                                       .words = {"hodo"},
+                                       .window = WindowForm::plain,
+                                       .set_up = nullptr,
+                                       .forward = polar_plot_forward,
+                                       .inverse = polar_plot_inverse,
+                                       .rotate = nullptr,
+                                       .scale = nullptr,
+                                       .wrap_width = nullptr,
+                                       .skew = nullptr};
+const ProjectionForm kPixelForm = {.code = kProjPixel,
+                                   .name = "pixel",
+                                   .words = {"pix"},
+                                   .window = WindowForm::projected,
+                                   .set_up = nullptr,
+                                   .forward = pixel_forward,
+                                   .inverse = pixel_forward,
+                                   .rotate = nullptr,
+                                   .scale = nullptr,
+                                   .wrap_width = nullptr,
+                                   .skew = nullptr};
+
+} // namespace tyr

@@ -1,0 +1,46 @@
+#include <algorithm>
+
+#include "tyr/geo/projections/form_private.h"
+
+namespace tyr {
+
+namespace {
+
+constexpr double kPolarCut = 89.9;   ///< latitude held
+constexpr float kWidth = 400.31555F; ///< of the world, plot units
+
+MapPoint forward(const CurrentDomain &d, double lat, double lon)
+{
+    const double x = wrap_longitude(lon - d.rec.plon) * kEarthRadius * kRadiansPerDegree;
+    const double held = std::clamp(lat, -kPolarCut, kPolarCut);
+    return {x, -kEarthRadius * std::log(tand(45.0 - held / 2.0))};
+}
+
+MapPoint inverse(const CurrentDomain &d, double x, double y)
+{
+    const double lat = 90.0 - std::atan(1.0 / std::exp(y / kEarthRadius)) * 2.0 * kDegreesPerRadian;
+    return {lat, wrap_longitude(d.rec.plon + x / (kEarthRadius * kRadiansPerDegree))};
+}
+
+float wrap_width(float)
+{
+    return kWidth;
+}
+
+} // namespace
+
+const ProjectionForm kMercatorForm = {
+    .code = kProjMercator,
+    .name = "merc",
+    .words = {"me"},
+    .window = WindowForm::map,
+    .set_up = nullptr,
+    .forward = forward,
+    .inverse = inverse,
+    .rotate = nullptr,
+    .scale = nullptr,
+    .wrap_width = wrap_width,
+    .skew = nullptr,
+};
+
+} // namespace tyr

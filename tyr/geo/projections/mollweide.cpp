@@ -1,0 +1,74 @@
+#include <algorithm>
+
+#include "tyr/geo/projections/form_private.h"
+
+namespace tyr {
+
+namespace {
+
+constexpr double kPi = 3.1415926535898;
+constexpr double kPolePoint = 89.99; ///< the pole has no width
+constexpr double kTiny = 1e-10;
+constexpr double kRounding = 1e-6;     ///< of a coordinate held as float
+constexpr float kSideRadius = 63.713F; ///< half the height of the world, plot units
+constexpr float kWidth = 254.852F;     ///< of the world at the equator
+
+MapPoint forward(const CurrentDomain &d, double lat, double lon)
+{
+    constexpr int kMostSteps = 15;
+    double t = lat * kRadiansPerDegree;
+    const double target = kPi * sind(lat);
+    for (int i = 0; i < kMostSteps && std::fabs(lat) <= kPolePoint; ++i) {
+        const double step = -(std::sin(t) + t - target) / (std::cos(t) + 1.0);
+        t += step;
+        if (std::fabs(step) < kTiny) {
+            break;
+        }
+    }
+    if (std::fabs(lat) > kPolePoint) {
+        return {0.0, std::copysign(kEarthRadius, lat)};
+    }
+    const double turn = wrap_longitude(lon - d.rec.plon);
+    return {turn * kEarthRadius / 90.0 * std::cos(t / 2.0), kEarthRadius * std::sin(t / 2.0)};
+}
+
+MapPoint inverse(const CurrentDomain &d, double x, double y)
+{
+    double v = y / kEarthRadius;
+    if (!(std::fabs(v) <= 1.0 + kRounding)) {
+        return kNowhere;
+    }
+    v = std::clamp(v, -1.0, 1.0);
+    const double u = std::asin(v);
+    const double w = (std::sin(2.0 * u) + 2.0 * u) / kPi;
+    if (!(w >= -1.0 && w <= 1.0)) {
+        return kNowhere;
+    }
+    const double width = std::cos(u) * kEarthRadius;
+    const double lon = width < kTiny ? 0.0 : x * 90.0 / width;
+    return {std::asin(w) * kDegreesPerRadian, d.rec.plon + lon};
+}
+
+float wrap_width(float y)
+{
+    const float part = y / kSideRadius;
+    return std::sqrt(std::fmax(1.0F - part * part, 0.0F)) * kWidth;
+}
+
+} // namespace
+
+const ProjectionForm kMollweideForm = {
+    .code = kProjMollweide,
+    .name = "moll",
+    .words = {"mo"},
+    .window = WindowForm::map,
+    .set_up = nullptr,
+    .forward = forward,
+    .inverse = inverse,
+    .rotate = nullptr,
+    .scale = nullptr,
+    .wrap_width = wrap_width,
+    .skew = nullptr,
+};
+
+} // namespace tyr

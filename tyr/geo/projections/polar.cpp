@@ -1,0 +1,65 @@
+#include "tyr/geo/projections/form_private.h"
+
+namespace tyr {
+
+namespace {
+
+constexpr double kFarLimit = 75.0; ///< latitude held in the far hemisphere
+
+void set_up(CurrentDomain &d)
+{
+    const bool is_south = d.rec.plat < 0.0F;
+    d.std1 = is_missing(d.rec.parm1) ? (is_south ? -60.0 : 60.0) : static_cast<double>(d.rec.parm1);
+    d.sign = is_south ? 1.0 : -1.0;
+    d.radius = kEarthRadius * (1.0 - d.sign * sind(d.std1));
+}
+
+MapPoint forward(const CurrentDomain &d, double lat, double lon)
+{
+    const double s = d.sign;
+    const double held = s * lat > kFarLimit ? kFarLimit : s * lat;
+    const double r = d.radius * tand((held + 90.0) / 2.0);
+    const double t = (lon - d.rec.plon) * kRadiansPerDegree;
+    return {r * std::sin(t), s * r * std::cos(t)};
+}
+
+MapPoint inverse(const CurrentDomain &d, double x, double y)
+{
+    const double s = d.sign;
+    const double r = std::hypot(x, y);
+    const double a = r == 0.0 ? 0.0 : std::atan2(x, s * y) * kDegreesPerRadian;
+    return {(2.0 * std::atan(r / d.radius) * kDegreesPerRadian - 90.0) * s, d.rec.plon + a};
+}
+
+float rotate(const CurrentDomain &d, float direction, float x, float y)
+{
+    const bool is_south = d.rec.plat < 0.0F;
+    if (x == 0.0F && y == 0.0F) {
+        return is_south ? direction + d.rec.plon : direction - d.rec.plon;
+    }
+    return static_cast<float>(is_south ? direction + std::atan2(x, y) * kDegreesPerRadian
+                                       : direction - std::atan2(x, -y) * kDegreesPerRadian);
+}
+
+float scale(const CurrentDomain &, float lat)
+{
+    return static_cast<float>(1.866 / (sind(lat) + 1.0));
+}
+
+} // namespace
+
+const ProjectionForm kPolarForm = {
+    .code = kProjPolar,
+    .name = "pstereo",
+    .words = {"polar", "ps"},
+    .window = WindowForm::map,
+    .set_up = set_up,
+    .forward = forward,
+    .inverse = inverse,
+    .rotate = rotate,
+    .scale = scale,
+    .wrap_width = nullptr,
+    .skew = nullptr,
+};
+
+} // namespace tyr
