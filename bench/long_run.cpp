@@ -28,6 +28,8 @@
 #include "tyr/start/options.h"
 #include "tyr/var/level.h"
 
+using namespace tyr;
+
 namespace {
 
 constexpr int kOptions[] = {57, 3, 73, 48, 41, 39, 94, 55, 63, 106, 112, 113, 0};

@@ -10,6 +10,8 @@
 #include "tyr/geo/projection.h"
 #include "tyr/place/domain_text.h"
 
+using namespace tyr;
+
 namespace {
 
 struct Place {

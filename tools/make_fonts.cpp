@@ -15,7 +15,9 @@
 #include <string>
 #include <vector>
 
-#include "tyr/gks/font.h"
+#include "tyr/gks/font_private.h"
+
+using namespace tyr;
 
 namespace {
 

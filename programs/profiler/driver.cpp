@@ -42,6 +42,8 @@
 #include "tyr/var/variable.h"
 #include "tyr/x11/frames.h"
 
+using namespace tyr;
+
 namespace {
 
 constexpr unsigned kWarn = 192;

@@ -17,8 +17,11 @@
 #include "tyr/names/sequence.h"
 #include "tyr/place/domain_text.h"
 #include "tyr/plot/area.h"
+#include "tyr/plot/grid_interval.h"
 #include "tyr/start/options.h"
 #include "tyr/var/level.h"
+
+using namespace tyr;
 
 namespace {
 

@@ -6,6 +6,8 @@
 #include "tyr/place/domain_text.h"
 #include "tyr/plot/view.h"
 
+using namespace tyr;
+
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size);
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)

@@ -2,9 +2,11 @@
 
 #include "fuzz/input.h"
 #include "tyr/geo/domain.h"
-#include "tyr/map/map_entry.h"
+#include "tyr/map/map_entry_private.h"
 #include "tyr/place/domain_text.h"
 #include "tyr/plot/view.h"
+
+using namespace tyr;
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size);
 

@@ -3,9 +3,11 @@
 #include "fuzz/input.h"
 #include "tyr/geo/domain.h"
 #include "tyr/geo/projection.h"
-#include "tyr/map/map_file.h"
+#include "tyr/map/map_file_private.h"
 #include "tyr/place/domain_text.h"
 #include "tyr/plot/view.h"
+
+using namespace tyr;
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size);
 

@@ -5,7 +5,9 @@
 #include "fuzz/input.h"
 #include "tyr/base/file.h"
 #include "tyr/names/name_conv.h"
-#include "tyr/names/name_template.h"
+#include "tyr/names/name_template_private.h"
+
+using namespace tyr;
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size);
 

@@ -1,7 +1,9 @@
 // Any bytes as a file of the system's own image format, read, and written again.
 
 #include "fuzz/input.h"
-#include "tyr/image/tyrimg.h"
+#include "tyr/image/tyrimg_private.h"
+
+using namespace tyr;
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size);
 

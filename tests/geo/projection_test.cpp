@@ -4,6 +4,8 @@
 #include "tyr/base/missing.h"
 #include "tyr/geo/projection.h"
 
+using namespace tyr;
+
 namespace {
 
 DomainRec domain_of(const ProjectionCase &c)

@@ -1,8 +1,10 @@
 #include "support/kernel_plot.h"
 #include "tyr/base/res.h"
-#include "tyr/gks/font.h"
+#include "tyr/gks/font_private.h"
 #include "tyr/gks/gks.h"
 #include "tyr/gks/session.h"
+
+using namespace tyr;
 
 namespace {
 

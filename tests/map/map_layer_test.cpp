@@ -13,13 +13,16 @@
 #include "tyr/gks/colour_table.h"
 #include "tyr/gks/gks.h"
 #include "tyr/gks/session.h"
-#include "tyr/map/map_entry.h"
-#include "tyr/map/map_file.h"
+#include "tyr/map/map_entry_private.h"
+#include "tyr/map/map_file_private.h"
 #include "tyr/map/map_grid.h"
 #include "tyr/map/map_layer.h"
 #include "tyr/place/domain_text.h"
 #include "tyr/plot/attributes.h"
+#include "tyr/plot/grid_interval.h"
 #include "tyr/plot/view.h"
+
+using namespace tyr;
 
 namespace {
 

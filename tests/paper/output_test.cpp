@@ -8,7 +8,9 @@
 #include "support/temp_dir.h"
 #include "tyr/base/res.h"
 #include "tyr/gks/gks.h"
-#include "tyr/paper/output.h"
+#include "tyr/paper/output_private.h"
+
+using namespace tyr;
 
 namespace {
 

@@ -9,6 +9,8 @@
 #include "tyr/place/domain_text.h"
 #include "tyr/place/region.h"
 
+using namespace tyr;
+
 namespace {
 
 constexpr float M = kMissing;

@@ -1,5 +1,7 @@
 #include "tyr/place/wmo_ids.h"
-#include "tyr/place/wmo_ranges.h"
+#include "tyr/place/wmo_ranges_private.h"
+
+using namespace tyr;
 
 TEST(WmoIds, NumbersBecomeCodedNames)
 {

@@ -2,6 +2,8 @@
 #include "tyr/geo/projection.h"
 #include "tyr/plot/interaction.h"
 
+using namespace tyr;
+
 namespace {
 
 std::vector<DomainRec> drawn;

@@ -8,6 +8,7 @@
 #include "tyr/base/res.h"
 #include "tyr/base/str.h"
 #include "tyr/start/convert.h"
+#include "tyr/start/options.h"
 #include "tyr/start/startup.h"
 
 namespace {

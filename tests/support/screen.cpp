@@ -11,8 +11,10 @@
 #include <unistd.h>
 
 #include "support/run.h"
-#include "tyr/image/palette.h"
+#include "tyr/image/palette_private.h"
 #include "tyr/x11/x11_image.h"
+
+using namespace tyr;
 
 namespace {
 

@@ -3,9 +3,11 @@
 #include "tyr/gks/gks.h"
 #include "tyr/gks/session.h"
 #include "tyr/x11/frames.h"
-#include "tyr/x11/loop.h"
-#include "tyr/x11/x11_state.h"
+#include "tyr/x11/loop_private.h"
+#include "tyr/x11/x11_state_private.h"
 #include "tyr/x11/zoom.h"
+
+using namespace tyr;
 
 namespace {
 

@@ -1,4 +1,6 @@
-#include "tyr/x11/window_id.h"
+#include "tyr/x11/window_id_private.h"
+
+using namespace tyr;
 
 TEST(WindowId, TextsAndFiles)
 {

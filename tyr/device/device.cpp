@@ -1,12 +1,12 @@
 // The one file that tells devices apart.
 
-#include "tyr/gks/device.h"
-
-#include "tyr/gks/state.h"
+#include "tyr/gks/device_private.h"
+#include "tyr/gks/recorder.h"
+#include "tyr/gks/state_private.h"
 #include "tyr/paper/grey.h"
 #include "tyr/paper/hpgl.h"
 #include "tyr/paper/metafile.h"
-#include "tyr/paper/output.h"
+#include "tyr/paper/output_private.h"
 #include "tyr/paper/postscript.h"
 #include "tyr/x11/frames.h"
 #include "tyr/x11/x11_colour.h"
@@ -14,6 +14,8 @@
 #include "tyr/x11/x11_draw.h"
 #include "tyr/x11/x11_events.h"
 #include "tyr/x11/x11_window.h"
+
+using namespace tyr;
 
 namespace tyr {
 

@@ -1,10 +1,12 @@
-#include "tyr/gks/attribute.h"
-
 #include <algorithm>
 #include <iterator>
 
-#include "tyr/gks/device.h"
-#include "tyr/gks/state.h"
+#include "tyr/gks/attribute_private.h"
+#include "tyr/gks/device_private.h"
+#include "tyr/gks/recorder_private.h"
+#include "tyr/gks/state_private.h"
+
+using namespace tyr;
 
 namespace tyr {
 

@@ -1,6 +1,6 @@
-#include "tyr/gks/device.h"
-#include "tyr/gks/recorder.h"
-#include "tyr/gks/state.h"
+#include "tyr/gks/device_private.h"
+#include "tyr/gks/recorder_private.h"
+#include "tyr/gks/state_private.h"
 
 using namespace tyr;
 

@@ -1,15 +1,14 @@
-#include "tyr/gks/clip.h"
-
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
 
-#include "tyr/gks/device.h"
-#include "tyr/gks/state.h"
+#include "tyr/gks/clip_private.h"
+#include "tyr/gks/device_private.h"
+#include "tyr/gks/state_private.h"
 
 using namespace tyr;
 
-void clip_apply()
+void tyr::clip_apply()
 {
     const TranRect &v = kernel().tran.cur_viewport;
     device_clip(gndc_to_pc_x(v.xmin), gndc_to_pc_y(v.ymin), gndc_to_pc_x(v.xmax),

@@ -1,14 +1,13 @@
-#include "tyr/gks/colour.h"
-
 #include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstdlib>
 
 #include "tyr/base/msg.h"
-#include "tyr/gks/device.h"
-#include "tyr/gks/recorder.h"
-#include "tyr/gks/state.h"
+#include "tyr/gks/colour_private.h"
+#include "tyr/gks/device_private.h"
+#include "tyr/gks/recorder_private.h"
+#include "tyr/gks/state_private.h"
 
 using namespace tyr;
 
@@ -92,7 +91,7 @@ int of_255(float fraction)
 
 } // namespace
 
-bool colour_usable(const char *routine, int *index)
+bool tyr::colour_usable(const char *routine, int *index)
 {
     if (!gcolor_valid(*index)) {
         gerror(routine, "invalid color index: %d\n", *index);
@@ -185,7 +184,7 @@ void ginq_color255(int index, int *red, int *green, int *blue)
     *blue = of_255(b);
 }
 
-void colour_set_background(float red, float green, float blue)
+void tyr::colour_set_background(float red, float green, float blue)
 {
     state.table[kBackgroundEntry] = {red, green, blue};
 }

@@ -1,5 +1,3 @@
-#include "tyr/gks/font.h"
-
 #include <algorithm>
 #include <cctype>
 #include <charconv>
@@ -12,10 +10,11 @@
 #include "tyr/base/msg.h"
 #include "tyr/base/res.h"
 #include "tyr/base/str.h"
-#include "tyr/gks/attribute.h"
-#include "tyr/gks/device.h"
+#include "tyr/gks/attribute_private.h"
+#include "tyr/gks/device_private.h"
+#include "tyr/gks/font_private.h"
 #include "tyr/gks/recorder.h"
-#include "tyr/gks/state.h"
+#include "tyr/gks/state_private.h"
 
 using namespace tyr;
 
@@ -216,7 +215,7 @@ void StrokeFont::clear()
     width.fill(0);
 }
 
-bool parse_font(std::string_view text, StrokeFont &font)
+bool tyr::parse_font(std::string_view text, StrokeFont &font)
 {
     font.clear();
     Words words(text);
@@ -228,12 +227,12 @@ bool parse_font(std::string_view text, StrokeFont &font)
     return true;
 }
 
-const StrokeFont &font_current()
+const StrokeFont &tyr::font_current()
 {
     return state.font;
 }
 
-bool font_is_of_server()
+bool tyr::font_is_of_server()
 {
     return state.is_of_server;
 }

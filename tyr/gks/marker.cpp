@@ -3,11 +3,11 @@
 #include <cstddef>
 #include <span>
 
-#include "tyr/gks/attribute.h"
-#include "tyr/gks/colour.h"
-#include "tyr/gks/device.h"
-#include "tyr/gks/recorder.h"
-#include "tyr/gks/state.h"
+#include "tyr/gks/attribute_private.h"
+#include "tyr/gks/colour_private.h"
+#include "tyr/gks/device_private.h"
+#include "tyr/gks/recorder_private.h"
+#include "tyr/gks/state_private.h"
 
 using namespace tyr;
 

@@ -8,7 +8,8 @@
 #include <string>
 
 #include "tyr/base/str.h"
-#include "tyr/gks/device.h"
+#include "tyr/gks/device_private.h"
+#include "tyr/gks/recorder_private.h"
 
 using namespace tyr;
 
@@ -120,7 +121,7 @@ int gobj_count()
     return static_cast<int>(state.objects.size());
 }
 
-const ObjectStart &gobj_start()
+const ObjectStart &tyr::gobj_start()
 {
     return state.start;
 }
@@ -155,17 +156,17 @@ void gobj_remove_segment(int id)
     relink();
 }
 
-void record(ObjectKind kind, int value)
+void tyr::record(ObjectKind kind, int value)
 {
     gobj_new(kind, value, 0, nullptr);
 }
 
-void record(ObjectKind kind, int value, int n, const float *numbers)
+void tyr::record(ObjectKind kind, int value, int n, const float *numbers)
 {
     gobj_new(kind, value, n * static_cast<int>(sizeof(float)), numbers);
 }
 
-void record(ObjectKind kind, const int pair[2])
+void tyr::record(ObjectKind kind, const int pair[2])
 {
     gobj_new(kind, 1, 2 * static_cast<int>(sizeof(int)), pair);
 }

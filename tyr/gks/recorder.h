@@ -3,46 +3,7 @@
 /// The redraw store: on a display each call of a primitive or of an attribute's setter is kept as
 /// an object, so that the picture can be drawn again, there or on paper.
 
-#include "tyr/gks/state.h"
-
-/// What an object calls when it is replayed.
-enum ObjectKind : int {
-    kObjMessage = 5,
-    kObjWsViewport = 10,
-    kObjWsWindow = 11,
-    kObjSelectTran = 15,
-    kObjViewport = 16,
-    kObjWindow = 17,
-    kObjColour = 20,
-    kObjClearRegion = 25,
-    kObjPolyline = 30,
-    kObjLineType = 33,
-    kObjLineWidth = 34,
-    kObjLineColour = 35,
-    kObjPolymarker = 40,
-    kObjMarkerType = 43,
-    kObjMarkerSize = 44,
-    kObjMarkerColour = 45,
-    kObjMarkerWidth = 46,
-    kObjText = 50,
-    kObjTextSpacing = 53,
-    kObjCharSpace = 54,
-    kObjExpansion = 55,
-    kObjTextColour = 56,
-    kObjCharHeight = 57,
-    kObjCharUp = 58,
-    kObjFont = 59,
-    kObjTextAlign = 60,
-    kObjTextWidth = 61,
-    kObjFillArea = 70,
-    kObjFillInterior = 73,
-    kObjFillStyle = 74,
-    kObjFillColour = 75,
-    kObjFillBlack = 76,
-    kObjSegmentBegin = 81,
-    kObjSegmentEnd = 82,
-    kObjFunction = 999,
-};
+#include "tyr/gks/object_kind.h"
 
 struct RedrawObject {
     int kind;
@@ -57,16 +18,6 @@ struct ObjectFunction {
     void *argument;
 };
 
-/// Attributes and transformations as they stood when the store was emptied: what a replay begins
-/// with.
-struct ObjectStart {
-    TransformationState tran;
-    LineState line;
-    MarkerState marker;
-    FillState fill;
-    TextState text;
-};
-
 /// Empties the store. The environment variable `tyrredraw`, or else the X11 default `redraw`, with
 /// the value "no" turns recording off.
 void gobj_init();
@@ -79,11 +30,10 @@ void gobj_add_function(void (*function)(void *), void *argument);
 /// Frees all objects.
 void gobj_clear();
 
-/// The first object; null in an empty store. How many there are.
+/// The first object; null in an empty store.
 RedrawObject *gobj_first();
+/// How many there are.
 int gobj_count();
-/// What a replay begins with.
-const ObjectStart &gobj_start();
 
 /// What handles waiting events; null for nothing. Set by the event loop.
 void gobj_set_pump(void (*pump)());
@@ -92,8 +42,3 @@ void gobj_pump();
 
 /// Takes a segment's objects out of the store, from its begin to its end marker.
 void gobj_remove_segment(int id);
-
-/// Short forms for the setters: one integer; n floats; two integers.
-void record(ObjectKind kind, int value);
-void record(ObjectKind kind, int value, int n, const float *numbers);
-void record(ObjectKind kind, const int pair[2]);

@@ -3,8 +3,9 @@
 #include <variant>
 
 #include "tyr/base/msg.h"
-#include "tyr/gks/attribute.h"
-#include "tyr/gks/device.h"
+#include "tyr/gks/attribute_private.h"
+#include "tyr/gks/device_private.h"
+#include "tyr/gks/recorder_private.h"
 
 using namespace tyr;
 

@@ -1,5 +1,5 @@
-#include "tyr/gks/device.h"
-#include "tyr/gks/recorder.h"
+#include "tyr/gks/device_private.h"
+#include "tyr/gks/recorder_private.h"
 
 using namespace tyr;
 

@@ -12,8 +12,8 @@
 #include "tyr/base/res.h"
 #include "tyr/base/sys.h"
 #include "tyr/gks/colour_table.h"
-#include "tyr/gks/device.h"
-#include "tyr/gks/state.h"
+#include "tyr/gks/device_private.h"
+#include "tyr/gks/state_private.h"
 #include "tyr/start/convert.h"
 
 using namespace tyr;

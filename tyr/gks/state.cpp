@@ -1,12 +1,11 @@
-#include "tyr/gks/state.h"
-
 #include <algorithm>
 #include <cstdarg>
 #include <cstdio>
 #include <utility>
 
 #include "tyr/base/msg.h"
-#include "tyr/gks/device.h"
+#include "tyr/gks/device_private.h"
+#include "tyr/gks/state_private.h"
 
 using namespace tyr;
 
@@ -16,13 +15,13 @@ constexpr int kReportRoom = 80;
 
 } // namespace
 
-KernelState &kernel()
+KernelState &tyr::kernel()
 {
     static KernelState state;
     return state;
 }
 
-void attributes_reset()
+void tyr::attributes_reset()
 {
     KernelState &k = kernel();
     k.text = TextState{};
@@ -31,7 +30,7 @@ void attributes_reset()
     k.fill = FillState{};
 }
 
-bool kernel_is_open(const char *routine)
+bool tyr::kernel_is_open(const char *routine)
 {
     if (!kernel().ws.open) {
         gerror(routine, "GKS not opened\n");
@@ -39,7 +38,7 @@ bool kernel_is_open(const char *routine)
     return kernel().ws.open;
 }
 
-float width_on_device(float width)
+float tyr::width_on_device(float width)
 {
     return width == 0.0F ? device_traits().hairline : width;
 }

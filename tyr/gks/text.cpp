@@ -1,14 +1,13 @@
-#include "tyr/gks/text.h"
-
 #include <array>
 #include <cmath>
 #include <cstring>
 #include <vector>
 
-#include "tyr/gks/attribute.h"
-#include "tyr/gks/colour.h"
-#include "tyr/gks/device.h"
+#include "tyr/gks/attribute_private.h"
+#include "tyr/gks/colour_private.h"
+#include "tyr/gks/device_private.h"
 #include "tyr/gks/recorder.h"
+#include "tyr/gks/text_private.h"
 
 using namespace tyr;
 
@@ -147,7 +146,7 @@ int set_positive(const char *routine, const char *what, ObjectKind kind, float &
 
 } // namespace
 
-float text_advance(const TextState &text, const StrokeFont &font, unsigned char c)
+float tyr::text_advance(const TextState &text, const StrokeFont &font, unsigned char c)
 {
     if (text.pitch > 0.0F) {
         return (100.0F * text.spacing + 100.0F) * text.pitch;
@@ -155,7 +154,7 @@ float text_advance(const TextState &text, const StrokeFont &font, unsigned char 
     return 100.0F * text.spacing + font.width[c];
 }
 
-float text_total(const TextState &text, const StrokeFont &font, std::string_view characters)
+float tyr::text_total(const TextState &text, const StrokeFont &font, std::string_view characters)
 {
     if (characters.empty()) {
         return 0.0F;

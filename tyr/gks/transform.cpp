@@ -1,10 +1,10 @@
 #include <cmath>
 #include <vector>
 
-#include "tyr/gks/attribute.h"
-#include "tyr/gks/clip.h"
-#include "tyr/gks/device.h"
-#include "tyr/gks/state.h"
+#include "tyr/gks/attribute_private.h"
+#include "tyr/gks/clip_private.h"
+#include "tyr/gks/device_private.h"
+#include "tyr/gks/state_private.h"
 
 using namespace tyr;
 
@@ -238,7 +238,7 @@ float gwc_to_pc_y(float y)
     return gndc_to_pc_y((y - t.cur_window.ymin) * t.sy + t.cur_viewport.ymin);
 }
 
-DevicePoint device_point(const float world[2])
+DevicePoint tyr::device_point(const float world[2])
 {
     if (device_traits().is_screen) {
         return {gwc_to_dc_x(world[0]), gwc_to_dc_y(world[1])};
@@ -246,7 +246,7 @@ DevicePoint device_point(const float world[2])
     return {gwc_to_pc_x(world[0]), gwc_to_pc_y(world[1])};
 }
 
-const float *device_points(int n, const float *world)
+const float *tyr::device_points(int n, const float *world)
 {
     static std::vector<float> points;
     points.resize(2 * static_cast<std::size_t>(n));

@@ -3,9 +3,9 @@
 
 #include "tyr/base/file.h"
 #include "tyr/base/str.h"
-#include "tyr/gks/device.h"
+#include "tyr/gks/device_private.h"
 #include "tyr/gks/recorder.h"
-#include "tyr/gks/state.h"
+#include "tyr/gks/state_private.h"
 
 using namespace tyr;
 

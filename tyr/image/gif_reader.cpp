@@ -7,7 +7,10 @@
 #include "tyr/base/msg.h"
 #include "tyr/base/str.h"
 #include "tyr/image/gif.h"
-#include "tyr/image/gif_format.h"
+#include "tyr/image/gif_format_private.h"
+#include "tyr/image/image_rec_private.h"
+
+using namespace tyr;
 
 namespace {
 

@@ -7,8 +7,10 @@
 
 #include "tyr/base/msg.h"
 #include "tyr/image/gif.h"
-#include "tyr/image/gif_format.h"
-#include "tyr/image/palette.h"
+#include "tyr/image/gif_format_private.h"
+#include "tyr/image/palette_private.h"
+
+using namespace tyr;
 
 namespace {
 

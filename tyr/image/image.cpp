@@ -6,9 +6,12 @@
 #include "tyr/base/msg.h"
 #include "tyr/gks/gks.h"
 #include "tyr/image/gif.h"
+#include "tyr/image/image_rec_private.h"
 #include "tyr/image/png.h"
 #include "tyr/image/tyrimg.h"
 #include "tyr/image/xwd.h"
+
+using namespace tyr;
 
 namespace {
 

@@ -7,7 +7,10 @@
 
 #include "tyr/base/msg.h"
 #include "tyr/base/str.h"
+#include "tyr/image/image_rec_private.h"
 #include "tyr/place/domain_text.h"
+
+using namespace tyr;
 
 namespace {
 
@@ -72,7 +75,7 @@ void IMG_print(unsigned mask, const ImageRec *image)
     DOM_print(static_cast<int>(mask), &image->domain);
 }
 
-bool image_fits(const char *routine, const ImageRec &image)
+bool tyr::image_fits(const char *routine, const ImageRec &image)
 {
     if (is_sound(image)) {
         return true;
@@ -82,14 +85,14 @@ bool image_fits(const char *routine, const ImageRec &image)
     return false;
 }
 
-bool image_allocate(ImageRec *image)
+bool tyr::image_allocate(ImageRec *image)
 {
     image->data = static_cast<unsigned char *>(std::calloc(
         static_cast<std::size_t>(image->height), static_cast<std::size_t>(image->bytes_per_line)));
     return image->data != nullptr;
 }
 
-bool image_allocate_colors(ImageRec *image, int count)
+bool tyr::image_allocate_colors(ImageRec *image, int count)
 {
     image->colors = static_cast<float(*)[3]>(
         std::calloc(static_cast<std::size_t>(count), sizeof *image->colors));
@@ -97,7 +100,7 @@ bool image_allocate_colors(ImageRec *image, int count)
     return image->colors != nullptr;
 }
 
-FilePtr image_open(const char *path)
+FilePtr tyr::image_open(const char *path)
 {
     FilePtr file(FILE_open(path, "rb"));
     if (!file) {
@@ -116,12 +119,12 @@ FilePtr image_open(const char *path)
     return file;
 }
 
-unsigned image_color_level(float part, unsigned full)
+unsigned tyr::image_color_level(float part, unsigned full)
 {
     return part > 0.0F ? static_cast<unsigned>(std::min(part, 1.0F) * static_cast<float>(full)) : 0;
 }
 
-bool image_close(const char *routine, const char *path, FilePtr file)
+bool tyr::image_close(const char *routine, const char *path, FilePtr file)
 {
     if (FILE_close(file.release()) == 0) {
         return true;

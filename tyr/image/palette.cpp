@@ -1,10 +1,11 @@
-#include "tyr/image/palette.h"
-
 #include <algorithm>
 #include <bit>
 #include <unordered_map>
 
 #include "tyr/base/msg.h"
+#include "tyr/image/palette_private.h"
+
+using namespace tyr;
 
 namespace {
 
@@ -96,7 +97,7 @@ class Colors {
 
 } // namespace
 
-std::uint32_t image_pixel(const ImageRec &image, int x, int y)
+std::uint32_t tyr::image_pixel(const ImageRec &image, int x, int y)
 {
     const unsigned char *row = row_of(image, y);
     const int bits = image.bits_per_pixel;
@@ -113,7 +114,7 @@ std::uint32_t image_pixel(const ImageRec &image, int x, int y)
     return value;
 }
 
-IndexedImage image_index(const ImageRec &image)
+IndexedImage tyr::image_index(const ImageRec &image)
 {
     IndexedImage result = {};
     result.places.reserve(static_cast<std::size_t>(image.width) *
@@ -142,7 +143,7 @@ IndexedImage image_index(const ImageRec &image)
     return result;
 }
 
-void image_store_places(const IndexedImage &indexed, ImageRec *image)
+void tyr::image_store_places(const IndexedImage &indexed, ImageRec *image)
 {
     const int bits = image->bits_per_pixel;
     const std::uint8_t *place = indexed.places.data();

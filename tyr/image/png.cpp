@@ -11,7 +11,9 @@
 #include "tyr/base/msg.h"
 #include "tyr/base/str.h"
 #include "tyr/gks/gks.h"
-#include "tyr/image/palette.h"
+#include "tyr/image/palette_private.h"
+
+using namespace tyr;
 
 // libpng leaves by longjmp: whatever calls it stands in a plain function that owns nothing and is
 // run by attempt().

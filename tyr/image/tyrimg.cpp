@@ -15,10 +15,13 @@
 #include "tyr/base/msg.h"
 #include "tyr/base/str.h"
 #include "tyr/base/sys.h"
-#include "tyr/image/palette.h"
-#include "tyr/paper/output.h"
+#include "tyr/image/palette_private.h"
+#include "tyr/image/tyrimg_private.h"
+#include "tyr/paper/output_private.h"
 #include "tyr/place/domain_text.h"
 #include "tyr/place/region.h"
+
+using namespace tyr;
 
 namespace {
 
@@ -450,7 +453,7 @@ int IMG_read_tyr(const char *path, ImageRec *image, int header_only)
     return tyr_read(path, image, header_only, kTries);
 }
 
-int tyr_read(const char *path, ImageRec *image, int header_only, int most_tries)
+int tyr::tyr_read(const char *path, ImageRec *image, int header_only, int most_tries)
 {
     FilePtr file = image_open(path);
     if (!file) {
@@ -484,7 +487,7 @@ int IMG_write_tyr(const char *path, ImageRec *image, int compress)
     return image_close("IMG_write_tyr", path, std::move(file)) && is_out ? 1 : 0;
 }
 
-void image_fit_domain(DomainRec *domain, int width, int height)
+void tyr::image_fit_domain(DomainRec *domain, int width, int height)
 {
     if (domain->nx == width && domain->ny == height) {
         return;

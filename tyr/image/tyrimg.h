@@ -11,13 +11,8 @@
 /// command is run and no stream opened.
 /// @return 1; -1 on failure, 0 for no memory, told by a message, with nothing to free
 int IMG_read_tyr(const char *path, ImageRec *image, int header_only);
-/// The same for a file that is looked at so many times.
-int tyr_read(const char *path, ImageRec *image, int header_only, int most_tries);
 
 /// Writes a picture, reduced to one byte a pixel: the mean of a 32-bit pixel's colours, else the
 /// low byte. Its domain is written where the format has a word for it, with spacing and size fitted
 /// to the picture's (image_fit_domain). @return 1 or 0
 int IMG_write_tyr(const char *path, ImageRec *image, int compress);
-
-/// Spreads a domain over a picture of that size: nx, ny become the size, dx, dy shrink with it.
-void image_fit_domain(DomainRec *domain, int width, int height);

@@ -9,6 +9,9 @@
 
 #include "tyr/base/msg.h"
 #include "tyr/base/str.h"
+#include "tyr/image/image_rec_private.h"
+
+using namespace tyr;
 
 namespace {
 

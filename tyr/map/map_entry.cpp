@@ -14,7 +14,8 @@
 #include "tyr/base/res.h"
 #include "tyr/gks/gks.h"
 #include "tyr/gks/session.h"
-#include "tyr/map/map_file.h"
+#include "tyr/map/map_entry_private.h"
+#include "tyr/map/map_file_private.h"
 #include "tyr/map/map_grid.h"
 #include "tyr/paper/metafile_reader.h"
 #include "tyr/plot/area.h"
@@ -22,6 +23,8 @@
 #include "tyr/plot/value_file.h"
 #include "tyr/plot/view.h"
 #include "tyr/x11/draw_image.h"
+
+using namespace tyr;
 
 namespace {
 
@@ -292,7 +295,7 @@ int MAP_process(const char *entry)
     return process_map(entry);
 }
 
-void start_map_entries(int mode)
+void tyr::start_map_entries(int mode)
 {
     state.mode = mode;
     state.block = Block::kNone;

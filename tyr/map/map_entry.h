@@ -19,8 +19,5 @@ enum MapMark {
 /// Draws an entry. @return 0 if it was drawn, else -1
 int MAP_process(const char *entry);
 
-/// Begins a list of entries: the sum of marks that are drawn, no open block.
-void start_map_entries(int mode);
-
 /// 1: map outlines are drawn in `color_cmap`, over a colour fill.
 void DOM_set_map_mode(int mode);

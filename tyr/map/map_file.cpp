@@ -12,7 +12,10 @@
 #include "tyr/geo/domain.h"
 #include "tyr/geo/projection.h"
 #include "tyr/gks/gks.h"
-#include "tyr/map/map_sides.h"
+#include "tyr/map/map_file_private.h"
+#include "tyr/map/map_sides_private.h"
+
+using namespace tyr;
 
 namespace {
 
@@ -218,7 +221,7 @@ bool draw_segment(BlockReader &reader, bool is_text, long count, int proj)
 
 } // namespace
 
-MapFileEnd draw_map_file(FILE *stream)
+MapFileEnd tyr::draw_map_file(FILE *stream)
 {
     const int proj = DOM_get_proj();
     if (!is_map_projection(proj)) {
@@ -258,7 +261,7 @@ int MAP_read_file(FILE *stream)
     return -1;
 }
 
-void set_map_fill(bool is_filled)
+void tyr::set_map_fill(bool is_filled)
 {
     state.is_filled = is_filled;
 }

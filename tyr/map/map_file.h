@@ -16,14 +16,6 @@ enum class MapFileEnd {
     kNoMap    ///< nothing read: the current domain is no map projection
 };
 
-/// Draws the segments of a map file in transformation 2 by the current line or fill attributes,
-/// cut where they can't be shown or leave a cylindrical map at its side. What stands ahead of a
-/// damage is drawn.
-MapFileEnd draw_map_file(FILE *stream);
-
 /// Draws a map file. @return 0; -1 where the end came without a count of 0; 1 where the current
 /// domain isn't a map projection
 int MAP_read_file(FILE *stream);
-
-/// Whether segments are filled as areas rather than drawn as lines.
-void set_map_fill(bool is_filled);

@@ -10,9 +10,12 @@
 #include "tyr/geo/projection.h"
 #include "tyr/gks/gks.h"
 #include "tyr/gks/session.h"
-#include "tyr/map/map_lines.h"
+#include "tyr/map/map_lines_private.h"
 #include "tyr/plot/area.h"
 #include "tyr/plot/attributes.h"
+#include "tyr/plot/grid_interval.h"
+
+using namespace tyr;
 
 namespace {
 
@@ -21,11 +24,8 @@ constexpr float kLabelGap = 0.01F;    ///< between viewport and labels
 constexpr float kOnEdge = 1e-4F;      ///< of an interval: rounding of the last line
 
 struct State {
-    int crosses = 0;
-    int repeat = 0;
-    float dlat = 0.0F;
-    float dlon = 0.0F;
     float refused_lat = kMissing, refused_lon = kMissing; ///< intervals last told of
+    int refused_count = 0;                                ///< DOM_count_offsets at that time
 };
 
 State state;
@@ -111,11 +111,13 @@ void label_y(const Span &xs, const Span &ys, const std::array<float, 4> &viewpor
 /// Once for the layers under and over the data.
 void report_intervals(float dlat, float dlon)
 {
-    if (dlat == state.refused_lat && dlon == state.refused_lon) {
+    if (dlat == state.refused_lat && dlon == state.refused_lon &&
+        state.refused_count == DOM_count_offsets()) {
         return;
     }
     state.refused_lat = dlat;
     state.refused_lon = dlon;
+    state.refused_count = DOM_count_offsets();
     MSG_out(192, "MAP_draw_lalo: no lines at intervals %g, %g\n", static_cast<double>(dlat),
             static_cast<double>(dlon));
 }
@@ -129,7 +131,8 @@ void end_lines()
 int draw_map(float dlat, float dlon)
 {
     PLT_message("Map-lalo: %.1f,%.1f", static_cast<double>(dlat), static_cast<double>(dlon));
-    if (!draw_map_lines({dlat, dlon, state.crosses, state.repeat})) {
+    const GridInterval asked = DOM_get_grid_interval();
+    if (!draw_map_lines({dlat, dlon, asked.crosses, asked.repeat})) {
         report_intervals(dlat, dlon);
     }
     end_lines();
@@ -164,17 +167,6 @@ int draw_plot_space(const DomainRec &d, float dlat, float dlon)
 }
 
 } // namespace
-
-void DOM_set_offset(int crosses, int repeat, float dlat, float dlon)
-{
-    state = {crosses, repeat, dlat, dlon, kMissing, kMissing};
-}
-
-void DOM_get_offset(float *dlat, float *dlon)
-{
-    *dlat = state.dlat;
-    *dlon = state.dlon;
-}
 
 int MAP_draw_lalo(float dlat, float dlon)
 {

@@ -15,13 +15,16 @@
 #include "tyr/geo/domain.h"
 #include "tyr/gks/gks.h"
 #include "tyr/gks/session.h"
-#include "tyr/map/map_entry.h"
+#include "tyr/map/map_entry_private.h"
 #include "tyr/map/map_grid.h"
 #include "tyr/plot/attributes.h"
 #include "tyr/plot/colour_bar.h"
+#include "tyr/plot/grid_interval.h"
 #include "tyr/plot/labels.h"
 #include "tyr/plot/view.h"
 #include "tyr/var/variable.h"
+
+using namespace tyr;
 
 namespace {
 

@@ -1,5 +1,3 @@
-#include "tyr/map/map_lines.h"
-
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -11,7 +9,10 @@
 #include "tyr/geo/projection.h"
 #include "tyr/gks/gks.h"
 #include "tyr/gks/session.h"
-#include "tyr/map/map_sides.h"
+#include "tyr/map/map_lines_private.h"
+#include "tyr/map/map_sides_private.h"
+
+using namespace tyr;
 
 namespace {
 
@@ -307,7 +308,7 @@ bool is_drawable(const MapLines &lines)
 
 } // namespace
 
-bool draw_map_lines(const MapLines &lines)
+bool tyr::draw_map_lines(const MapLines &lines)
 {
     if (!is_drawable(lines)) {
         return false;

@@ -1,8 +1,9 @@
-#include "tyr/map/map_sides.h"
-
 #include <cmath>
 
 #include "tyr/geo/domain.h"
+#include "tyr/map/map_sides_private.h"
+
+using namespace tyr;
 
 namespace {
 
@@ -10,7 +11,7 @@ constexpr float kHalfTurn = 180.0F;
 
 } // namespace
 
-bool crosses_cone_cut(float from_lon, float to_lon)
+bool tyr::crosses_cone_cut(float from_lon, float to_lon)
 {
     const DomainRec &domain = *DOM_get(nullptr);
     if (domain.proj != kProjLambert) {

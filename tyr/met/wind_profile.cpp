@@ -7,8 +7,8 @@
 
 #include "tyr/base/missing.h"
 #include "tyr/base/msg.h"
+#include "tyr/met/level_kind.h"
 #include "tyr/met/wind.h"
-#include "tyr/var/level.h"
 
 namespace {
 

@@ -9,8 +9,10 @@
 #include "tyr/base/res.h"
 #include "tyr/base/str.h"
 #include "tyr/names/date_label.h"
-#include "tyr/names/name_take.h"
-#include "tyr/names/name_template.h"
+#include "tyr/names/name_take_private.h"
+#include "tyr/names/name_template_private.h"
+
+using namespace tyr;
 
 namespace {
 

@@ -1,9 +1,10 @@
-#include "tyr/names/name_take.h"
-
 #include <algorithm>
 #include <cctype>
 
 #include "tyr/base/str.h"
+#include "tyr/names/name_take_private.h"
+
+using namespace tyr;
 
 namespace {
 
@@ -281,8 +282,8 @@ TakenName Taker::run()
 
 } // namespace
 
-TakenName take_name(std::string_view text, std::string_view input, const TemplateValues &values,
-                    const DateRec &date)
+TakenName tyr::take_name(std::string_view text, std::string_view input,
+                         const TemplateValues &values, const DateRec &date)
 {
     return Taker(text, input, values, date).run();
 }

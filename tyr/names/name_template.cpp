@@ -1,11 +1,12 @@
-#include "tyr/names/name_template.h"
-
 #include <algorithm>
 #include <cctype>
 
 #include "tyr/base/file.h"
 #include "tyr/base/res.h"
 #include "tyr/base/str.h"
+#include "tyr/names/name_template_private.h"
+
+using namespace tyr;
 
 namespace {
 
@@ -395,7 +396,7 @@ void add_to_mask(ShellMask &mask, const TemplateElement &element, const Template
 
 } // namespace
 
-std::vector<TemplateElement> template_elements(std::string_view text)
+std::vector<TemplateElement> tyr::template_elements(std::string_view text)
 {
     std::vector<TemplateElement> elements;
     for (size_t at = 0; at < text.size();) {
@@ -416,25 +417,25 @@ std::vector<TemplateElement> template_elements(std::string_view text)
     return elements;
 }
 
-int finer_step(int so_far, int step)
+int tyr::finer_step(int so_far, int step)
 {
     return so_far < 1 ? step : std::min(so_far, step);
 }
 
-int date_element_unit(char letter)
+int tyr::date_element_unit(char letter)
 {
     const DateLetter *date = find_date(letter);
     return date ? date->unit : 0;
 }
 
-std::string template_path(const TemplateElement &element)
+std::string tyr::template_path(const TemplateElement &element)
 {
     const char *value = RES_get(element.name.c_str());
     return value ? value : element.kind == TemplateKind::path ? "." : "";
 }
 
-std::string compose_name(std::string_view text, const TemplateValues &values, const DateRec &date,
-                         DateRec &file_date, int &step)
+std::string tyr::compose_name(std::string_view text, const TemplateValues &values,
+                              const DateRec &date, DateRec &file_date, int &step)
 {
     Composer composer(values, date, file_date, step);
     std::string name;
@@ -444,7 +445,7 @@ std::string compose_name(std::string_view text, const TemplateValues &values, co
     return name;
 }
 
-std::string shell_mask(std::string_view text, const TemplateValues &values)
+std::string tyr::shell_mask(std::string_view text, const TemplateValues &values)
 {
     ShellMask mask;
     for (const TemplateElement &element : template_elements(text)) {

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "tyr/gks/device.h"
+#include "tyr/gks/device_private.h"
 
 /// The HPGL/2 device, by default within the PCL commands that switch a printer to it. Unit: the
 /// plotter unit, taken as 1015 to the inch. One pen; fills by shading.

@@ -5,9 +5,11 @@
 #include <cstdlib>
 
 #include "tyr/base/msg.h"
-#include "tyr/gks/state.h"
-#include "tyr/paper/output.h"
-#include "tyr/paper/paper.h"
+#include "tyr/gks/state_private.h"
+#include "tyr/paper/output_private.h"
+#include "tyr/paper/paper_private.h"
+
+using namespace tyr;
 
 namespace {
 

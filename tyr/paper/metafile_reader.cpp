@@ -11,7 +11,7 @@
 
 #include "tyr/base/file.h"
 #include "tyr/base/msg.h"
-#include "tyr/gks/attribute.h"
+#include "tyr/gks/attribute_private.h"
 #include "tyr/gks/gks.h"
 
 using namespace tyr;

@@ -1,5 +1,3 @@
-#include "tyr/paper/output.h"
-
 #include <algorithm>
 #include <array>
 #include <cerrno>
@@ -15,6 +13,9 @@
 #include "tyr/base/file.h"
 #include "tyr/base/msg.h"
 #include "tyr/gks/gks.h"
+#include "tyr/paper/output_private.h"
+
+using namespace tyr;
 
 namespace {
 
@@ -162,7 +163,7 @@ bool Output::close(const char *routine)
     return closed;
 }
 
-void tell_target(const Output &output)
+void tyr::tell_target(const Output &output)
 {
     switch (output.kind()) {
     case Output::Kind::pipe:
@@ -177,14 +178,14 @@ void tell_target(const Output &output)
     }
 }
 
-void report_unopened(const char *what, const std::string &target)
+void tyr::report_unopened(const char *what, const std::string &target)
 {
     const int why = errno;
     gerror("gopen_ws", "%s\n", what);
     MSG_out(kMsgWarn, "gopen_ws: %s: %s\n", target.c_str(), std::strerror(why));
 }
 
-std::string creation_date()
+std::string tyr::creation_date()
 {
     DateRec now;
     TIME_header_now(&now);
@@ -194,7 +195,7 @@ std::string creation_date()
     return text;
 }
 
-std::string comment_text(std::string_view text)
+std::string tyr::comment_text(std::string_view text)
 {
     std::string line(text);
     std::replace_if(

@@ -1,5 +1,3 @@
-#include "tyr/paper/paper.h"
-
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
@@ -7,7 +5,10 @@
 
 #include "tyr/base/res.h"
 #include "tyr/base/str.h"
-#include "tyr/gks/state.h"
+#include "tyr/gks/state_private.h"
+#include "tyr/paper/paper_private.h"
+
+using namespace tyr;
 
 namespace {
 
@@ -123,13 +124,13 @@ std::optional<Surface> measured(const char *text, const GeometryForm &form)
 
 } // namespace
 
-bool is_paper(const Paper &paper)
+bool tyr::is_paper(const Paper &paper)
 {
     return paper.width >= kMinPaper && paper.width <= kMaxPaper && paper.height >= kMinPaper &&
            paper.height <= kMaxPaper;
 }
 
-std::optional<Paper> paper_from_word(const std::string &word)
+std::optional<Paper> tyr::paper_from_word(const std::string &word)
 {
     if (STR_has_prefix(word, "sz=")) {
         Paper paper{0.0F, 0.0F};
@@ -144,7 +145,7 @@ std::optional<Paper> paper_from_word(const std::string &word)
     return std::nullopt;
 }
 
-void apply_geometry(const std::string &geometry, const GeometryForm &form)
+void tyr::apply_geometry(const std::string &geometry, const GeometryForm &form)
 {
     if (geometry.empty()) {
         return;
@@ -166,7 +167,7 @@ void apply_geometry(const std::string &geometry, const GeometryForm &form)
     ws.y_offset = static_cast<int>(surface->y);
 }
 
-std::string geometry_text(const std::vector<const char *> &variables)
+std::string tyr::geometry_text(const std::vector<const char *> &variables)
 {
     if (const char *text = RES_get("geometry"); text != nullptr && text[0] != '\0') {
         return text;
@@ -179,25 +180,25 @@ std::string geometry_text(const std::vector<const char *> &variables)
     return {};
 }
 
-std::vector<std::string> environment_words(const char *variable)
+std::vector<std::string> tyr::environment_words(const char *variable)
 {
     const char *text = std::getenv(variable);
     return STR_fields(text != nullptr ? text : "", ',');
 }
 
-bool is_word(const std::string &word, const char *other)
+bool tyr::is_word(const std::string &word, const char *other)
 {
     return STR_casecmp(word.c_str(), other) == 0;
 }
 
-float word_number(const std::string &word, std::size_t place)
+float tyr::word_number(const std::string &word, std::size_t place)
 {
     const float value = place < word.size() ? std::strtof(word.c_str() + place, nullptr) : 0.0F;
     return std::isfinite(value) ? value : 0.0F;
 }
 
-std::string output_target(const std::vector<std::string> &words,
-                          const std::vector<const char *> &variables, const char *fallback)
+std::string tyr::output_target(const std::vector<std::string> &words,
+                               const std::vector<const char *> &variables, const char *fallback)
 {
     if (!words.empty() && !words[0].empty()) {
         return words[0];

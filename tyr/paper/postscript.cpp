@@ -8,11 +8,11 @@
 
 #include "tyr/base/msg.h"
 #include "tyr/base/str.h"
-#include "tyr/gks/state.h"
+#include "tyr/gks/state_private.h"
 #include "tyr/paper/grey.h"
-#include "tyr/paper/output.h"
-#include "tyr/paper/paper.h"
-#include "tyr/paper/print_colour.h"
+#include "tyr/paper/output_private.h"
+#include "tyr/paper/paper_private.h"
+#include "tyr/paper/print_colour_private.h"
 
 using namespace tyr;
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "tyr/gks/device.h"
+#include "tyr/gks/device_private.h"
 
 /// The PostScript device. Unit: the point, 72 to the inch.
 

@@ -18,6 +18,8 @@
 #include "tyr/geo/projection.h"
 #include "tyr/place/table.h"
 
+using namespace tyr;
+
 namespace {
 
 constexpr const char *kDefaultFile = "sao.cty";

@@ -3,6 +3,7 @@
 #include "tyr/base/missing.h"
 #include "tyr/geo/domain.h"
 #include "tyr/place/city_match.h"
+#include "tyr/place/city_rec.h"
 #include "tyr/place/wmo_ids.h"
 
 /// The city database: stations with place, elevation and priority, in a text file (by default
@@ -13,22 +14,6 @@
 /// name up to 20 characters ("_" for a blank), state and country 2 each, id up to 9 (a "-" in
 /// second place: none), priority one digit with an optional "*" in front and behind, degrees,
 /// metres (above 9000: Missing), WMO number (99999: none), a further number that may be left out.
-
-/// One record. Aligned so that it is the 80 bytes that tables of whole records hold.
-struct alignas(16) CityRec {
-    char name[21];
-    char state[3];
-    char country[3]; ///< "B_": the WMO text begins with "b"
-    char id[10];
-    int priority;    ///< 0 (shown first) to 9, kMissingInt for none
-    char first_mark; ///< '*' or ' '
-    char second_mark;
-    float lat, lon; ///< degrees
-    float elev;     ///< metres, or Missing
-    int wmo;
-    int number;
-};
-static_assert(sizeof(CityRec) == 80);
 
 /// Short entry of the table of stations.
 struct CityPoint {

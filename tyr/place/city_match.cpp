@@ -9,7 +9,7 @@
 
 #include "tyr/base/missing.h"
 #include "tyr/base/str.h"
-#include "tyr/place/city.h"
+#include "tyr/place/city_rec.h"
 
 namespace {
 

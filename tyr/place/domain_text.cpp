@@ -18,6 +18,8 @@
 #include "tyr/place/city.h"
 #include "tyr/place/region.h"
 
+using namespace tyr;
+
 namespace {
 
 constexpr unsigned kWarn = 192;

@@ -7,7 +7,9 @@
 #include <string_view>
 
 #include "tyr/base/str.h"
-#include "tyr/place/wmo_ranges.h"
+#include "tyr/place/wmo_ranges_private.h"
+
+using namespace tyr;
 
 namespace {
 

@@ -8,6 +8,8 @@
 #include "tyr/geo/projection.h"
 #include "tyr/gks/gks.h"
 
+using namespace tyr;
+
 namespace {
 
 constexpr float kRadian = 0.017453292519943334F;

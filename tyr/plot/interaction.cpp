@@ -13,6 +13,8 @@
 #include "tyr/x11/x11_band.h"
 #include "tyr/x11/zoom.h"
 
+using namespace tyr;
+
 namespace {
 
 constexpr unsigned kTitleMask = 0x200;

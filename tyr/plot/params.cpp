@@ -12,7 +12,6 @@
 #include "tyr/gks/gks.h"
 #include "tyr/gks/session.h"
 #include "tyr/image/gif.h"
-#include "tyr/map/map_grid.h"
 #include "tyr/names/date_label.h"
 #include "tyr/names/name_conv.h"
 #include "tyr/paper/grey.h"
@@ -21,8 +20,11 @@
 #include "tyr/plot/area.h"
 #include "tyr/plot/colour_bar.h"
 #include "tyr/plot/dump.h"
+#include "tyr/plot/grid_interval.h"
 #include "tyr/plot/labels.h"
 #include "tyr/x11/frames.h"
+
+using namespace tyr;
 
 namespace {
 
@@ -33,7 +35,6 @@ constexpr int kBarOff = -2;
 constexpr int kDefaultShadow = 4;
 constexpr int kDefaultMaxBad = 5;
 constexpr float kMostPanels = 8.0F;
-constexpr size_t kDumpWord = 3;
 
 PlotWishes wishes;
 
@@ -47,12 +48,6 @@ int number_or(const char *text, int least, int otherwise)
 {
     const int number = std::atoi(text);
     return number < least ? otherwise : number;
-}
-
-void set_full_with_labels()
-{
-    PLT_set_full(0.0F);
-    PLT_set_labels_inside(1);
 }
 
 void set_overlay(const char *text)
@@ -115,100 +110,203 @@ void set_bar(const char *text)
     }
 }
 
-void set_dump(DumpKind kind, const char *word)
-{
-    PLT_set_dump(kind, std::strlen(word) > kDumpWord ? value_of(word, kDumpWord) : nullptr);
-}
-
-void set_colour_postscript()
+void set_colour_postscript(int)
 {
     gps_set_color(1);
     gset_invert(1);
 }
 
-enum class Test { kExact, kPrefix };
+void set_refinement(const char *text)
+{
+    const int factor = std::atoi(text);
+    wishes.grid_refinement = factor >= 1 ? factor : wishes.grid_refinement;
+}
 
+void set_contour_skip(const char *text)
+{
+    set_pair(text, "%d:%d", wishes.contour_skip);
+}
+
+void set_contour_offset(const char *text)
+{
+    set_pair(text, "%f:%f", wishes.contour_offset);
+}
+
+void set_thinning(const char *text)
+{
+    wishes.value_thinning = text[0] != '\0' ? std::atoi(text) : 1;
+}
+
+void set_precision(const char *text)
+{
+    wishes.location_precision = text[0] != '\0' ? std::atoi(text) : 4;
+}
+
+void set_shadow(const char *text)
+{
+    GPH_set_shadow(number_or(text, 1, kDefaultShadow));
+}
+
+void set_max_bad(const char *text)
+{
+    wishes.max_bad = number_or(text, 1, kDefaultMaxBad);
+}
+
+void set_min_size(const char *text)
+{
+    FILE_set_min_size(number_or(text, 1, 0));
+}
+
+void set_grid_format(const char *text)
+{
+    if (text[0] != '\0') {
+        wishes.grid_format = text;
+    }
+}
+
+void set_zone(const char *text)
+{
+    TIME_set_zone(text);
+}
+
+void set_font(const char *text)
+{
+    GPH_set_default_font(text);
+}
+
+void set_grib_index(int flag)
+{
+    wishes.grib_index = flag;
+}
+
+void set_recording(int flag)
+{
+    gset_recording(flag);
+}
+
+void set_full(int with_labels)
+{
+    PLT_set_full(0.0F);
+    if (with_labels != 0) {
+        PLT_set_labels_inside(1);
+    }
+}
+
+/// A word and what it does: set a number, take the text behind one more character ("tz=EST"), or
+/// write an image file of that text as name.
 struct Word {
+    enum class Kind { set, take, dump };
+
+    Kind kind;
     const char *word;
-    Test test;
-    void (*apply)(const char *value, const char *word);
+    bool is_prefix; ///< the user's word may go on
+    void (*set)(int number) = nullptr;
+    int number = 0;
+    void (*take)(const char *text) = nullptr;
 };
 
-constexpr Test kExact = Test::kExact;
-constexpr Test kPrefix = Test::kPrefix;
+constexpr Word sets(const char *word, void (*set)(int number), int number)
+{
+    return {Word::Kind::set, word, false, set, number};
+}
+
+/// A word may go on behind its beginning.
+constexpr Word begins(const char *word, void (*set)(int number), int number)
+{
+    return {Word::Kind::set, word, true, set, number};
+}
+
+constexpr Word takes(const char *word, void (*take)(const char *text))
+{
+    return {Word::Kind::take, word, true, nullptr, 0, take};
+}
+
+constexpr Word dumps(const char *word, DumpKind kind)
+{
+    return {Word::Kind::dump, word, true, nullptr, kind};
+}
 
 /// In the order of the tests: an earlier word hides a later one that shares its beginning.
 constexpr Word kWords[] = {
-    {"full",        kExact,  [](const char *,  const char *) { PLT_set_full(0.0F); }                                 },
-    {"fullab",      kExact,  [](const char *,  const char *) { set_full_with_labels(); }                             },
-    {"nopage",      kExact,  [](const char *,  const char *) { MSG_set_paging(kPagingOff); }                         },
-    {"page",        kExact,  [](const char *,  const char *) { MSG_set_paging(kPagingOn); }                          },
-    {"noredraw",    kExact,  [](const char *,  const char *) { gset_recording(0); }                                  },
-    {"id",          kExact,  [](const char *,  const char *) { CTY_set_id_type(kCityById); }                         },
-    {"wmo",         kExact,  [](const char *,  const char *) { CTY_set_id_type(kCityByWmo); }                        },
-    {"cod_wmo",     kExact,  [](const char *,  const char *) { CTY_set_id_type(kCityByCodedWmo); }                   },
-    {"tz",          kPrefix, [](const char *v, const char *) { TIME_set_zone(v); }                                   },
-    {"over",        kPrefix, [](const char *v, const char *) { set_overlay(v); }                                     },
-    {"lalo",        kPrefix, [](const char *v, const char *) { set_lalo(v); }                                        },
-    {"gridx",       kPrefix,
-     [](const char *,                          const char *w) {
-         const int factor = std::atoi(w + std::strlen("gridx"));
-         wishes.grid_refinement = factor >= 1 ? factor : wishes.grid_refinement;
-     }                                                                                          },
-    {"plt_skip",    kPrefix,
-     [](const char *v,                         const char *) { set_pair(v, "%d:%d", wishes.contour_skip); }          },
-    {"plt_off",     kPrefix,
-     [](const char *v,                         const char *) { set_pair(v, "%f:%f", wishes.contour_offset); }        },
-    {"plt_grid",    kPrefix,
-     [](const char *v,                         const char *) { wishes.value_thinning = v[0] ? std::atoi(v) : 1; }    },
-    {"loc_pr",      kPrefix,
-     [](const char *v,                         const char *) { wishes.location_precision = v[0] ? std::atoi(v) : 4; }},
-    {"vp_size",     kPrefix, [](const char *v, const char *) { set_view(v); }                                        },
-    {"font",        kPrefix, [](const char *v, const char *) { GPH_set_default_font(v); }                            },
-    {"gif_inter",   kExact,  [](const char *,  const char *) { gset_gif_interlace(1); }                              },
-    {"gif_norm",    kExact,  [](const char *,  const char *) { gset_gif_interlace(0); }                              },
-    {"gif_trans",   kExact,  [](const char *,  const char *) { gset_gif_transparent(1); }                            },
-    {"inv",         kExact,  [](const char *,  const char *) { gset_invert(1); }                                     },
-    {"lcmap",       kExact,  [](const char *,  const char *) { gset_local_cmap(1); }                                 },
-    {"nolcmap",     kExact,  [](const char *,  const char *) { gset_local_cmap(0); }                                 },
-    {"rwclr",       kExact,  [](const char *,  const char *) { gset_rw_colors(1); }                                  },
-    {"norwclr",     kExact,  [](const char *,  const char *) { gset_rw_colors(0); }                                  },
-    {"nolooptitle", kExact,  [](const char *,  const char *) { gset_frame_title(0); }                                },
-    {"pscolor",     kExact,  [](const char *,  const char *) { set_colour_postscript(); }                            },
-    {"psrev",       kExact,  [](const char *,  const char *) { gps_set_reverse(1); }                                 },
-    {"clear",       kExact,  [](const char *,  const char *) { gset_wish(1); }                                       },
-    {"new",         kExact,  [](const char *,  const char *) { gset_wish(2); }                                       },
-    {"kill",        kExact,  [](const char *,  const char *) { gset_wish(9); }                                       },
-    {"bar",         kPrefix, [](const char *v, const char *) { set_bar(v); }                                         },
-    {"nobar",       kExact,  [](const char *,  const char *) { PLT_set_bar_mode(kBarOff); }                          },
-    {"nohdr",       kExact,  [](const char *,  const char *) { wishes.grib_index = 0; }                              },
-    {"shadow",      kPrefix,
-     [](const char *v,                         const char *) { GPH_set_shadow(number_or(v, 1, kDefaultShadow)); }    },
-    {"max_bad",     kPrefix,
-     [](const char *v,                         const char *) { wishes.max_bad = number_or(v, 1, kDefaultMaxBad); }   },
-    {"min_size",    kPrefix,
-     [](const char *v,                         const char *) { FILE_set_min_size(number_or(v, 1, 0)); }              },
-    {"grdfmt",      kPrefix,
-     [](const char *v,                         const char *) { wishes.grid_format = v[0] ? v : wishes.grid_format; } },
-    {"labm",        kPrefix, [](const char *,  const char *) { PLT_set_label_mode(kLabelsMinimal); }                 },
-    {"labs",        kPrefix, [](const char *,  const char *) { PLT_set_label_mode(kLabelsSimple); }                  },
-    {"labn",        kPrefix, [](const char *,  const char *) { PLT_set_label_mode(kLabelsNormal); }                  },
-    {"labc",        kPrefix, [](const char *,  const char *) { PLT_set_label_mode(kLabelsComplete); }                },
-    {"gif",         kPrefix, [](const char *,  const char *w) { set_dump(kDumpGif, w); }                             },
-    {"png",         kPrefix, [](const char *,  const char *w) { set_dump(kDumpPng, w); }                             },
-    {"img",         kPrefix, [](const char *,  const char *w) { set_dump(kDumpImage, w); }                           },
-    {"xwd",         kPrefix, [](const char *,  const char *w) { set_dump(kDumpXwd, w); }                             },
+    sets("full", set_full, 0),
+    sets("fullab", set_full, 1),
+    sets("nopage", MSG_set_paging, kPagingOff),
+    sets("page", MSG_set_paging, kPagingOn),
+    sets("noredraw", set_recording, 0),
+    sets("id", CTY_set_id_type, kCityById),
+    sets("wmo", CTY_set_id_type, kCityByWmo),
+    sets("cod_wmo", CTY_set_id_type, kCityByCodedWmo),
+    takes("tz", set_zone),
+    takes("over", set_overlay),
+    takes("lalo", set_lalo),
+    takes("gridx", set_refinement),
+    takes("plt_skip", set_contour_skip),
+    takes("plt_off", set_contour_offset),
+    takes("plt_grid", set_thinning),
+    takes("loc_pr", set_precision),
+    takes("vp_size", set_view),
+    takes("font", set_font),
+    sets("gif_inter", gset_gif_interlace, 1),
+    sets("gif_norm", gset_gif_interlace, 0),
+    sets("gif_trans", gset_gif_transparent, 1),
+    sets("inv", gset_invert, 1),
+    sets("lcmap", gset_local_cmap, 1),
+    sets("nolcmap", gset_local_cmap, 0),
+    sets("rwclr", gset_rw_colors, 1),
+    sets("norwclr", gset_rw_colors, 0),
+    sets("nolooptitle", gset_frame_title, 0),
+    sets("pscolor", set_colour_postscript, 1),
+    sets("psrev", gps_set_reverse, 1),
+    sets("clear", gset_wish, 1),
+    sets("new", gset_wish, 2),
+    sets("kill", gset_wish, 9),
+    takes("bar", set_bar),
+    sets("nobar", PLT_set_bar_mode, kBarOff),
+    sets("nohdr", set_grib_index, 0),
+    takes("shadow", set_shadow),
+    takes("max_bad", set_max_bad),
+    takes("min_size", set_min_size),
+    takes("grdfmt", set_grid_format),
+    begins("labm", PLT_set_label_mode, kLabelsMinimal),
+    begins("labs", PLT_set_label_mode, kLabelsSimple),
+    begins("labn", PLT_set_label_mode, kLabelsNormal),
+    begins("labc", PLT_set_label_mode, kLabelsComplete),
+    dumps("gif", kDumpGif),
+    dumps("png", kDumpPng),
+    dumps("img", kDumpImage),
+    dumps("xwd", kDumpXwd),
 };
+
+bool fits(const Word &row, const char *word)
+{
+    const int length = static_cast<int>(std::strlen(row.word));
+    return row.is_prefix ? STR_ncasecmp(word, row.word, length) == 0
+                         : STR_casecmp(word, row.word) == 0;
+}
+
+void apply(const Word &row, const char *word)
+{
+    const std::size_t length = std::strlen(row.word);
+    // "gridx2": the number stands right behind the word
+    const char *text = row.take == set_refinement ? word + length : value_of(word, length);
+    switch (row.kind) {
+    case Word::Kind::set:
+        row.set(row.number);
+        break;
+    case Word::Kind::take:
+        row.take(text);
+        break;
+    case Word::Kind::dump:
+        PLT_set_dump(row.number, text);
+        break;
+    }
+}
 
 void apply_word(const char *word)
 {
     for (const Word &row : kWords) {
-        const size_t length = std::strlen(row.word);
-        const bool fits = row.test == kExact
-                              ? STR_casecmp(word, row.word) == 0
-                              : STR_ncasecmp(word, row.word, static_cast<int>(length)) == 0;
-        if (fits) {
-            row.apply(value_of(word, length), word);
+        if (fits(row, word)) {
+            apply(row, word);
             return;
         }
     }
@@ -223,9 +321,9 @@ void PLT_read_params()
     }
     for (const std::string &word : RES_list("out_file")) {
         if (STR_has_prefix(word, "gif")) {
-            set_dump(kDumpGif, word.c_str());
+            apply(dumps("gif", kDumpGif), word.c_str());
         } else if (STR_has_prefix(word, "png")) {
-            set_dump(kDumpPng, word.c_str());
+            apply(dumps("png", kDumpPng), word.c_str());
         }
     }
 }

@@ -7,8 +7,10 @@
 #include "tyr/geo/projection.h"
 #include "tyr/gks/gks.h"
 #include "tyr/gks/session.h"
-#include "tyr/map/map_grid.h"
 #include "tyr/plot/area.h"
+#include "tyr/plot/grid_interval.h"
+
+using namespace tyr;
 
 namespace {
 

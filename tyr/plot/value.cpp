@@ -23,6 +23,8 @@
 #include "tyr/start/convert.h"
 #include "tyr/var/type_words.h"
 
+using namespace tyr;
+
 namespace {
 
 constexpr unsigned kTrace = 0x20000000;

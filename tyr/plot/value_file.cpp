@@ -14,6 +14,8 @@
 #include "tyr/raw/raw.h"
 #include "tyr/start/convert.h"
 
+using namespace tyr;
+
 namespace {
 
 struct State {

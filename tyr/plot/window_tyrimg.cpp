@@ -3,10 +3,12 @@
 #include <string>
 
 #include "tyr/base/str.h"
-#include "tyr/image/tyrimg.h"
+#include "tyr/image/tyrimg_private.h"
 #include "tyr/plot/area.h"
 #include "tyr/plot/labels.h"
 #include "tyr/x11/x11_image.h"
+
+using namespace tyr;
 
 namespace {
 

@@ -15,19 +15,20 @@
 #include "tyr/base/msg.h"
 #include "tyr/base/res.h"
 #include "tyr/base/str.h"
-#include "tyr/raw/raw_read.h"
+#include "tyr/raw/raw_column.h"
+#include "tyr/raw/raw_read_private.h"
+
+using namespace tyr;
 
 namespace {
 
 constexpr size_t kNameStart = 2; ///< a dash or colon before it belongs to the name
 constexpr int kHeaderLines = 3;
-constexpr int kFirstNamed = 1000; ///< columns of names that RAW_name_column gives
 constexpr int kFieldsWithPlace = 4;
 constexpr int kFieldsWithPressure = 3;
 
 struct State {
     std::array<RawFileRec, kRawFiles> files;
-    std::vector<std::string> names; ///< of RAW_name_column
 };
 
 State state;
@@ -35,6 +36,12 @@ State state;
 bool is_open(int handle)
 {
     return handle >= 0 && handle < kRawFiles && state.files[static_cast<size_t>(handle)].open == 1;
+}
+
+/// The open file of a handle; null for one that isn't open.
+RawFileRec *file_of(int handle)
+{
+    return is_open(handle) ? &state.files[static_cast<size_t>(handle)] : nullptr;
 }
 
 /// By the first byte, which stays in the stream.
@@ -132,34 +139,6 @@ int column_of(const char *text)
 
 } // namespace
 
-RawFileRec *RAW_file(int handle)
-{
-    return is_open(handle) ? &state.files[static_cast<size_t>(handle)] : nullptr;
-}
-
-const char *RAW_column_name(long column)
-{
-    if (column <= kRawFields) {
-        return nullptr;
-    }
-    const long index = column - kFirstNamed;
-    if (index >= 0 && index < static_cast<long>(state.names.size())) {
-        return state.names[static_cast<size_t>(index)].c_str();
-    }
-    return column > INT32_MAX ? reinterpret_cast<const char *>(static_cast<std::intptr_t>(column))
-                              : "";
-}
-
-int RAW_name_column(const char *name)
-{
-    const auto found = std::find(state.names.begin(), state.names.end(), name);
-    const auto index = found - state.names.begin();
-    if (found == state.names.end()) {
-        state.names.emplace_back(name);
-    }
-    return kFirstNamed + static_cast<int>(index);
-}
-
 int RAW_file_open(char *name, int *column, char **format, int mode)
 {
     *column = kRawAllWords;
@@ -227,7 +206,7 @@ int RAW_file_type(const char *path)
 int RAW_read_header(int handle, RawHeader *header)
 {
     *header = {};
-    RawFileRec *file = RAW_file(handle);
+    RawFileRec *file = file_of(handle);
     if (!file || file->mode != kRawRead) {
         return -1;
     }
@@ -237,11 +216,11 @@ int RAW_read_header(int handle, RawHeader *header)
     std::FILE *stream = file->stream.get();
     skip_line(stream);
     std::array<char, kRawTitleRoom> line;
-    RAW_read_line(stream, line.data(), kRawTitleRoom);
+    raw_read_line(stream, line.data(), kRawTitleRoom);
     STR_clean_line(line.data());
     STR_copy(header->title, sizeof header->title, line.data());
     TIME_parse(header->title, &header->date);
-    RAW_read_line(stream, line.data(), kRawTitleRoom);
+    raw_read_line(stream, line.data(), kRawTitleRoom);
     STR_clean_line(line.data());
     file->fields.clear();
     if (line[0] == '!') {
@@ -255,13 +234,18 @@ int RAW_read_header(int handle, RawHeader *header)
     }
     settle_layout(*file);
     file->data_start = file->can_seek ? std::ftell(stream) : -1;
-    RAW_start_lines(*file);
+    raw_start_lines(*file);
     return 0;
+}
+
+int RAW_read_value(int handle, RawValue *value, long column, int *line)
+{
+    return raw_next_value(file_of(handle), value, column, line);
 }
 
 int RAW_rewind(int handle)
 {
-    RawFileRec *file = RAW_file(handle);
+    RawFileRec *file = file_of(handle);
     if (!file || !file->can_seek) {
         return -1;
     }
@@ -274,13 +258,13 @@ int RAW_rewind(int handle)
             skip_line(stream);
         }
     }
-    RAW_start_lines(*file);
+    raw_start_lines(*file);
     return 0;
 }
 
 void RAW_close(int handle)
 {
-    if (RawFileRec *file = RAW_file(handle)) {
+    if (RawFileRec *file = file_of(handle)) {
         if (file->mode == kRawWrite) {
             std::fputc('\n', file->stream.get());
         }
@@ -290,11 +274,11 @@ void RAW_close(int handle)
 
 const char *RAW_field_label(int handle, long column)
 {
-    const RawFileRec *file = RAW_file(handle);
+    const RawFileRec *file = file_of(handle);
     if (!file) {
         return nullptr;
     }
-    const int index = RAW_field_index(*file, column);
+    const int index = raw_field_index(*file, column);
     return index >= 0 && index < static_cast<int>(file->fields.size())
                ? file->fields[static_cast<size_t>(index)].label.data()
                : nullptr;

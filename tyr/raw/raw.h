@@ -2,8 +2,8 @@
 
 #include <cstddef>
 
-#include "tyr/base/date.h"
-#include "tyr/base/missing.h"
+#include "tyr/raw/raw_column.h"
+#include "tyr/raw/raw_rec.h"
 
 /// Raw text data files: a table of stations with a small header.
 ///
@@ -17,40 +17,6 @@
 /// ends at an empty line. A second field "lat" or "x" (of four or more) says that two words of
 /// place follow the id, "p" or "pres" (of three or more) that one does. A value is
 /// "[name=]value[,second][:format]", "-" is Missing.
-
-inline constexpr int kRawFiles = 5; ///< open at once
-inline constexpr int kRawFields = 75;
-inline constexpr int kRawNameRoom = 20;
-inline constexpr int kRawLabelRoom = 60;
-inline constexpr int kRawFormatRoom = 40;
-inline constexpr int kRawWordRoom = 80;
-inline constexpr int kRawTextRoom = 30;
-inline constexpr int kRawTitleRoom = 161;
-inline constexpr int kRawLine = 400; ///< characters of a line that are read
-
-enum RawMode { kRawRead = 0, kRawWrite = 1, kRawAppend = 2 };
-enum RawType { kRawHeadered = 1, kRawHeaderless = 99 };
-
-/// Columns of RAW_read_value. From kRawFirstValue on the values in order, up to 75; anything above
-/// is a field name: what RAW_name_column gives, or a const char* as a long.
-enum RawColumn { kRawNoColumn = kMissingInt, kRawAllWords = 1, kRawId = 2, kRawFirstValue = 10 };
-
-struct RawHeader {
-    char title[kRawTitleRoom]; ///< the second line
-    DateRec date;
-    char format[kRawTitleRoom]; ///< plot format
-};
-
-struct RawValue {
-    char id[kRawWordRoom];
-    int field;            ///< of the word; of a value column the place in the line behind it
-    int station;          ///< number of an id of five or more characters
-    float lat, lon;       ///< place, or the pressure in lat
-    float x, y;           ///< the same, of a file that gives plot coordinates ("x"), else Missing
-    float value1, value2; ///< Missing where the word is no number
-    char text[kRawTextRoom];
-    char format[kRawWordRoom];
-};
 
 /// Takes "file[-column][:format]" apart, in place, and opens the file, found through `raw_path`.
 /// A dash or colon counts from the third character on, and behind the last "/". The column is a
@@ -85,6 +51,3 @@ void RAW_close(int handle);
 
 /// Label of a column; null for none.
 const char *RAW_field_label(int handle, long column);
-
-/// The column that stands for a field name, above 75.
-int RAW_name_column(const char *name);

@@ -1,5 +1,3 @@
-#include "tyr/raw/raw_read.h"
-
 #include <algorithm>
 #include <cctype>
 #include <climits>
@@ -11,6 +9,10 @@
 
 #include "tyr/base/scan.h"
 #include "tyr/base/str.h"
+#include "tyr/raw/raw_column.h"
+#include "tyr/raw/raw_read_private.h"
+
+using namespace tyr;
 
 namespace {
 
@@ -51,11 +53,11 @@ bool position(RawFileRec &file, int wanted)
         file.current_line = wanted;
     } else if (wanted < file.current_line) {
         std::fseek(stream, std::max(file.data_start, 0L), SEEK_SET);
-        RAW_start_lines(file);
+        raw_start_lines(file);
     }
     std::array<char, 2> ignored;
     while (file.current_line < wanted) {
-        if (RAW_read_line(stream, ignored.data(), 2) <= 0) {
+        if (raw_read_line(stream, ignored.data(), 2) <= 0) {
             return false;
         }
         ++file.current_line;
@@ -67,7 +69,7 @@ bool position(RawFileRec &file, int wanted)
 bool read_data_line(RawFileRec &file)
 {
     file.last_line = file.can_seek ? std::ftell(file.stream.get()) : -1;
-    if (RAW_read_line(file.stream.get(), file.line.data(), kRawLine + 1) <= 0) {
+    if (raw_read_line(file.stream.get(), file.line.data(), kRawLine + 1) <= 0) {
         return false;
     }
     STR_strip_cr(file.line.data());
@@ -128,7 +130,7 @@ int walk(RawFileRec &file, ScanRec &scan, RawValue *value)
         file.word_position = 0;
         return 0;
     }
-    RAW_set_value(file, file.word_index, value, word.data());
+    raw_set_value(file, file.word_index, value, word.data());
     value->field = file.word_index;
     file.word_position = SCAN_peek(&scan, 0) == '\0' ? -1 : SCAN_get_pos(&scan);
     return 1;
@@ -145,7 +147,7 @@ int take_fixed_word(const RawFileRec &file, ScanRec &scan, int field, RawValue *
     if (!next_word(scan, word)) {
         return 0;
     }
-    RAW_set_value(file, field, value, word.data());
+    raw_set_value(file, field, value, word.data());
     value->field = field;
     return 1;
 }
@@ -164,7 +166,7 @@ int take_value_word(const RawFileRec &file, ScanRec &scan, int index, const char
     Word word;
     for (int i = 0; i <= std::min(index, kMostWords) && next_word(scan, word); ++i) {
         if (index == kByNameInWord ? is_named(word.data(), name) : i == index) {
-            RAW_set_value(file, file.first_column + i, value, word.data());
+            raw_set_value(file, file.first_column + i, value, word.data());
             value->field = SCAN_get_pos(&scan);
             return 1;
         }
@@ -174,8 +176,8 @@ int take_value_word(const RawFileRec &file, ScanRec &scan, int index, const char
 
 int take_column(const RawFileRec &file, ScanRec &scan, long column, RawValue *value)
 {
-    const char *name = RAW_column_name(column);
-    const int place = name ? RAW_field_index(file, column) : -1;
+    const char *name = raw_column_name(column);
+    const int place = name ? raw_field_index(file, column) : -1;
     if (column == kRawId || (name && place < 0 && STR_casecmp(name, "id") == 0)) {
         return take_fixed_word(file, scan, 0, value);
     }
@@ -191,9 +193,9 @@ int take_column(const RawFileRec &file, ScanRec &scan, long column, RawValue *va
 
 } // namespace
 
-int RAW_field_index(const RawFileRec &file, long column)
+int tyr::raw_field_index(const RawFileRec &file, long column)
 {
-    const char *name = RAW_column_name(column);
+    const char *name = raw_column_name(column);
     if (!name) {
         return column == kRawId ? 0
                : column >= kRawFirstValue
@@ -207,7 +209,7 @@ int RAW_field_index(const RawFileRec &file, long column)
     return found == file.fields.end() ? -1 : static_cast<int>(found - file.fields.begin());
 }
 
-void RAW_start_lines(RawFileRec &file)
+void tyr::raw_start_lines(RawFileRec &file)
 {
     file.current_line = 0;
     file.word_position = 0;
@@ -215,7 +217,7 @@ void RAW_start_lines(RawFileRec &file)
     file.last_line = -1;
 }
 
-int RAW_read_line(std::FILE *stream, char *line, int room)
+int tyr::raw_read_line(std::FILE *stream, char *line, int room)
 {
     int length = 0;
     int c = std::getc(stream);
@@ -232,10 +234,9 @@ int RAW_read_line(std::FILE *stream, char *line, int room)
     return length;
 }
 
-int RAW_read_value(int handle, RawValue *value, long column, int *line)
+int tyr::raw_next_value(RawFileRec *file, RawValue *value, long column, int *line)
 {
     clear_value(value);
-    RawFileRec *file = RAW_file(handle);
     if (!file) {
         return 0;
     }
@@ -272,7 +273,7 @@ int RAW_read_value(int handle, RawValue *value, long column, int *line)
     return result;
 }
 
-void RAW_set_value(const RawFileRec &file, int field, RawValue *value, const char *text)
+void tyr::raw_set_value(const RawFileRec &file, int field, RawValue *value, const char *text)
 {
     std::string word = text;
     std::string format;

@@ -16,6 +16,8 @@
 #include "tyr/base/str.h"
 #include "tyr/place/domain_text.h"
 
+using namespace tyr;
+
 namespace {
 
 constexpr unsigned kBatchMask = 0xFF; ///< print, error and warn

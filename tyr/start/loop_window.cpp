@@ -1,5 +1,3 @@
-#include "tyr/start/loop_window.h"
-
 #include <array>
 #include <cstdlib>
 #include <optional>
@@ -7,6 +5,9 @@
 #include "tyr/base/msg.h"
 #include "tyr/base/res.h"
 #include "tyr/start/channel.h"
+#include "tyr/start/loop_window_private.h"
+
+using namespace tyr;
 
 namespace {
 
@@ -79,7 +80,7 @@ int exchange_values(const Window &window, std::span<const OptionRec> options)
 
 } // namespace
 
-void loop_exchange(const std::string &number, std::span<const OptionRec> options)
+void tyr::loop_exchange(const std::string &number, std::span<const OptionRec> options)
 {
     loop_quit();
     Window window{CHAN_connect(std::atoi(number.c_str())), 0};
@@ -100,7 +101,7 @@ void loop_exchange(const std::string &number, std::span<const OptionRec> options
     state.window = window;
 }
 
-void loop_tell(const char *name, const char *value)
+void tyr::loop_tell(const char *name, const char *value)
 {
     if (state.window) {
         CHAN_send(state.window->queue, state.window->id, "set res %s %s", name,
@@ -109,7 +110,7 @@ void loop_tell(const char *name, const char *value)
     }
 }
 
-void loop_quit()
+void tyr::loop_quit()
 {
     if (state.window) {
         CHAN_send(state.window->queue, state.window->id, "quit");

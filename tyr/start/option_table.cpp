@@ -1,9 +1,10 @@
-#include "tyr/start/option_table.h"
-
 #include <algorithm>
 #include <array>
 
 #include "tyr/base/res.h"
+#include "tyr/start/option_table_private.h"
+
+using namespace tyr;
 
 namespace {
 
@@ -132,12 +133,12 @@ constexpr std::array<OptionRow, 89> kRows = {{
 
 } // namespace
 
-std::span<const OptionRow> option_rows()
+std::span<const OptionRow> tyr::option_rows()
 {
     return kRows;
 }
 
-const OptionRow *option_row(int code)
+const OptionRow *tyr::option_row(int code)
 {
     const auto row = std::find_if(kRows.begin(), kRows.end(),
                                   [code](const OptionRow &r) { return r.code == code; });

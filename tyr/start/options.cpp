@@ -12,8 +12,10 @@
 #include "tyr/base/prm.h"
 #include "tyr/base/str.h"
 #include "tyr/base/sys.h"
-#include "tyr/start/option_table.h"
+#include "tyr/start/option_table_private.h"
 #include "tyr/start/startup.h"
+
+using namespace tyr;
 
 namespace {
 
@@ -34,18 +36,6 @@ int fill(std::array<OptionRec, kMaxOptions> &records, int count, const int *code
 }
 
 } // namespace
-
-const char *OPT_place_key(int place)
-{
-    // a place and a text share one field
-    return reinterpret_cast<const char *>(static_cast<std::intptr_t>(place));
-}
-
-int OPT_key_place(const char *key)
-{
-    const auto place = reinterpret_cast<std::uintptr_t>(key);
-    return place <= kListPlace ? static_cast<int>(place) : 0;
-}
 
 int OPT_init(int count, char **arguments, const int *keyed, const int *positional)
 {

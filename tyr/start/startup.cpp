@@ -15,7 +15,9 @@
 #include "tyr/base/str.h"
 #include "tyr/start/convert.h"
 #include "tyr/start/deffile.h"
-#include "tyr/start/loop_window.h"
+#include "tyr/start/loop_window_private.h"
+
+using namespace tyr;
 
 namespace {
 

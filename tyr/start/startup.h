@@ -1,6 +1,6 @@
 #pragma once
 
-#include "tyr/start/options.h"
+#include "tyr/start/option_rec.h"
 
 /// Fills the resource store, a later source over an earlier one: resource files in list order,
 /// environment, command line; then runs the conversions with side effects in the order of first

@@ -2,12 +2,14 @@
 
 #include "tyr/base/res.h"
 #include "tyr/base/str.h"
-#include "tyr/gks/colour.h"
+#include "tyr/gks/colour_private.h"
 #include "tyr/gks/colour_table.h"
-#include "tyr/gks/state.h"
+#include "tyr/gks/state_private.h"
 #include "tyr/x11/x11_colour.h"
 #include "tyr/x11/x11_default.h"
 #include "tyr/x11/x11_window.h"
+
+using namespace tyr;
 
 namespace {
 

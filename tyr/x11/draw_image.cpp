@@ -12,10 +12,12 @@
 #include "tyr/gks/colour_table.h"
 #include "tyr/gks/gks.h"
 #include "tyr/image/image.h"
-#include "tyr/image/palette.h"
+#include "tyr/image/palette_private.h"
 #include "tyr/x11/x11_colormap.h"
 #include "tyr/x11/x11_colour.h"
-#include "tyr/x11/x11_state.h"
+#include "tyr/x11/x11_state_private.h"
+
+using namespace tyr;
 
 namespace {
 

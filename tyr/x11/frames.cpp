@@ -5,9 +5,12 @@
 #include <utility>
 
 #include "tyr/base/msg.h"
-#include "tyr/gks/state.h"
+#include "tyr/gks/state_private.h"
+#include "tyr/x11/frames_private.h"
 #include "tyr/x11/x11_primitives.h"
-#include "tyr/x11/x11_state.h"
+#include "tyr/x11/x11_state_private.h"
+
+using namespace tyr;
 
 namespace {
 
@@ -268,12 +271,12 @@ int ginq_frame_title()
     return state.in_title ? 1 : 0;
 }
 
-void frames_set_current(int n)
+void tyr::frames_set_current(int n)
 {
     state.current = n;
 }
 
-void frames_remove(int n)
+void tyr::frames_remove(int n)
 {
     // the single frame keeps its pixmap: it may be the one that other programs draw into
     if (!(n == 0 && state.count == 1)) {

@@ -51,8 +51,3 @@ int gnext_frame(int step);
 /// Whether the frame's number stands in the window's title.
 void gset_frame_title(int on);
 int ginq_frame_title();
-
-/// For the rooms above: sets the frame on show; takes a frame out of the table and frees its
-/// pixmap.
-void frames_set_current(int n);
-void frames_remove(int n);

@@ -6,9 +6,12 @@
 #include "tyr/base/msg.h"
 #include "tyr/base/sys.h"
 #include "tyr/gks/recorder.h"
-#include "tyr/x11/frames.h"
-#include "tyr/x11/x11_state.h"
-#include "tyr/x11/zoom.h"
+#include "tyr/x11/frames_private.h"
+#include "tyr/x11/loop_private.h"
+#include "tyr/x11/x11_state_private.h"
+#include "tyr/x11/zoom_private.h"
+
+using namespace tyr;
 
 namespace {
 
@@ -88,7 +91,7 @@ void gunzoom()
     }
 }
 
-void loop_take_frame()
+void tyr::loop_take_frame()
 {
     gset_title_suffix("+"); // the other program waits for it to go
     gunzoom();

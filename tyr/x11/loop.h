@@ -11,6 +11,3 @@ int gdelete_frame(int n);
 int gframe_dwell();
 /// Back to zoom factor 1.
 void gunzoom();
-/// Makes room for another program's next picture, which it draws into the pixmap that it knows:
-/// what stood there becomes a frame, and the pixmap, cleared, the last frame.
-void loop_take_frame();

@@ -1,8 +1,10 @@
-#include "tyr/x11/window_id.h"
-
 #include <cctype>
 #include <cstdio>
 #include <cstdlib>
+
+#include "tyr/x11/window_id_private.h"
+
+using namespace tyr;
 
 namespace {
 
@@ -15,7 +17,7 @@ bool is_digit(char c)
 
 } // namespace
 
-std::optional<WindowId> parse_window_id(const std::string &text)
+std::optional<WindowId> tyr::parse_window_id(const std::string &text)
 {
     WindowId id;
     unsigned long ignored = 0;
@@ -36,7 +38,7 @@ std::optional<WindowId> parse_window_id(const std::string &text)
     return id;
 }
 
-std::string window_id_file(const std::string &word)
+std::string tyr::window_id_file(const std::string &word)
 {
     if (word.empty() || is_digit(word[0]) || word[0] == '+') {
         return {};

@@ -5,8 +5,11 @@
 #include <cmath>
 #include <optional>
 
+#include "tyr/x11/x11_band_private.h"
 #include "tyr/x11/x11_primitives.h"
-#include "tyr/x11/x11_state.h"
+#include "tyr/x11/x11_state_private.h"
+
+using namespace tyr;
 
 namespace {
 
@@ -119,19 +122,19 @@ void gset_band_limits(const float world[4])
     };
 }
 
-void band_reset()
+void tyr::band_reset()
 {
     state = State{};
 }
 
-void band_press(int x, int y)
+void tyr::band_press(int x, int y)
 {
     state.start = pixel(x, y);
     state.end.reset();
     state.is_down = true;
 }
 
-void band_move(int x, int y)
+void tyr::band_move(int x, int y)
 {
     if (!is_up()) {
         return;
@@ -147,7 +150,7 @@ void band_move(int x, int y)
     gsync();
 }
 
-void band_release(int x, int y)
+void tyr::band_release(int x, int y)
 {
     if (is_up()) {
         if (state.end) {

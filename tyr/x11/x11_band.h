@@ -15,10 +15,3 @@ void gset_band_points(const float *world, int n, int fixed);
 /// Rectangle in world coordinates that the band can't leave: x minimum, x maximum, y minimum,
 /// y maximum.
 void gset_band_limits(const float world[4]);
-
-/// Takes the band back to none; the limits too.
-void band_reset();
-/// The pointer went down, moved, went up there (window pixels).
-void band_press(int x, int y);
-void band_move(int x, int y);
-void band_release(int x, int y);

@@ -4,9 +4,11 @@
 #include <cstdlib>
 
 #include "tyr/base/msg.h"
-#include "tyr/gks/state.h"
+#include "tyr/gks/state_private.h"
 #include "tyr/x11/x11_colormap.h"
-#include "tyr/x11/x11_state.h"
+#include "tyr/x11/x11_state_private.h"
+
+using namespace tyr;
 
 namespace {
 

@@ -1,9 +1,11 @@
 #include "tyr/x11/x11_connect.h"
 
 #include "tyr/base/msg.h"
-#include "tyr/gks/state.h"
+#include "tyr/gks/state_private.h"
 #include "tyr/x11/x11_error.h"
-#include "tyr/x11/x11_state.h"
+#include "tyr/x11/x11_state_private.h"
+
+using namespace tyr;
 
 bool gx_connect(const std::string &name)
 {

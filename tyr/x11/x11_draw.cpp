@@ -6,10 +6,10 @@
 #include <span>
 #include <vector>
 
-#include "tyr/gks/state.h"
+#include "tyr/gks/state_private.h"
 #include "tyr/x11/x11_colour.h"
 #include "tyr/x11/x11_primitives.h"
-#include "tyr/x11/x11_state.h"
+#include "tyr/x11/x11_state_private.h"
 
 using namespace tyr;
 

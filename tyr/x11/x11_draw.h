@@ -2,7 +2,7 @@
 
 #include <span>
 
-#include "tyr/gks/device.h"
+#include "tyr/gks/device_private.h"
 
 /// Drawing on the X11 devices: the graphics contexts of the four families and what the primitives
 /// send. Nothing here needs the X11 headers. Everything does nothing without a draw target.

@@ -6,7 +6,9 @@
 #include "tyr/base/msg.h"
 #include "tyr/base/sys.h"
 #include "tyr/x11/frames.h"
-#include "tyr/x11/x11_state.h"
+#include "tyr/x11/x11_state_private.h"
+
+using namespace tyr;
 
 namespace {
 

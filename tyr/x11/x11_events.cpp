@@ -3,14 +3,16 @@
 #include <string>
 
 #include "tyr/base/sys.h"
-#include "tyr/gks/state.h"
+#include "tyr/gks/state_private.h"
 #include "tyr/x11/frames.h"
-#include "tyr/x11/loop.h"
-#include "tyr/x11/x11_band.h"
-#include "tyr/x11/x11_keys.h"
-#include "tyr/x11/x11_state.h"
+#include "tyr/x11/loop_private.h"
+#include "tyr/x11/x11_band_private.h"
+#include "tyr/x11/x11_keys_private.h"
+#include "tyr/x11/x11_state_private.h"
 #include "tyr/x11/x11_window.h"
 #include "tyr/x11/zoom.h"
+
+using namespace tyr;
 
 namespace {
 

@@ -7,14 +7,16 @@
 #include "tyr/base/msg.h"
 #include "tyr/base/res.h"
 #include "tyr/base/sys.h"
-#include "tyr/gks/state.h"
-#include "tyr/paper/paper.h"
-#include "tyr/x11/window_id.h"
+#include "tyr/gks/state_private.h"
+#include "tyr/paper/paper_private.h"
+#include "tyr/x11/window_id_private.h"
 #include "tyr/x11/x11_colour.h"
 #include "tyr/x11/x11_connect.h"
 #include "tyr/x11/x11_draw.h"
-#include "tyr/x11/x11_state.h"
+#include "tyr/x11/x11_state_private.h"
 #include "tyr/x11/x11_window.h"
+
+using namespace tyr;
 
 namespace {
 

@@ -10,8 +10,10 @@
 #include "tyr/base/msg.h"
 #include "tyr/base/str.h"
 #include "tyr/gks/gks.h"
-#include "tyr/image/image_rec.h"
-#include "tyr/x11/x11_state.h"
+#include "tyr/image/image_rec_private.h"
+#include "tyr/x11/x11_state_private.h"
+
+using namespace tyr;
 
 namespace {
 

@@ -1,5 +1,3 @@
-#include "tyr/x11/x11_keys.h"
-
 #include <algorithm>
 #include <array>
 #include <cstdio>
@@ -14,8 +12,11 @@
 #include "tyr/x11/frames.h"
 #include "tyr/x11/loop.h"
 #include "tyr/x11/window_image.h"
-#include "tyr/x11/x11_state.h"
+#include "tyr/x11/x11_keys_private.h"
+#include "tyr/x11/x11_state_private.h"
 #include "tyr/x11/zoom.h"
+
+using namespace tyr;
 
 namespace {
 
@@ -115,7 +116,7 @@ void write_metafile()
 
 } // namespace
 
-std::string modifier_text(unsigned state)
+std::string tyr::modifier_text(unsigned state)
 {
     std::string text;
     text += (state & Mod1Mask) != 0 ? "-Alt" : "";
@@ -124,7 +125,7 @@ std::string modifier_text(unsigned state)
     return text;
 }
 
-std::string key_text(XKeyEvent *event)
+std::string tyr::key_text(XKeyEvent *event)
 {
     std::array<char, kKeyRoom> text{};
     KeySym symbol = NoSymbol;
@@ -135,13 +136,13 @@ std::string key_text(XKeyEvent *event)
     return {text.data(), static_cast<std::size_t>(std::max(length, 0))};
 }
 
-std::string button_text(const XButtonEvent &event)
+std::string tyr::button_text(const XButtonEvent &event)
 {
     const char way = event.type == ButtonPress ? 'P' : 'R';
     return "B" + std::to_string(event.button) + "-" + way + modifier_text(event.state);
 }
 
-KeyResult do_key(const std::string &key, const XKeyEvent &event)
+KeyResult tyr::do_key(const std::string &key, const XKeyEvent &event)
 {
     if (key == "Ret") {
         return KeyResult::end;
@@ -187,7 +188,7 @@ KeyResult do_key(const std::string &key, const XKeyEvent &event)
     return KeyResult::pass;
 }
 
-void do_button(const XButtonEvent &event)
+void tyr::do_button(const XButtonEvent &event)
 {
     if ((event.state & Mod1Mask) != 0) {
         return;

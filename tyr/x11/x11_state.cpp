@@ -1,15 +1,16 @@
-#include "tyr/x11/x11_state.h"
-
 #include "tyr/x11/x11_default.h"
 #include "tyr/x11/x11_handles.h"
+#include "tyr/x11/x11_state_private.h"
 
-X11State &x11()
+using namespace tyr;
+
+X11State &tyr::x11()
 {
     static X11State state;
     return state;
 }
 
-bool x11_can_draw()
+bool tyr::x11_can_draw()
 {
     return x11().display != nullptr && x11().target != 0;
 }

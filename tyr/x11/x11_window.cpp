@@ -9,17 +9,19 @@
 #include "tyr/base/msg.h"
 #include "tyr/base/res.h"
 #include "tyr/base/str.h"
-#include "tyr/gks/state.h"
+#include "tyr/gks/state_private.h"
 #include "tyr/start/convert.h"
 #include "tyr/x11/frames.h"
 #include "tyr/x11/x11_colour.h"
 #include "tyr/x11/x11_connect.h"
 #include "tyr/x11/x11_default.h"
 #include "tyr/x11/x11_draw.h"
-#include "tyr/x11/x11_icon.h"
+#include "tyr/x11/x11_icon_private.h"
 #include "tyr/x11/x11_primitives.h"
-#include "tyr/x11/x11_state.h"
+#include "tyr/x11/x11_state_private.h"
 #include "tyr/x11/zoom.h"
+
+using namespace tyr;
 
 namespace {
 

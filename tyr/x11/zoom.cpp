@@ -7,9 +7,12 @@
 #include <X11/Xutil.h>
 
 #include "tyr/base/msg.h"
-#include "tyr/gks/state.h"
+#include "tyr/gks/state_private.h"
 #include "tyr/x11/frames.h"
-#include "tyr/x11/x11_state.h"
+#include "tyr/x11/x11_state_private.h"
+#include "tyr/x11/zoom_private.h"
+
+using namespace tyr;
 
 namespace {
 
@@ -133,7 +136,7 @@ void gzoom_reset()
     state = State{};
 }
 
-bool zoom_undo()
+bool tyr::zoom_undo()
 {
     const X11State &x = x11();
     const WorkstationState &ws = kernel().ws;

@@ -15,8 +15,6 @@ int gzoom(int frame, int x, int y, int factor, int refresh);
 /// Forgets the zoom without touching the screen.
 void gzoom_reset();
 /// Back to factor 1, with the picture that a plot without frames had. True if that was put back;
-/// false where the frame on show has to be shown anew.
-bool zoom_undo();
 /// The factor in force.
 int ginq_zoom();
 /// A window pixel on the picture as it is without zoom.

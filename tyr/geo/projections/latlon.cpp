@@ -1,5 +1,7 @@
 #include "tyr/geo/projections/form_private.h"
 
+using namespace tyr;
+
 namespace tyr {
 
 namespace {

@@ -2,6 +2,8 @@
 
 #include "tyr/geo/projections/form_private.h"
 
+using namespace tyr;
+
 namespace tyr {
 
 namespace {

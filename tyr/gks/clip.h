@@ -1,4 +1,0 @@
-#pragma once
-
-/// Makes the device clip at the selected viewport.
-void clip_apply();
