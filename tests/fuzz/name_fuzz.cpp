@@ -5,6 +5,7 @@
 #include "fuzz/input.h"
 #include "tyr/base/file.h"
 #include "tyr/names/name_conv.h"
+#include "tyr/names/name_mask_private.h"
 #include "tyr/names/name_template_private.h"
 
 using namespace tyr;

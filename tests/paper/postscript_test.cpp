@@ -8,8 +8,6 @@
 #include "tyr/paper/grey.h"
 #include "tyr/paper/postscript.h"
 
-using namespace tyr;
-
 namespace {
 
 using Strings = std::vector<std::string>;

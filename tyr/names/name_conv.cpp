@@ -9,6 +9,7 @@
 #include "tyr/base/res.h"
 #include "tyr/base/str.h"
 #include "tyr/names/date_label.h"
+#include "tyr/names/name_mask_private.h"
 #include "tyr/names/name_take_private.h"
 #include "tyr/names/name_template_private.h"
 

@@ -11,7 +11,6 @@ using namespace tyr;
 namespace {
 
 constexpr int kMaxNumber = 9999;
-constexpr int kMaxMaskWidth = 100;
 
 struct PathLetter {
     char letter;
@@ -307,93 +306,6 @@ std::string Composer::text(const TemplateElement &element)
     return "";
 }
 
-/// A mask in the making: pieces of plain text, quoted where needed, and wildcards.
-class ShellMask {
-  public:
-    void add_plain(std::string_view text) { plain_ += text; }
-    void add_wild(std::string_view text)
-    {
-        flush();
-        mask_ += text;
-    }
-    std::string finish()
-    {
-        flush();
-        return mask_;
-    }
-
-  private:
-    void flush();
-
-    std::string mask_;
-    std::string plain_;
-};
-
-void ShellMask::flush()
-{
-    constexpr std::string_view kHarmless = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ"
-                                           "0123456789_./-+:,@%";
-    if (mask_.empty() && !plain_.empty() && plain_[0] == '~') {
-        std::array<char, kFileNameRoom> expanded;
-        FILE_expand(plain_.c_str(), expanded.data());
-        plain_ = expanded.data();
-    }
-    if (plain_.find_first_not_of(kHarmless) == std::string::npos) {
-        mask_ += plain_;
-    } else {
-        mask_ += '\'';
-        for (const char c : plain_) {
-            if (c == '\'') {
-                mask_ += "'\\''";
-            } else {
-                mask_ += c;
-            }
-        }
-        mask_ += '\'';
-    }
-    plain_.clear();
-}
-
-void add_to_mask(ShellMask &mask, const TemplateElement &element, const TemplateValues &values)
-{
-    switch (element.kind) {
-    case TemplateKind::literal:
-        mask.add_plain(std::string(1, element.letter));
-        break;
-    case TemplateKind::star:
-        mask.add_wild("*");
-        break;
-    case TemplateKind::open:
-    case TemplateKind::close:
-        break;
-    case TemplateKind::percent:
-        mask.add_plain("%");
-        break;
-    case TemplateKind::date:
-        mask.add_wild(find_date(element.letter)->mask);
-        break;
-    case TemplateKind::extension:
-        values.extension.empty() ? mask.add_wild("*") : mask.add_plain(values.extension);
-        break;
-    case TemplateKind::path:
-    case TemplateKind::resource:
-        mask.add_plain(template_path(element));
-        break;
-    case TemplateKind::key: {
-        const std::string &value = values.keys[static_cast<unsigned char>(element.letter)];
-        if (!value.empty()) {
-            mask.add_plain(value);
-        } else if (element.number > 0) {
-            mask.add_wild(
-                std::string(static_cast<size_t>(std::min(element.number, kMaxMaskWidth)), '?'));
-        } else {
-            mask.add_wild("*");
-        }
-        break;
-    }
-    }
-}
-
 } // namespace
 
 std::vector<TemplateElement> tyr::template_elements(std::string_view text)
@@ -428,6 +340,12 @@ int tyr::date_element_unit(char letter)
     return date ? date->unit : 0;
 }
 
+const char *tyr::date_element_mask(char letter)
+{
+    const DateLetter *date = find_date(letter);
+    return date ? date->mask : "*";
+}
+
 std::string tyr::template_path(const TemplateElement &element)
 {
     const char *value = RES_get(element.name.c_str());
@@ -443,13 +361,4 @@ std::string tyr::compose_name(std::string_view text, const TemplateValues &value
         name += composer.text(element);
     }
     return name;
-}
-
-std::string tyr::shell_mask(std::string_view text, const TemplateValues &values)
-{
-    ShellMask mask;
-    for (const TemplateElement &element : template_elements(text)) {
-        add_to_mask(mask, element, values);
-    }
-    return mask.finish();
 }

@@ -49,14 +49,14 @@ int finer_step(int so_far, int step);
 /// Seconds of the unit of a date element; 0 for years and months.
 int date_element_unit(char letter);
 
+/// What stands for a date element in a mask.
+const char *date_element_mask(char letter);
+
 /// The value of a path or resource element.
 std::string template_path(const TemplateElement &element);
 
 /// A name for a date. The fields written go to `file_date`, the finest step to `step`.
 std::string compose_name(std::string_view text, const TemplateValues &values, const DateRec &date,
                          DateRec &file_date, int &step);
-
-/// The mask of all names, for a shell: only its own wildcards are special, the rest is quoted.
-std::string shell_mask(std::string_view text, const TemplateValues &values);
 
 } // namespace tyr

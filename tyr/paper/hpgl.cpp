@@ -1,5 +1,3 @@
-#include "tyr/paper/hpgl.h"
-
 #include <algorithm>
 #include <array>
 #include <cstdarg>
@@ -9,6 +7,7 @@
 #include "tyr/base/str.h"
 #include "tyr/gks/state_private.h"
 #include "tyr/paper/grey.h"
+#include "tyr/paper/hpgl_private.h"
 #include "tyr/paper/output_private.h"
 #include "tyr/paper/paper_private.h"
 #include "tyr/paper/print_colour_private.h"
@@ -234,7 +233,7 @@ void ghp_draw_dc(float x, float y)
     state.out << "PD" << Fixed{x, 0} << "," << Fixed{y, 0} << ";";
 }
 
-void ghp_polyline(int n, const float *points)
+void tyr::ghp_polyline(int n, const float *points)
 {
     constexpr int kPointsPerLine = 10;
     const LineState &line = kernel().line;
@@ -251,7 +250,7 @@ void ghp_polyline(int n, const float *points)
     state.out << "\n";
 }
 
-void ghp_area(int n, const float *points)
+void tyr::ghp_area(int n, const float *points)
 {
     ghp_fill_color(kernel().fill.colour);
     ghp_move_dc(points[0], points[1]);
@@ -262,14 +261,14 @@ void ghp_area(int n, const float *points)
     state.out << "PM1;PM2;FP;\n";
 }
 
-void ghp_begin_markers()
+void tyr::ghp_begin_markers()
 {
     ghp_width(kernel().marker.colour, kernel().marker.width);
     ghp_line_color(kernel().marker.colour);
     ghp_dash(1);
 }
 
-void ghp_stroke(int n, const float *points)
+void tyr::ghp_stroke(int n, const float *points)
 {
     ghp_move_dc(points[0], points[1]);
     for (std::ptrdiff_t i = 1; i < n; i++) {
@@ -281,14 +280,14 @@ void ghp_stroke(int n, const float *points)
     state.out << "\n";
 }
 
-void ghp_begin_text()
+void tyr::ghp_begin_text()
 {
     ghp_width(kernel().text.colour, kernel().text.width);
     ghp_line_color(kernel().text.colour);
     ghp_dash(1);
 }
 
-void ghp_glyph(std::span<const GlyphPoint> points)
+void tyr::ghp_glyph(std::span<const GlyphPoint> points)
 {
     int run = 0;
     for (const GlyphPoint &point : points) {

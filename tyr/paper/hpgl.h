@@ -1,11 +1,8 @@
 #pragma once
 
 #include <cstdio>
-#include <span>
 #include <string>
 #include <vector>
-
-#include "tyr/gks/device_private.h"
 
 /// The HPGL/2 device, by default within the PCL commands that switch a printer to it. Unit: the
 /// plotter unit, taken as 1015 to the inch. One pen; fills by shading.
@@ -33,14 +30,6 @@ void ghp_move(float x, float y);
 void ghp_draw(float x, float y);
 void ghp_move_dc(float x, float y);
 void ghp_draw_dc(float x, float y);
-
-/// The primitives, of points in device coordinates, with the attributes of the kernel's state.
-void ghp_polyline(int n, const float *points);
-void ghp_area(int n, const float *points);
-void ghp_begin_markers();
-void ghp_stroke(int n, const float *points);
-void ghp_begin_text();
-void ghp_glyph(std::span<const tyr::GlyphPoint> points);
 
 /// Writes to the output if there is one.
 void ghp_printf(const char *format, ...) __attribute__((format(printf, 1, 2)));

@@ -1,5 +1,3 @@
-#include "tyr/paper/postscript.h"
-
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -12,6 +10,7 @@
 #include "tyr/paper/grey.h"
 #include "tyr/paper/output_private.h"
 #include "tyr/paper/paper_private.h"
+#include "tyr/paper/postscript_private.h"
 #include "tyr/paper/print_colour_private.h"
 
 using namespace tyr;
@@ -22,7 +21,6 @@ constexpr double kPointsPerInch = 72.0;
 constexpr float kMargin = 0.5F; // inches, both sides together
 constexpr float kNoGrey = -1.0F;
 constexpr float kMinScale = 0.01F;
-constexpr int kSolid = 1;
 constexpr int kPageWidth = 757; // of a redraw, points
 constexpr int kPageHeight = 577;
 constexpr char kDefaultTarget[] = "tyr.ps";
@@ -163,15 +161,6 @@ void apply_word(const std::string &word)
         gps_set_lwidth(static_cast<int>(std::clamp(word_number(word, 7), -1.0F, 1000.0F)));
     } else if (const auto paper = paper_from_word(word)) {
         state.page = *paper;
-    }
-}
-
-/// A path of n points in device coordinates.
-void write_path(int n, const float *points)
-{
-    gps_move_dc(points[0], points[1]);
-    for (std::ptrdiff_t i = 1; i < n; i++) {
-        gps_draw_dc(points[2 * i], points[2 * i + 1]);
     }
 }
 
@@ -366,85 +355,9 @@ void gps_draw_dc(float x, float y)
     state.out << Fixed{x, 2} << " " << Fixed{y, 2} << " ln\n";
 }
 
-void gps_polyline(int n, const float *points)
+void tyr::gps_put(std::string_view text)
 {
-    const LineState &line = kernel().line;
-    state.out << "%%PL:" << n << "\n";
-    gps_width(line.colour, line.width);
-    gps_line_color(line.colour);
-    gps_dash(line.type);
-    state.out << "np\n";
-    write_path(n, points);
-    state.out << "stroke\n";
-}
-
-void gps_area(int n, const float *points)
-{
-    if (kernel().fill.int_style != kSolid) {
-        return;
-    }
-    state.out << "%%FA:" << n << "\nnp\n";
-    write_path(n, points);
-    state.out << "cp\n";
-    gps_fill_color(kernel().fill.colour);
-    state.out << "fill\n";
-}
-
-void gps_begin_markers(int n)
-{
-    const MarkerState &marker = kernel().marker;
-    state.out << "%%PM:" << n << "\n";
-    gps_width(marker.colour, marker.width);
-    gps_line_color(marker.colour);
-    gps_dash(1);
-}
-
-void gps_stroke(int n, const float *points)
-{
-    state.out << "np\n";
-    write_path(n, points);
-    if (n == 1) {
-        gps_draw_dc(points[0] + 1.0F, points[1]);
-    }
-    state.out << "stroke\n";
-}
-
-void gps_begin_text(const float pos[2], const char *text)
-{
-    const TextState &attributes = kernel().text;
-    state.out.print("%%%%TE:%f %f %s\n", pos[0], pos[1], comment_text(text).c_str());
-    gps_width(attributes.colour, attributes.width);
-    gps_line_color(attributes.colour);
-    gps_dash(1);
-}
-
-void gps_glyph(std::span<const GlyphPoint> points)
-{
-    int run = 0;
-    state.out << "np\n";
-    for (const GlyphPoint &point : points) {
-        if (!point.begins) {
-            gps_draw_dc(point.x, point.y);
-            run++;
-        }
-        if (point.begins || run == kMaxRun) {
-            state.out << (run > 1 ? "stroke\nnp\n" : "");
-            gps_move_dc(point.x, point.y);
-            run = 1;
-        }
-    }
-    state.out << (run > 1 ? "stroke\n" : "");
-}
-
-void gps_clear_region(const float rect[4])
-{
-    const float corners[] = {rect[0], rect[2], rect[1], rect[2],
-                             rect[1], rect[3], rect[0], rect[3]};
-    state.out << "%%CLR\nnp\n";
-    write_path(4, corners);
-    state.out << "cp\n";
-    gps_fill_color(-1);
-    state.out << "fill\n";
+    state.out << text;
 }
 
 void gps_printf(const char *format, ...)
@@ -455,7 +368,7 @@ void gps_printf(const char *format, ...)
     va_end(args);
 }
 
-bool gps_open_print()
+bool tyr::gps_open_print()
 {
     const std::string target = output_target({}, {"tyrps_print", "PSPRINT"}, kDefaultTarget);
     if (gps_open(target.c_str()) == nullptr) {

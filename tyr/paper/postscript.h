@@ -1,11 +1,8 @@
 #pragma once
 
 #include <cstdio>
-#include <span>
 #include <string>
 #include <vector>
-
-#include "tyr/gks/device_private.h"
 
 /// The PostScript device. Unit: the point, 72 to the inch.
 
@@ -42,22 +39,6 @@ void gps_move(float x, float y);
 void gps_draw(float x, float y);
 void gps_move_dc(float x, float y);
 void gps_draw_dc(float x, float y);
-
-/// The primitives, of points in device coordinates, with the attributes of the kernel's state. A
-/// marker's stroke of one point is a dot as long as it is wide: paper shows no line without length.
-void gps_polyline(int n, const float *points);
-void gps_area(int n, const float *points);
-void gps_begin_markers(int n);
-void gps_stroke(int n, const float *points);
-/// A text's position in world coordinates; then its characters one by one.
-void gps_begin_text(const float pos[2], const char *text);
-void gps_glyph(std::span<const tyr::GlyphPoint> points);
-/// x minimum, x maximum, y minimum, y maximum.
-void gps_clear_region(const float rect[4]);
-
-/// Opens for a redraw of a window's picture: `tyrps_print`, `PSPRINT` or "tyr.ps". False when that
-/// fails.
-bool gps_open_print();
 
 /// Writes to the output if there is one.
 void gps_printf(const char *format, ...) __attribute__((format(printf, 1, 2)));

@@ -24,8 +24,6 @@
 #include "tyr/plot/labels.h"
 #include "tyr/x11/frames.h"
 
-using namespace tyr;
-
 namespace {
 
 constexpr int kPagingOff = 0;

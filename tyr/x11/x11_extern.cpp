@@ -12,7 +12,6 @@
 #include "tyr/x11/window_id_private.h"
 #include "tyr/x11/x11_colour.h"
 #include "tyr/x11/x11_connect.h"
-#include "tyr/x11/x11_draw.h"
 #include "tyr/x11/x11_state_private.h"
 #include "tyr/x11/x11_window.h"
 

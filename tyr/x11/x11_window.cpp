@@ -15,7 +15,7 @@
 #include "tyr/x11/x11_colour.h"
 #include "tyr/x11/x11_connect.h"
 #include "tyr/x11/x11_default.h"
-#include "tyr/x11/x11_draw.h"
+#include "tyr/x11/x11_gc_private.h"
 #include "tyr/x11/x11_icon_private.h"
 #include "tyr/x11/x11_primitives.h"
 #include "tyr/x11/x11_state_private.h"
