@@ -18,6 +18,7 @@
 #include "tyr/place/domain_text.h"
 #include "tyr/plot/area.h"
 #include "tyr/plot/grid_interval.h"
+#include "tyr/start/option_codes.h"
 #include "tyr/start/options.h"
 #include "tyr/var/level.h"
 
@@ -30,12 +31,36 @@ constexpr unsigned kError = 48;
 constexpr int kDefaultHours = -12;
 constexpr int kStationAnswer = 80;
 
-/// help to geometry; the resource of each code stands in base/option_table.
-constexpr int kKeyed[] = {57, 3,  73, 48, 41, 39, 94, 55, 63,  106, 112, 113, 114, 6,  72,
-                          76, 64, 80, 47, 40, 58, 78, 60, 84,  110, 96,  98,  105, 71, 89,
-                          88, 85, 86, 44, 69, 37, 35, 51, 27,  28,  13,  23,  17,  22, 31,
-                          9,  32, 10, 11, 15, 20, 8,  46, 102, 59,  2,   53,  0};
-constexpr int kPositional[] = {50, 0};
+constexpr int kKeyed[] = {kOptHelp,       kOptBatch,
+                          kOptMessage,    kOptFilePath,
+                          kOptDataPath,   kOptConPath,
+                          kOptRawPath,    kOptGridPath,
+                          kOptImagePath,  kOptWatchPath,
+                          kOptTextPath,   kOptModelPath,
+                          kOptSatPath,    kOptCityFile,
+                          kOptMapFile,    kOptNameConv,
+                          kOptInFile,     kOptOutFile,
+                          kOptFileParam,  kOptCurrent,
+                          kOptHour,       kOptNumHour,
+                          kOptIdentifier, kOptPlotDomain,
+                          kOptGridDomain, kOptRegion,
+                          kOptStatPrior,  kOptVariable,
+                          kOptLevel,      kOptPlotType,
+                          kOptPlotScale,  kOptPlotFormat,
+                          kOptPlotParam,  kOptDraw,
+                          kOptLabel,      kOptConInterval,
+                          kOptConBase,    kOptFontList,
+                          kOptColorTable, kOptColorText,
+                          kOptColorData,  kOptColorMap,
+                          kOptColorGrid,  kOptColorLine,
+                          kOptColorWind,  kOptColorCloud,
+                          kOptColorWx,    kOptColorCmap,
+                          kOptColorCont,  kOptColorFill,
+                          kOptColorLabel, kOptColorClabel,
+                          kOptDevice,     kOptTitle,
+                          kOptIcon,       kOptBackground,
+                          kOptGeometry,   0};
+constexpr int kPositional[] = {kOptFiles, 0};
 
 enum class HeightSetting { kHigh, kLower };
 
