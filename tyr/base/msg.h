@@ -12,6 +12,11 @@ inline constexpr unsigned kMsgOut2 = 0x000F0000U;
 inline constexpr unsigned kMsgOut3 = 0x00F00000U;
 inline constexpr unsigned kMsgOut4 = 0x0F000000U;
 inline constexpr unsigned kMsgDebug = 0xF0000000U;
+inline constexpr unsigned kMsgWarnA = 0x00000040U; ///< a failure that its caller may tell of too
+inline constexpr unsigned kMsgDebugA = 0x10000000U;
+inline constexpr unsigned kMsgDebugB = 0x20000000U;
+inline constexpr unsigned kMsgDebugC = 0x40000000U;
+inline constexpr unsigned kMsgDebugD = 0x80000000U;
 
 /// Shows a text: to the log if one is open, and to standard output, or to standard error when the
 /// mask holds a bit of error or warn. Returns 1 if it went to the terminal, else 0 (the mask has no

@@ -5,14 +5,13 @@
 #include <limits>
 #include <system_error>
 
+#include "tyr/base/str.h"
+
+using namespace tyr;
+
 namespace {
 
 constexpr std::string_view kBlanks = " \t\r\n";
-
-bool is_digit(char c)
-{
-    return c >= '0' && c <= '9';
-}
 
 // Where the digits behind blanks and a sign begin; npos if no number can stand there.
 std::size_t number_start(std::string_view text, bool with_point)

@@ -11,10 +11,12 @@
 
 #include "tyr/base/missing.h"
 #include "tyr/base/msg.h"
+#include "tyr/base/str.h"
+
+using namespace tyr;
 
 namespace {
 
-constexpr unsigned kTrace = 0x80000000U;
 constexpr int kAnyWidth = 999;
 constexpr int kLongestField = kScanFieldRoom - 1;
 constexpr std::string_view kWhite = " \n\r\t";
@@ -23,11 +25,6 @@ constexpr std::string_view kBlankInLine = " \r\t";
 bool is_in(std::string_view set, char c)
 {
     return c != '\0' && set.find(c) != std::string_view::npos;
-}
-
-bool is_digit(char c)
-{
-    return c >= '0' && c <= '9';
 }
 
 bool is_letter(char c)
@@ -351,10 +348,10 @@ bool Walk::field(va_list *arguments)
 
 void Walk::run(va_list *arguments)
 {
-    const bool traces = MSG_test(kTrace) != 0;
+    const bool traces = MSG_test(kMsgDebugD) != 0;
     while (!format_.empty()) {
         if (traces) {
-            MSG_out(kTrace, "     :%s:%.50s:\n", format_.data(), rest().data());
+            MSG_out(kMsgDebugD, "     :%s:%.50s:\n", format_.data(), rest().data());
         }
         const char c = format_.front();
         format_.remove_prefix(1);
@@ -437,9 +434,9 @@ int scanp(ScanRec *scan, const char *format, ...)
     va_start(arguments, format);
     Walk(*scan, format).run(&arguments);
     va_end(arguments);
-    if (MSG_test(kTrace)) {
-        MSG_out(kTrace, "SCANP:%.50s:%s:%d:%d:%d:%d:%d\n", SCAN_here(scan), format, scan->position,
-                scan->consumed, scan->stored, scan->fields, scan->complete);
+    if (MSG_test(kMsgDebugD)) {
+        MSG_out(kMsgDebugD, "SCANP:%.50s:%s:%d:%d:%d:%d:%d\n", SCAN_here(scan), format,
+                scan->position, scan->consumed, scan->stored, scan->fields, scan->complete);
     }
     return scan->fields;
 }

@@ -68,3 +68,13 @@ int STR_read_cut_line(FILE *stream, char *buffer, int n);
 
 /// Linear interpolation: (x - x0) (y1 - y0) / (x1 - x0) + y0.
 float NUM_interp(float x, float x0, float x1, float y0, float y1);
+
+namespace tyr {
+
+/// A decimal digit, whatever the locale.
+constexpr bool is_digit(char c)
+{
+    return c >= '0' && c <= '9';
+}
+
+} // namespace tyr

@@ -13,7 +13,6 @@ using namespace tyr;
 
 namespace {
 
-constexpr unsigned kTrace = 0x40000000U;
 constexpr float kSameColour = 0.01F; // sum of the three differences
 
 struct Colour {
@@ -55,7 +54,7 @@ int find_or_add(float red, float green, float blue)
 {
     for (int i = state.highest - 1; i >= 0; i--) {
         if (gcolor_same(i, 0, red, green, blue)) {
-            MSG_out(kTrace, "Used existing ind: %d (%.2f %.2f %.2f)\n", i, red, green, blue);
+            MSG_out(kMsgDebugC, "Used existing ind: %d (%.2f %.2f %.2f)\n", i, red, green, blue);
             return i;
         }
     }
@@ -63,7 +62,8 @@ int find_or_add(float red, float green, float blue)
         return -1;
     }
     ++state.highest;
-    MSG_out(kTrace, "Allocated new ind: %d (%.2f %.2f %.2f)\n", state.highest, red, green, blue);
+    MSG_out(kMsgDebugC, "Allocated new ind: %d (%.2f %.2f %.2f)\n", state.highest, red, green,
+            blue);
     return state.highest;
 }
 

@@ -40,15 +40,15 @@ struct PrintWord {
 };
 
 constexpr PrintWord kPrintWords[] = {
-    {"pblk",  500},
-    {"pbblk", 501},
-    {"ptblk", 502},
-    {"pwht",  503},
-    {"pbwht", 504},
-    {"ptwht", 505},
-    {"pgry",  506},
-    {"pbgry", 507},
-    {"ptgry", 508},
+    {"pblk",  kPrintBlack    },
+    {"pbblk", kPrintBlack + 1},
+    {"ptblk", kPrintBlack + 2},
+    {"pwht",  kPrintWhite    },
+    {"pbwht", kPrintWhite + 1},
+    {"ptwht", kPrintWhite + 2},
+    {"pgry",  kPrintGrey     },
+    {"pbgry", kPrintGrey + 1 },
+    {"ptgry", kPrintGrey + 2 },
 };
 
 /// What one file of the list left behind.

@@ -263,7 +263,9 @@ int ginq_text_colr();
 
 inline constexpr int kMaxColour = 256;       ///< greatest index of the tables
 inline constexpr int kBackgroundEntry = 256; ///< table entry that index -1 reaches
-inline constexpr int kFirstPrintColour = 500;
+/// Black, white and grey, each in plain, double and fourfold width.
+enum PrintColour : int { kPrintBlack = 500, kPrintWhite = 503, kPrintGrey = 506 };
+inline constexpr int kFirstPrintColour = kPrintBlack;
 inline constexpr int kLastPrintColour = 508;
 
 /// Red, green, blue (0 to 1) of a colour index, 0 to 256 or -1; print colours are ignored.

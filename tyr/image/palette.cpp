@@ -9,7 +9,6 @@ using namespace tyr;
 
 namespace {
 
-constexpr unsigned kTrace = 0x40000000U;
 constexpr unsigned kFullColor = 255;
 constexpr int kColorBits = 8;
 
@@ -67,7 +66,7 @@ class Colors {
         : image_(image), red_(image.red_mask), green_(image.green_mask), blue_(image.blue_mask)
     {
         if (!has_table()) {
-            MSG_out(kTrace, "mask: %d-%d %d-%d %d-%d\n", red_.shift, red_.width, green_.shift,
+            MSG_out(kMsgDebugC, "mask: %d-%d %d-%d %d-%d\n", red_.shift, red_.width, green_.shift,
                     green_.width, blue_.shift, blue_.width);
         }
     }

@@ -10,7 +10,6 @@ namespace tyr {
 inline constexpr std::string_view kMagic = "TYRIMG";
 inline constexpr std::size_t kPiece = 10000;       ///< bytes of a compressed piece, before
 inline constexpr std::size_t kPieceBuffer = 12000; ///< and after
-inline constexpr unsigned kTrace = 0x40000000U;
 
 /// The same for a file that is looked at so many times.
 int tyr_read(const char *path, ImageRec *image, int header_only, int most_tries);

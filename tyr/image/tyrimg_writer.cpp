@@ -105,7 +105,7 @@ bool write_piece(std::FILE *file, unsigned char *bytes, std::size_t size)
     stream.next_out = buffer.data();
     stream.avail_out = static_cast<uInt>(buffer.size());
     const int status = deflate(&stream, Z_FINISH);
-    MSG_out(kTrace, "Deflate+ %d = %d %d = %d %d\n", status, static_cast<int>(size),
+    MSG_out(kMsgDebugC, "Deflate+ %d = %d %d = %d %d\n", status, static_cast<int>(size),
             static_cast<int>(stream.avail_in), static_cast<int>(buffer.size()),
             static_cast<int>(stream.avail_out));
     deflateEnd(&stream);

@@ -28,7 +28,6 @@ using namespace tyr;
 
 namespace {
 
-constexpr unsigned kWarn = 192;
 constexpr float kMapLabel = 0.018F;   ///< of the window height
 constexpr float kSpaceLabel = 0.015F; ///< of the page, in plot spaces
 constexpr float kDefaultInterval = 5.0F;
@@ -147,7 +146,7 @@ int process_image(const char *text)
         path_of("image_path", colon ? std::string(text, colon) : std::string(text));
     PLT_message("Map-image: %s", path.c_str());
     if (gis_x11() == 0) {
-        MSG_out(kWarn, "MAP_process: No display for the map image: %s\n", path.c_str());
+        MSG_out(kMsgWarn, "MAP_process: No display for the map image: %s\n", path.c_str());
         return -1;
     }
     std::array<char, kColourRoom> colour{};
@@ -245,11 +244,11 @@ int process_map(const char *entry)
         stream.reset(FILE_open(path.c_str(), "r"));
     }
     if (!stream) {
-        MSG_out(kWarn, "MAP_process: Map file not found: %s\n", path.c_str());
+        MSG_out(kMsgWarn, "MAP_process: Map file not found: %s\n", path.c_str());
         return -1;
     }
     if (attr.color != -1 && draw_map_file(stream.get()) == MapFileEnd::kDamaged) {
-        MSG_out(kWarn, "MAP_process: Map file is damaged: %s\n", path.c_str());
+        MSG_out(kMsgWarn, "MAP_process: Map file is damaged: %s\n", path.c_str());
     }
     return 0;
 }

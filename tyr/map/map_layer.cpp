@@ -28,7 +28,6 @@ using namespace tyr;
 
 namespace {
 
-constexpr unsigned kWarn = 192;
 constexpr float kMapLabel = 0.018F; ///< of the window height
 constexpr float kSpaceLabel = 0.015F;
 constexpr int kDashed = 4;
@@ -69,7 +68,7 @@ bool is_text(std::string_view word)
 void report_list(const char *what, const char *path)
 {
     if (state.told != path) {
-        MSG_out(kWarn, "%s%s\n", what, path);
+        MSG_out(kMsgWarn, "%s%s\n", what, path);
         state.told = path;
     }
 }

@@ -33,3 +33,12 @@ enum LevelKind : int {
     kLevelEtaLayer = 120,
     kLevelWhole = 200
 };
+
+/// Bounds of a layer that stand for more than a number: hPa of pressure layers, metres (times 100)
+/// of height layers.
+inline constexpr int kFromSurface = 1900;
+inline constexpr int kFromMaxTemp = 1910;
+inline constexpr int kFromTropopause = 1950;
+inline constexpr int kFromSurfaceIndex = 2000; ///< and above: that much below the surface
+inline constexpr int kAboveTropopause = 99500;
+inline constexpr int kBelowTropopause = 99600;

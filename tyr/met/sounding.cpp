@@ -15,7 +15,6 @@
 namespace {
 
 constexpr SoundLevel kClear{kMissing, kMissing, kMissing, kMissing, kMissing, kMissing};
-constexpr unsigned kFailure = 64; // a failure that the caller deals with
 
 using Field = float SoundLevel::*;
 constexpr std::array<Field, 6> kFields{&SoundLevel::p,  &SoundLevel::z,   &SoundLevel::t,
@@ -188,7 +187,7 @@ bool is_sounding(const char *routine, const SoundLevel *sound, int count)
 {
     if (count >= 0 && count <= kMaxSoundLevels && (sound != nullptr || count == 0))
         return true;
-    MSG_out(kFailure, "%s: Sounding of %d levels, room is for %d\n", routine, count,
+    MSG_out(kMsgWarnA, "%s: Sounding of %d levels, room is for %d\n", routine, count,
             kMaxSoundLevels);
     return false;
 }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "tyr/base/angle.h"
 #include "tyr/base/missing.h"
 
 namespace {
@@ -267,10 +268,9 @@ float MET_lin_interp(float x, float x1, float x2, float y1, float y2)
 
 float MET_great_circle(float lat1, float lon1, float lat2, float lon2)
 {
-    constexpr double kRadians = 0.017453292519943295;
-    const double phi1 = lat1 * kRadians;
-    const double phi2 = lat2 * kRadians;
-    const double lambda = (double{lon2} - lon1) * kRadians;
+    const double phi1 = lat1 * kRadiansPerDegree;
+    const double phi2 = lat2 * kRadiansPerDegree;
+    const double lambda = (double{lon2} - lon1) * kRadiansPerDegree;
     const double product =
         std::sin(phi1) * std::sin(phi2) + std::cos(phi1) * std::cos(phi2) * std::cos(lambda);
     return to_float(std::acos(std::clamp(product, -1.0, 1.0)) * 100.0 * kPlotEarthRadius);

@@ -1,13 +1,12 @@
 #pragma once
 
+#include "tyr/met/constants.h"
+
 /// Scalar formulas of moist air. Temperatures and dew points in kelvin, pressures and vapour
 /// pressures in hPa, mixing ratio and specific humidity in g/kg, relative humidity in percent,
 /// heights in metres. Worked in double, handed back as float.
 ///
 /// "td or e": a value above 100 is a dew point, one of 100 and below a vapour pressure.
-
-/// 0 degrees Celsius in kelvin.
-inline constexpr double kZeroCelsius = 273.15;
 
 /// Saturation vapour pressure over water: the Goff-Gratch form of Nordquist (1973, US Army
 /// Electronics Command ECOM-5475). Missing below 0, 0 below 100 K.
@@ -76,9 +75,8 @@ float MET_lcl_pressure(float t, float td, float p);
 /// below 0.
 float MET_std_height(float p);
 
-/// Pressure at a height z above p, in the standard lapse of 6.5 K/km. Missing for p at or below 0
-/// or z Missing, or above
-/// the lapse's end at 44 km.
+/// Pressure at a height z above p, in the standard lapse of 6.5 K/km. Missing for p at or below 0,
+/// z Missing, or above the lapse's end at 44 km.
 float MET_press_at_height(float p, float z);
 
 /// Interpolation of x1 at p1 and x2 at p2 to p, linear in the logarithm of pressure. Both x

@@ -2,12 +2,11 @@
 
 #include <cmath>
 
+#include "tyr/base/angle.h"
 #include "tyr/base/missing.h"
 
 namespace {
 
-constexpr double kRadians = 0.017453292519943334;
-constexpr double kDegrees = 57.295779513082195;
 constexpr double kCalm = 0.01; // speed below which a wind has no direction
 
 } // namespace
@@ -18,7 +17,7 @@ int MET_wind_uv(float *u, float *v, float direction, float speed)
     *v = kMissing;
     if (is_missing(direction) || is_missing(speed))
         return -1;
-    const double angle = direction * kRadians;
+    const double angle = direction * kRadiansPerDegree;
     *u = static_cast<float>(-speed * std::sin(angle));
     *v = static_cast<float>(-speed * std::cos(angle));
     return 0;
@@ -35,7 +34,7 @@ int MET_wind_dirspd(float *direction, float *speed, float u, float v)
     *direction = 0.0F;
     if (length < kCalm)
         return 0;
-    const double angle = std::atan2(-double{u}, -double{v}) * kDegrees;
+    const double angle = std::atan2(-double{u}, -double{v}) * kDegreesPerRadian;
     *direction = static_cast<float>(angle < 0.0 ? angle + 360.0 : angle);
     if (*direction >= 360.0F) // a hair west of north, rounded up
         *direction = 0.0F;

@@ -5,19 +5,18 @@
 #include <cmath>
 #include <vector>
 
+#include "tyr/base/angle.h"
 #include "tyr/base/missing.h"
 #include "tyr/base/msg.h"
+#include "tyr/met/constants.h"
 #include "tyr/met/level_kind.h"
 #include "tyr/met/wind.h"
 
 namespace {
 
-constexpr unsigned kTrace = 0x40000000;
-constexpr double kKnots = 0.5144;     // m/s in a knot
 constexpr float kTopStart = 5000.0F;  // a sounding that begins higher has no low winds
 constexpr float kMargin = 10.0F;      // m, so that the last step reaches the top
 constexpr float kDeepest = 100000.0F; // m, deeper than any layer of the atmosphere
-constexpr double kRadians = 0.017453292519943295;
 
 struct Wind {
     float u = kMissing;
@@ -36,7 +35,7 @@ Wind wind_of(float direction, float speed, double factor)
 
 Wind wind_of(const SoundLevel &level)
 {
-    return wind_of(level.dir, level.spd, kKnots);
+    return wind_of(level.dir, level.spd, kKnot);
 }
 
 // A wind seen from a moving storm.
@@ -99,19 +98,19 @@ struct End {
 void trace_step(const End &lower, const End &upper, const Wind &below, const Wind &above, double su,
                 double sv)
 {
-    if (MSG_test(kTrace) == 0)
+    if (MSG_test(kMsgDebugC) == 0)
         return;
     const std::array<double, 8> x{lower.level.p, upper.level.p, below.u, below.v,
                                   above.u,       above.v,       su,      sv};
     if (lower.index == kLayerEnd)
-        MSG_out(kTrace, "LB,%2d  %5.1f,%5.1f %5.1f,%5.1f %5.1f,%5.1f %5.1f,%5.1f\n", upper.index,
-                x[0], x[1], x[2], x[3], x[4], x[5], x[6], x[7]);
-    else if (upper.index == kLayerEnd)
-        MSG_out(kTrace, "%2d,LT  %5.1f,%5.1f %5.1f,%5.1f %5.1f,%5.1f %5.1f,%5.1f\n", lower.index,
-                x[0], x[1], x[2], x[3], x[4], x[5], x[6], x[7]);
-    else
-        MSG_out(kTrace, "%2d,%2d  %5.1f,%5.1f %5.1f,%5.1f %5.1f,%5.1f %5.1f,%5.1f\n", lower.index,
+        MSG_out(kMsgDebugC, "LB,%2d  %5.1f,%5.1f %5.1f,%5.1f %5.1f,%5.1f %5.1f,%5.1f\n",
                 upper.index, x[0], x[1], x[2], x[3], x[4], x[5], x[6], x[7]);
+    else if (upper.index == kLayerEnd)
+        MSG_out(kMsgDebugC, "%2d,LT  %5.1f,%5.1f %5.1f,%5.1f %5.1f,%5.1f %5.1f,%5.1f\n",
+                lower.index, x[0], x[1], x[2], x[3], x[4], x[5], x[6], x[7]);
+    else
+        MSG_out(kMsgDebugC, "%2d,%2d  %5.1f,%5.1f %5.1f,%5.1f %5.1f,%5.1f %5.1f,%5.1f\n",
+                lower.index, upper.index, x[0], x[1], x[2], x[3], x[4], x[5], x[6], x[7]);
 }
 
 // Sums of a mean that is weighted by the logarithm of pressure.
@@ -202,13 +201,15 @@ struct Helicity {
             return;
         const double term = double{previous.v} * next.u - double{next.v} * previous.u;
         (term > 0.0 ? positive : negative) += term;
-        const double angle = turning(previous.direction, next.direction) * kRadians / kStep;
+        const double angle =
+            turning(previous.direction, next.direction) * kRadiansPerDegree / kStep;
         const double along = (double{next.speed} + previous.speed) * angle / 2.0;
         const double across = (double{next.speed} - previous.speed) / kStep;
         streamwise += along;
         vorticity += std::hypot(along, across);
-        MSG_out(kTrace, "%5.1f %5.1f-%5.1f  %5.1f,%5.1f %5.1f,%5.1f = %5.1f,%5.1f %5.1f,%5.1f\n",
-                depth, z - kStep, double{z}, double{previous.u}, double{previous.v}, double{next.u},
+        MSG_out(kMsgDebugC,
+                "%5.1f %5.1f-%5.1f  %5.1f,%5.1f %5.1f,%5.1f = %5.1f,%5.1f %5.1f,%5.1f\n", depth,
+                z - kStep, double{z}, double{previous.u}, double{previous.v}, double{next.u},
                 double{next.v}, term, angle, along, across);
         depth += kStep;
         previous = next;
@@ -245,21 +246,21 @@ int MET_mean_wind(const SoundLevel *sound, int count, int kind, float *result, f
     const int ia = MET_sound_at(sound, count, kind, &low.level, bottom);
     if (ia < 0)
         return -1;
-    MET_print_level(kTrace, 0, ia, &low.level);
+    MET_print_level(kMsgDebugC, 0, ia, &low.level);
     if (is_missing(top) || top == bottom) {
         result[0] = low.level.dir;
         result[1] = low.level.spd;
         return 1;
     }
     const int ib = MET_sound_at(sound, count, kind, &high.level, top);
-    MET_print_level(kTrace, 0, ib, &high.level);
-    MSG_out(kTrace, "%2d-%2d  %5.1f %5.1f  %5.1f %5.1f\n", ia, ib, double{low.level.dir},
+    MET_print_level(kMsgDebugC, 0, ib, &high.level);
+    MSG_out(kMsgDebugC, "%2d-%2d  %5.1f %5.1f  %5.1f %5.1f\n", ia, ib, double{low.level.dir},
             double{low.level.spd}, double{high.level.dir}, double{high.level.spd});
     Mean mean;
     const std::vector<End> ends = step_ends(sound, low, std::min(ia, count - 1), high, ib);
     for (std::size_t i = 1; i < ends.size(); ++i)
         mean.add(ends[i - 1], ends[i]);
-    MSG_out(kTrace, "%f %f\n", mean.weight, mean.speed);
+    MSG_out(kMsgDebugC, "%f %f\n", mean.weight, mean.speed);
     if (mean.weight == 0.0)
         return 0;
     float vector_speed = 0.0F;
@@ -276,8 +277,8 @@ int MET_shear(const SoundLevel *sound, int count, int kind, const float *storm, 
     result[0] = result[1] = kMissing;
     if (count <= 0 || sound->z > kTopStart)
         return 0;
-    const Wind motion = storm != nullptr ? wind_of(storm[0], storm[1], kKnots) : Wind{0.0F, 0.0F};
-    MSG_out(kTrace, "%f,%f\n", double{motion.u}, double{motion.v});
+    const Wind motion = storm != nullptr ? wind_of(storm[0], storm[1], kKnot) : Wind{0.0F, 0.0F};
+    MSG_out(kMsgDebugC, "%f,%f\n", double{motion.u}, double{motion.v});
     SoundLevel previous;
     SoundLevel high;
     MET_sound_at(sound, count, kind, &previous, bottom);
@@ -299,7 +300,7 @@ int MET_shear(const SoundLevel *sound, int count, int kind, const float *storm, 
             const bool veers = (d >= 0.0F && d <= 180.0F) || d < -180.0F;
             (veers ? veering : backing).add(lower, upper);
             depth += kStep;
-            MSG_out(kTrace, "%5.1f %5.1f-%5.1f  %5.1f,%5.1f %5.1f,%5.1f = %5.1f %5.1f\n", depth,
+            MSG_out(kMsgDebugC, "%5.1f %5.1f-%5.1f  %5.1f,%5.1f %5.1f,%5.1f = %5.1f %5.1f\n", depth,
                     double{z - kStep}, double{z}, double{lower.u}, double{lower.v}, double{upper.u},
                     double{upper.v}, double{upper.u} - lower.u, double{upper.v} - lower.v);
         }
@@ -318,7 +319,7 @@ int MET_helicity(const SoundLevel *sound, int count, int kind, const float *stor
     std::fill(result, result + kHelicityResults, kMissing);
     if (count < 2 || sound->z > kTopStart || storm == nullptr || is_missing(storm[0]))
         return 0;
-    const Wind motion = wind_of(storm[0], storm[1], kKnots);
+    const Wind motion = wind_of(storm[0], storm[1], kKnot);
     SoundLevel low;
     SoundLevel high;
     MET_sound_at(sound, count, kind, &low, bottom);
@@ -340,7 +341,7 @@ int MET_helicity(const SoundLevel *sound, int count, int kind, const float *stor
         MET_sound_at(sound, count, kLevelHeight, &next, z);
         sums.add(relative_to(motion, wind_of(next)), z);
     }
-    MSG_out(kTrace, "%5.1f %5.1f-%5.1f\n", sums.depth, double{walk.from}, double{walk.to});
+    MSG_out(kMsgDebugC, "%5.1f %5.1f-%5.1f\n", sums.depth, double{walk.from}, double{walk.to});
     sums.results(result);
     return std::min(status, walk.status);
 }

@@ -17,9 +17,6 @@ using namespace tyr;
 
 namespace {
 
-constexpr unsigned kTrace = 0x10000000U;
-constexpr unsigned kTracePath = 0x40000000U;
-constexpr unsigned kTraceKeys = 0x80000000U;
 constexpr int kLineLength = 160;
 constexpr int kHourly = 3600;
 constexpr int kNoStep = 100000; ///< stands for the step of a template without date elements
@@ -76,7 +73,7 @@ void take_keys(char *type)
         const std::string value = text.substr(colon + 3, end - colon - 3);
         const auto letter = static_cast<unsigned char>(text[colon + 1]);
         FILE_set_key(letter, value.c_str());
-        MSG_out(kTraceKeys, "KEY: %c = %s\n", letter, value.c_str());
+        MSG_out(kMsgDebugD, "KEY: %c = %s\n", letter, value.c_str());
         if (std::strlen(type) > colon) {
             type[colon] = '\0';
         }
@@ -115,7 +112,7 @@ bool find_convention(FILE *file, const std::string &type)
             continue;
         }
         if (STR_casecmp(key.c_str(), type.c_str()) == 0) {
-            MSG_out(kTrace, "File name match for: %s\n", type.c_str());
+            MSG_out(kMsgDebugA, "File name match for: %s\n", type.c_str());
             return true;
         }
         if (STR_has_prefix(type, key)) {
@@ -123,7 +120,7 @@ bool find_convention(FILE *file, const std::string &type)
             if (underscore != std::string::npos) {
                 state.now.extension = type.substr(underscore + 1);
             }
-            MSG_out(kTrace, "File name partial match for: %s-%s ext: %s\n", type.c_str(),
+            MSG_out(kMsgDebugA, "File name partial match for: %s-%s ext: %s\n", type.c_str(),
                     key.c_str(), state.now.extension.c_str());
             return true;
         }
@@ -169,7 +166,7 @@ std::optional<std::string> extracted_path()
         return std::nullopt;
     }
     const std::string path = last.substr(0, cut);
-    MSG_out(kTracePath, "Extracted path: %s\n", path.c_str());
+    MSG_out(kMsgDebugC, "Extracted path: %s\n", path.c_str());
     return path;
 }
 
@@ -195,12 +192,12 @@ int FILE_set_name(char *type)
         take_as_template(type);
         return 0;
     }
-    MSG_out(kTrace, "Opening name convention file: %s\n", path.c_str());
+    MSG_out(kMsgDebugA, "Opening name convention file: %s\n", path.c_str());
     now.extension.clear();
     if (find_convention(file.get(), type)) {
         return 1;
     }
-    MSG_out(kTrace, "No file name conversion for: %s\n", type);
+    MSG_out(kMsgDebugA, "No file name conversion for: %s\n", type);
     take_as_template(type);
     return 0;
 }
@@ -369,7 +366,7 @@ void FILE_take_name(const char *input, char *out)
         give(taken.name, out);
     }
     if (MSG_test(kMsgDebug)) {
-        MSG_out(kTraceKeys, "FILES:%s:%s:%d\n", input, out, now.step);
+        MSG_out(kMsgDebugD, "FILES:%s:%s:%d\n", input, out, now.step);
         TIME_print(kMsgDebug, &now.date);
     }
 }

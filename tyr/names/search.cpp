@@ -16,6 +16,8 @@
 #include "tyr/base/str.h"
 #include "tyr/base/sys.h"
 
+using namespace tyr;
+
 namespace {
 
 constexpr int kPromptTries = 4;
@@ -26,11 +28,6 @@ constexpr long kLargestOffset = 1000000; ///< of days, hours or minutes
 constexpr const char *kLatest = "la";
 
 using Name = std::array<char, kFileNameRoom>;
-
-bool is_digit(char c)
-{
-    return std::isdigit(static_cast<unsigned char>(c)) != 0;
-}
 
 /// Reads YYYYMMDDHHMM as far as the digits go; `text` is left behind them.
 DateRec read_digits(const char *&text)

@@ -16,7 +16,6 @@
 
 namespace {
 
-constexpr unsigned kTrace = 0x40000000U;
 constexpr int kNoStep = 100000;
 constexpr int kMostHours = 250000; ///< keeps sums of seconds within an int
 
@@ -152,7 +151,7 @@ int FILE_next(char *out)
         FILE_get_date(&date);
         MSG_out(kMsgDebug, "out: ");
         TIME_print(kMsgDebug, &date);
-        MSG_out(kTrace, "NEXT: %d %d %d %d %d %s\n", state.offset, state.file_step,
+        MSG_out(kMsgDebugC, "NEXT: %d %d %d %d %d %s\n", state.offset, state.file_step,
                 state.requested_step, state.range, steps, out);
     }
     state.offset += state.file_step;

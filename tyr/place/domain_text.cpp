@@ -22,8 +22,6 @@ using namespace tyr;
 
 namespace {
 
-constexpr unsigned kWarn = 192;
-constexpr unsigned kTrace = 0x40000000U;
 constexpr int kUnknown = -1;
 constexpr int kGridWidth = 25;
 constexpr int kGridHeight = 17;
@@ -156,7 +154,7 @@ bool read_projection(const std::string &text, DomainRec *out)
 int decode_region_text(const char *text, DomainRec *out)
 {
     if (state.nested >= kMostNested) {
-        MSG_out(kWarn, "DOM_decode: Regions name each other: %s\n", text);
+        MSG_out(kMsgWarn, "DOM_decode: Regions name each other: %s\n", text);
         return kUnknown;
     }
     ++state.nested;
@@ -327,12 +325,12 @@ int try_forms(const std::vector<Word> &words, DomainRec *out)
     for (size_t i = 0; i < forms().size() && !words.empty(); ++i) {
         const int result = try_form(i, words, out);
         if (result != 0) {
-            MSG_out(kTrace, "%2d %s\n", 0, forms()[i].trace);
+            MSG_out(kMsgDebugC, "%2d %s\n", 0, forms()[i].trace);
             return result;
         }
     }
     DOM_init(out);
-    MSG_out(kWarn, "DOM_decode: Invalid plot domain\n");
+    MSG_out(kMsgWarn, "DOM_decode: Invalid plot domain\n");
     return kUnknown;
 }
 
@@ -355,7 +353,7 @@ int DOM_decode(const char *text, DomainRec *out)
         return kMissingInt;
     }
     const std::vector<std::string> words = STR_fields(text, ',');
-    MSG_out(kTrace, "******** PARSING DOMAIN: %d %s\n", static_cast<int>(words.size()), text);
+    MSG_out(kMsgDebugC, "******** PARSING DOMAIN: %d %s\n", static_cast<int>(words.size()), text);
     std::vector<Word> read;
     read.reserve(words.size());
     for (const std::string &word : words) {

@@ -14,6 +14,8 @@
 #include "tyr/base/res.h"
 #include "tyr/base/str.h"
 
+using namespace tyr;
+
 namespace {
 
 constexpr unsigned kFileTrace = 0x80000000U;
@@ -128,11 +130,6 @@ bool next_line(FILE *stream, RegionLine *out)
         return true;
     }
     return false;
-}
-
-bool is_digit(char c)
-{
-    return std::isdigit(static_cast<unsigned char>(c)) != 0;
 }
 
 int priority_of(float height)

@@ -4,6 +4,7 @@
 #include <array>
 #include <cmath>
 
+#include "tyr/base/angle.h"
 #include "tyr/base/missing.h"
 #include "tyr/geo/projection.h"
 #include "tyr/gks/gks.h"
@@ -12,7 +13,7 @@ using namespace tyr;
 
 namespace {
 
-constexpr float kRadian = 0.017453292519943334F;
+constexpr auto kRadian = static_cast<float>(kRadiansPerDegree);
 constexpr int kSolid = 1;
 constexpr float kSpacing = 0.12F;   ///< of the signs, as a fraction of the staff
 constexpr float kFirstFull = 0.88F; ///< foot of the first full barb

@@ -4,11 +4,12 @@
 #include <cmath>
 #include <vector>
 
+#include "tyr/base/angle.h"
 #include "tyr/gks/gks.h"
 
 namespace {
 
-constexpr float kRadian = 0.017453292519943334F;
+constexpr auto kRadian = static_cast<float>(kRadiansPerDegree);
 constexpr int kSolid = 1;
 constexpr int kStep = 30; ///< degrees between points of the circle
 constexpr float kDiagonal = 0.70710677F;

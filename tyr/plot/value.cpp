@@ -27,7 +27,6 @@ using namespace tyr;
 
 namespace {
 
-constexpr unsigned kTrace = 0x20000000;
 constexpr int kPlotTypeNone = 99;
 constexpr int kNumberRoom = 128;
 constexpr float kUnitsPerKnot = 1.852F / 100.0F; ///< knots to 100 km an hour
@@ -370,8 +369,8 @@ int PLT_plot_value(PlotValue *value)
     PLT_apply_style(&style);
     const float size = DOM_window_height() * style.scale;
     const Point at = {v.x + size * style.x_offset, v.y + size * style.y_offset};
-    MSG_out(kTrace, "PLOT: %8.3f %8.3f %-5s %-10s %-10s %8.3f\n", v.x, v.y, VAR_plot_name(v.type),
-            v.format, v.text, v.value1);
+    MSG_out(kMsgDebugB, "PLOT: %8.3f %8.3f %-5s %-10s %-10s %8.3f\n", v.x, v.y,
+            VAR_plot_name(v.type), v.format, v.text, v.value1);
     draw({style, v, at, size});
     return 0;
 }

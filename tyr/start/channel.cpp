@@ -25,7 +25,6 @@
 
 namespace {
 
-constexpr unsigned kTrace = 0x80000000U;
 constexpr int kBase = 0; ///< number of the window 0
 constexpr int kDefaultTimeout = 20;
 constexpr long kToServer = 1; ///< types of messages
@@ -141,7 +140,7 @@ int send_to_queue(int queue, int code, const std::string &text)
         result = msgsnd(queue, &message, message.text.size(), 0);
         Alarm::check();
     } while (result != 0 && errno == EINTR);
-    MSG_out(kTrace, "PUT:%d:%s\n", code, message.text.data() + 1);
+    MSG_out(kMsgDebugD, "PUT:%d:%s\n", code, message.text.data() + 1);
     return result;
 }
 
@@ -153,13 +152,13 @@ int receive_from_queue(int queue, int id, char *text)
         const ssize_t length =
             msgrcv(queue, &message, message.text.size(), id, IPC_NOWAIT | MSG_NOERROR);
         const int error = length < 0 ? errno : 0;
-        MSG_out(kTrace, "GET-MSG:%d %d %d %d\n", queue, id, static_cast<int>(length), error);
+        MSG_out(kMsgDebugD, "GET-MSG:%d %d %d %d\n", queue, id, static_cast<int>(length), error);
         if (length > 0) {
             message.text.back() = '\0';
             message.text[static_cast<std::size_t>(std::min<ssize_t>(length, kChannelRoom - 1))] =
                 '\0';
             STR_copy(text, kChannelText, message.text.data() + 1);
-            MSG_out(kTrace, "GET:%s\n", text);
+            MSG_out(kMsgDebugD, "GET:%s\n", text);
             return message.text[0] - '0';
         }
         if (length == 0 || (error != ENOMSG && error != EINTR)) {
@@ -182,7 +181,7 @@ int send_to_socket(int code, const std::string &text)
     const Alarm alarm;
     const ssize_t sent = send(state.socket, bytes.data(), bytes.size(), MSG_NOSIGNAL);
     Alarm::check();
-    MSG_out(kTrace, "Send: %d %d %d => %s\n", state.socket, code, static_cast<int>(sent),
+    MSG_out(kMsgDebugD, "Send: %d %d %d => %s\n", state.socket, code, static_cast<int>(sent),
             text.c_str());
     return sent == static_cast<ssize_t>(bytes.size()) ? 0 : -1;
 }
@@ -213,7 +212,7 @@ int receive_from_socket(char *text)
     }
     STR_copy(text, kChannelText, std::string(bytes.data() + 1, length - 1U));
     const int code = bytes[0] - '0';
-    MSG_out(kTrace, "Received: %d %d %d => %s\n", state.socket, code, static_cast<int>(length),
+    MSG_out(kMsgDebugD, "Received: %d %d %d => %s\n", state.socket, code, static_cast<int>(length),
             text);
     return code;
 }

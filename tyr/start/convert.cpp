@@ -64,11 +64,6 @@ template <size_t N> const Word *find_word(const std::array<Word, N> &words, cons
     return place == words.end() ? nullptr : &*place;
 }
 
-bool is_digit(char c)
-{
-    return std::isdigit(static_cast<unsigned char>(c)) != 0;
-}
-
 long bounded(const char *value, int base, long low, long high)
 {
     return std::clamp(std::strtol(value, nullptr, base), low, high);

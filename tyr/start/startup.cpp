@@ -21,7 +21,6 @@ using namespace tyr;
 
 namespace {
 
-constexpr unsigned kTrace = 0x80000000U;
 constexpr size_t kKeyLength = 49;
 constexpr const char *kSources = ".:/home/tyr/etc:/usr/local/tyr/etc";
 
@@ -95,7 +94,7 @@ void read_resource_file(const std::string &source, Options options)
         for (size_t i = 0; i < options.size(); ++i) {
             const OptionRec &option = options[i];
             if (*option.name && DEF_match(option.name, pattern.data())) {
-                MSG_out(kTrace, "RESRC: %s=%s\n", option.name, value.data());
+                MSG_out(kMsgDebugD, "RESRC: %s=%s\n", option.name, value.data());
                 RES_set(static_cast<int>(i), option.name, value.data(), option.type);
                 hit = true;
             }

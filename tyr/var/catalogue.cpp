@@ -12,8 +12,6 @@
 
 namespace {
 
-constexpr unsigned kTrace = 0x40000000;
-constexpr unsigned kFailure = 64; // a failure that the caller deals with
 constexpr const char *kCatalogueFile = "variable.lup";
 constexpr std::size_t kMaxAbbreviation = 9;
 constexpr std::size_t kMaxDescription = 49;
@@ -84,7 +82,7 @@ int VAR_read_varfile()
     state.tried = VAR_data_path(kCatalogueFile);
     const FilePtr file = VAR_open_data(kCatalogueFile);
     if (file == nullptr) {
-        MSG_out(kFailure, "VAR_read_varfile: Unable to open file: %s\n", state.tried.c_str());
+        MSG_out(kMsgWarnA, "VAR_read_varfile: Unable to open file: %s\n", state.tried.c_str());
         return 0;
     }
     std::string line;
@@ -93,7 +91,7 @@ int VAR_read_varfile()
         if (!read_entry(line, &entry))
             continue;
         if (state.entries.size() == kMaxCatalogue) {
-            MSG_out(kFailure,
+            MSG_out(kMsgWarnA,
                     "VAR_read_varfile: More than %d entries in %s, the rest is left out\n",
                     kMaxCatalogue, state.tried.c_str());
             break;
@@ -151,7 +149,7 @@ char *VAR_str(char *out, int number, const char *units)
     if (const CatalogueEntry *entry = VAR_find_number(n))
         text = state.mode < kLabelNormal ? entry->abbreviation : entry->description;
     else
-        MSG_out(kTrace, "VAR_str: no var: %d\n", n);
+        MSG_out(kMsgDebugC, "VAR_str: no var: %d\n", n);
     if (units != nullptr && *units != '\0')
         text.append(" (").append(units).append(")");
     STR_copy(out, kVarTextSize, text);
@@ -162,7 +160,7 @@ char *VAR_abbr(char *out, int number)
 {
     const CatalogueEntry *entry = VAR_find_number(number);
     if (entry == nullptr)
-        MSG_out(kTrace, "VAR_abbr: no var: %d\n", number);
+        MSG_out(kMsgDebugC, "VAR_abbr: no var: %d\n", number);
     STR_copy(out, kVarNameTextSize, entry == nullptr ? "" : entry->abbreviation);
     return out;
 }

@@ -20,7 +20,6 @@
 
 namespace {
 
-constexpr unsigned kTrace = 0x40000000;
 constexpr int kNoPlot = 99; // plot type of the word "none"
 constexpr int kNoRecord = -1;
 
@@ -188,7 +187,7 @@ void read_fields(std::string_view text, Part part)
         return;
     }
     const std::vector<std::string> fields = split_fields(text);
-    MSG_out(kTrace, "VAR_process_var:%d:%d:%s:\n", VAR_count(), state.function_depth,
+    MSG_out(kMsgDebugC, "VAR_process_var:%d:%d:%s:\n", VAR_count(), state.function_depth,
             std::string(text).c_str());
     std::size_t f = 0;
     const int word = word_type(field_text(fields, 0));
@@ -273,7 +272,7 @@ void add_second_record(const VarRec &head)
     }
     *second = head;
     second->role = state.function_depth * 10 + kRoleSecond;
-    MSG_out(kTrace, "VECT FUNC: %s\n", head.name);
+    MSG_out(kMsgDebugC, "VECT FUNC: %s\n", head.name);
     VAR_set_count(VAR_count() + 1);
 }
 
@@ -316,7 +315,7 @@ void apply_parameters(int index, std::string_view inside)
     std::string joined;
     for (const std::string &field : fields)
         joined += (joined.empty() ? "" : ":") + field;
-    MSG_out(kTrace, "Parameter [ %s ]\n", joined.c_str());
+    MSG_out(kMsgDebugC, "Parameter [ %s ]\n", joined.c_str());
     VarRec *record = VAR_get(index);
     if (state.function_depth != 0 || record == nullptr)
         return;
@@ -365,7 +364,7 @@ class Walk {
         const std::string_view text = checked(token());
         if (VAR_trim(text).empty())
             return;
-        MSG_out(kTrace, "Variable %s\n", std::string(text).c_str());
+        MSG_out(kMsgDebugC, "Variable %s\n", std::string(text).c_str());
         noted_ = add_token(text);
     }
 
@@ -394,14 +393,14 @@ class Walk {
         const Head made = add_head(bracket, head);
         const std::size_t end = find_closing(text_, place_, bracket.close);
         if (end == std::string_view::npos) {
-            MSG_out(kTrace, "Unmatched %s\n", bracket.unmatched);
+            MSG_out(kMsgDebugC, "Unmatched %s\n", bracket.unmatched);
             if (made.has_base)
                 VAR_base_pop();
             return false;
         }
         const std::string inside(checked(text_.substr(place_ + 1, end - place_ - 1)));
-        MSG_out(kTrace, "%s %s %c %s %c\n", bracket.word, std::string(head).c_str(), bracket.open,
-                inside.c_str(), bracket.close);
+        MSG_out(kMsgDebugC, "%s %s %c %s %c\n", bracket.word, std::string(head).c_str(),
+                bracket.open, inside.c_str(), bracket.close);
         if (made.has_base)
             process_inside(bracket, inside);
         noted_ = made.index;
@@ -416,7 +415,7 @@ class Walk {
             noted_ = add_token(name);
         const std::size_t end = text_.find(']', place_);
         if (end == std::string_view::npos) {
-            MSG_out(kTrace, "Unmatched []\n");
+            MSG_out(kMsgDebugC, "Unmatched []\n");
             return false;
         }
         const std::string_view inside = checked(text_.substr(place_ + 1, end - place_ - 1));
@@ -479,12 +478,12 @@ int VAR_decode(const char *file, const char *text)
     start_base();
     VAR_process(expression.data());
     for (int i = 0; i < VAR_count(); ++i) {
-        MSG_out(kTrace, "Var: %d -- ", i);
-        VAR_print(kTrace, VAR_get(i));
+        MSG_out(kMsgDebugC, "Var: %d -- ", i);
+        VAR_print(kMsgDebugC, VAR_get(i));
     }
     VAR_base_clear();
     if (has_role() == 0) {
-        MSG_out(kTrace, "Unable to determine variables\n");
+        MSG_out(kMsgDebugC, "Unable to determine variables\n");
         return 0;
     }
     return 1;
@@ -493,7 +492,7 @@ int VAR_decode(const char *file, const char *text)
 int VAR_process(char *text)
 {
     ++state.recursion_depth;
-    MSG_out(kTrace, "VAR_process: %d|%d|%s|\n", state.recursion_depth, VAR_count(), text);
+    MSG_out(kMsgDebugC, "VAR_process: %d|%d|%s|\n", state.recursion_depth, VAR_count(), text);
     Walk(text).run();
     --state.recursion_depth;
     return 0;
@@ -530,7 +529,7 @@ int VAR_base_push()
                 kMaxVarBase, record->name);
         return -1;
     }
-    MSG_out(kTrace, "VAR_base_push: %d = %d %d %d %d %d\n", VAR_base_index(), base.type, base.time,
-            base.level_kind, base.level_value, base.level_class);
+    MSG_out(kMsgDebugC, "VAR_base_push: %d = %d %d %d %d %d\n", VAR_base_index(), base.type,
+            base.time, base.level_kind, base.level_value, base.level_class);
     return 0;
 }

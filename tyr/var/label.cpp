@@ -122,19 +122,18 @@ std::string pressure_layer_text(int value)
             return "850-500 mb";
         return value == 599 ? "SFC-500 mb" : "";
     }
-    if (low == 1900 || low == 2000)
+    if (low == kFromSurface || low == kFromSurfaceIndex)
         return print("sfc-%d mb", high);
-    if (low == 1950)
+    if (low == kFromTropopause)
         return print("trop-%d mb", high);
-    if (low > 2000)
-        return print("sfc[%d]-%d mb", low - 2000, high);
+    if (low > kFromSurfaceIndex)
+        return print("sfc[%d]-%d mb", low - kFromSurfaceIndex, high);
     return print("%d-%d mb", low, high);
 }
 
 std::string height_layer_text(int low, int high)
 {
-    constexpr int kAboveTropopause = 995; // hundreds of metres
-    if (low == kAboveTropopause)
+    if (low * 100 == kAboveTropopause)
         return print("trop+%d m", high * 100);
     return print("%d-%dm", low * 100, high * 100);
 }

@@ -10,12 +10,6 @@
 
 namespace {
 
-constexpr float kFromSurface = 1900.0F;
-constexpr float kFromMaxTemp = 1910.0F;
-constexpr float kFromTropopause = 1950.0F;
-constexpr float kFromSurfaceIndex = 2000.0F;
-constexpr float kAboveTropopause = 99500.0F;
-constexpr float kBelowTropopause = 99600.0F;
 constexpr float kSoundingTop = 500.0F; // hPa, of the layer of no level
 
 struct Limits {

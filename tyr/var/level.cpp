@@ -16,18 +16,11 @@
 
 namespace {
 
-constexpr unsigned kTrace = 0x40000000;
 constexpr int kDefaultClass = 1;
 constexpr int kGivenClass = 2;
 constexpr double kFoot = 0.3048; // m
 
 // First numbers of layers that begin at a named level.
-constexpr int kFromSurface = 1900;
-constexpr int kFromMaxTemp = 1910;
-constexpr int kFromTropopause = 1950;
-constexpr int kFromSurfaceIndex = 2000;
-constexpr int kAboveTropopause = 99500;
-constexpr int kBelowTropopause = 99600;
 
 struct Level {
     int kind;
@@ -371,6 +364,6 @@ int VAR_level(const char *text, int *kind, int *value)
         *kind = level->kind;
         *value = level->value;
     }
-    MSG_out(kTrace, "Level: %s = %d %ld\n", given.c_str(), *kind, static_cast<long>(*value));
+    MSG_out(kMsgDebugC, "Level: %s = %d %ld\n", given.c_str(), *kind, static_cast<long>(*value));
     return kGivenClass;
 }

@@ -12,7 +12,6 @@
 
 namespace {
 
-constexpr unsigned kFailure = 64; // a failure that the caller deals with
 constexpr const char *kSourceFile = "source.lup";
 constexpr const char *kModelFile = "mod_name.lup";
 constexpr int kCenterUnit = 1000; // weight of the center in a model's code
@@ -72,7 +71,7 @@ char *VAR_source(char *out, int code)
     *out = '\0';
     const FilePtr file = VAR_open_data(kSourceFile);
     if (file == nullptr) {
-        MSG_out(kFailure, "VAR_source: Unable to open file: %s\n",
+        MSG_out(kMsgWarnA, "VAR_source: Unable to open file: %s\n",
                 VAR_data_path(kSourceFile).c_str());
         return nullptr;
     }
@@ -94,7 +93,7 @@ char *VAR_model(char *out, int code)
     if (state.models == nullptr || state.path != VAR_data_path(kModelFile))
         state = State{VAR_open_data(kModelFile), VAR_data_path(kModelFile), kMissingInt, {}};
     if (state.models == nullptr) {
-        MSG_out(kFailure, "VAR_model: Unable to open file: %s\n", state.path.c_str());
+        MSG_out(kMsgWarnA, "VAR_model: Unable to open file: %s\n", state.path.c_str());
         return out;
     }
     if (code != state.last_code || state.last_name.empty()) {

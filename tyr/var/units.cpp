@@ -15,7 +15,6 @@
 
 namespace {
 
-constexpr unsigned kTrace = 0x40000000;
 constexpr unsigned kFileTrace = 0x80000000;
 constexpr std::size_t kMaxUnit = 15; // characters of a unit text
 constexpr const char *kUnitsFile = "units.lup";
@@ -83,18 +82,18 @@ Unit read_unit(std::string_view text, const char *which)
             if (const std::optional<float> exponent = VAR_take_real(&behind)) {
                 Unit unit{static_cast<float>(std::pow(double{*number}, double{*exponent})),
                           file_name(skip_blanks(behind))};
-                MSG_out(kTrace, "%s^: %f^%f %f %s\n", which, double{*number}, double{*exponent},
+                MSG_out(kMsgDebugC, "%s^: %f^%f %f %s\n", which, double{*number}, double{*exponent},
                         double{unit.scale}, unit.name.c_str());
                 return unit;
             }
         }
         Unit unit{*number, file_name(skip_blanks(rest))};
-        MSG_out(kTrace, "%s: %f %s\n", which, double{unit.scale}, unit.name.c_str());
+        MSG_out(kMsgDebugC, "%s: %f %s\n", which, double{unit.scale}, unit.name.c_str());
         return unit;
     }
     if (!text.empty() && text[0] == '-') {
         Unit unit{-1.0F, file_name(text.substr(1))};
-        MSG_out(kTrace, "%s-: %f %s\n", which, double{unit.scale}, unit.name.c_str());
+        MSG_out(kMsgDebugC, "%s-: %f %s\n", which, double{unit.scale}, unit.name.c_str());
         return unit;
     }
     return {1.0F, file_name(text)};
@@ -106,14 +105,14 @@ void read_conversion(std::string_view text, Conversion *conversion)
     if (!text.empty() && text[0] == '*') {
         text.remove_prefix(1);
         conversion->scale = VAR_take_real(&text).value_or(1.0F);
-        MSG_out(kTrace, "SC: %f %s\n", double{conversion->scale}, std::string(text).c_str());
+        MSG_out(kMsgDebugC, "SC: %f %s\n", double{conversion->scale}, std::string(text).c_str());
     }
     if (!text.empty() && (text[0] == '+' || text[0] == '-')) {
         const bool is_minus = text[0] == '-';
         text.remove_prefix(1);
         const float offset = VAR_take_real(&text).value_or(0.0F);
         conversion->offset = is_minus ? -offset : offset;
-        MSG_out(kTrace, is_minus ? "OF-: %f %s\n" : "OF: %f %s\n", double{conversion->offset},
+        MSG_out(kMsgDebugC, is_minus ? "OF-: %f %s\n" : "OF: %f %s\n", double{conversion->offset},
                 std::string(text).c_str());
     }
 }
@@ -131,7 +130,7 @@ void find_pair(FILE *file, const std::string &from, const std::string &to, Conve
         if (first.empty() || first[0] == '#' || !is_same(first, from) || !is_same(second, to))
             continue;
         read_conversion(third, conversion);
-        MSG_out(kTrace, "%s %s %s %f %f\n", first.c_str(), second.c_str(), third.c_str(),
+        MSG_out(kMsgDebugC, "%s %s %s %f %f\n", first.c_str(), second.c_str(), third.c_str(),
                 double{conversion->scale}, double{conversion->offset});
         return;
     }

@@ -14,8 +14,6 @@
 
 namespace {
 
-constexpr unsigned kTrace = 0x40000000;
-constexpr unsigned kFailure = 64; // a failure that the caller deals with
 constexpr std::size_t kMaxAbbreviation = 8;
 constexpr std::size_t kMaxTitle = 79;
 
@@ -79,7 +77,7 @@ int VAR_open_file(const char *name)
     state.file = VAR_open_data(file.c_str());
     if (state.file != nullptr)
         return 1;
-    MSG_out(kFailure, "VAR_open_file: Unable to open var file: %s\n",
+    MSG_out(kMsgWarnA, "VAR_open_file: Unable to open var file: %s\n",
             VAR_data_path(file.c_str()).c_str());
     return 0;
 }
@@ -148,10 +146,10 @@ int VAR_lookup(const char *name, char *definition)
             return 0;
         }
         STR_copy(definition, kMaxVarDefinition, entry.definition);
-        MSG_out(kTrace, "VAR_lookup: %s\n", definition);
+        MSG_out(kMsgDebugC, "VAR_lookup: %s\n", definition);
         return 1;
     }
-    MSG_out(kTrace, "VAR_lookup: not found\n");
+    MSG_out(kMsgDebugC, "VAR_lookup: not found\n");
     return 0;
 }
 

@@ -17,8 +17,6 @@
 
 namespace {
 
-constexpr unsigned kTrace = 0x40000000;
-
 struct State {
     int default_type = kTypeValue;
 };
@@ -146,7 +144,7 @@ int settle_type(const std::string &name, const VarRec &record)
     const auto plot = static_cast<int>(PRM_get(kPrmPlotType));
     const VarBase *base = VAR_base_top();
     const int function = GRD_func_type(name.c_str());
-    MSG_out(kTrace, "TYPE: %d cur:%d def:%d fl: %d plt: %d\n", record.type,
+    MSG_out(kMsgDebugC, "TYPE: %d cur:%d def:%d fl: %d plt: %d\n", record.type,
             base == nullptr ? kMissingInt : base->type, state.default_type, record.role, plot);
     const int digit = record.role % 10;
     if (digit == kRoleVector)
@@ -159,7 +157,7 @@ int settle_type(const std::string &name, const VarRec &record)
         return kTypeGrid;
     if (record.type != kMissingInt)
         return record.type;
-    MSG_out(kTrace, "DATA TYPE: %d\n", state.default_type);
+    MSG_out(kMsgDebugC, "DATA TYPE: %d\n", state.default_type);
     return state.default_type;
 }
 

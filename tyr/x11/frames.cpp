@@ -17,7 +17,6 @@ namespace {
 constexpr float kDelay = 0.5F;     ///< s
 constexpr float kLastDwell = 1.0F; ///< s; the loop rests at its end
 constexpr unsigned kReport = 0x0F000000;
-constexpr unsigned kTrace = 0x40000000;
 
 enum Direction { kBackward, kForward, kRockBackward, kRockForward };
 
@@ -177,7 +176,7 @@ int gcopy_frame(int to, int from)
     XCopyArea(x.display, *source, *goal, x.common, ws.x_offset, ws.y_offset,
               static_cast<unsigned>(ws.width), static_cast<unsigned>(ws.height), ws.x_offset,
               ws.y_offset);
-    MSG_out(kTrace, "Copy frame: %d->%d\n", from, to);
+    MSG_out(kMsgDebugC, "Copy frame: %d->%d\n", from, to);
     return 0;
 }
 
@@ -249,8 +248,8 @@ int gnext_frame(int step)
     const bool rocks = state.direction >= kRockBackward;
     const int way = state.direction % 2 != 0 ? 1 : -1;
     int next = state.current < 0 ? 0 : state.current + (step != 0 ? step : way);
-    MSG_out(kTrace, "INC: %d-%d %d-%d\n", step, static_cast<int>(state.direction), state.current,
-            next);
+    MSG_out(kMsgDebugC, "INC: %d-%d %d-%d\n", step, static_cast<int>(state.direction),
+            state.current, next);
     if (next >= state.count) {
         next = rocks ? std::max(state.count - 2, 0) : 0;
         state.direction = rocks ? kRockBackward : state.direction;

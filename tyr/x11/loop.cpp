@@ -15,7 +15,6 @@ using namespace tyr;
 
 namespace {
 
-constexpr unsigned kTrace = 0x40000000;
 constexpr float kLongestWait = 0.2F; ///< s without a look at the events
 
 } // namespace
@@ -36,7 +35,7 @@ void gshow_frame(int n)
     if (ginq_frame_title() != 0 && ginq_frames() > 0) {
         gset_title_suffix(("[" + std::to_string(n) + "]").c_str());
     }
-    MSG_out(kTrace, "Display frame: %d\n", n);
+    MSG_out(kMsgDebugC, "Display frame: %d\n", n);
     frames_set_current(n);
 }
 

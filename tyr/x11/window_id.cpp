@@ -2,6 +2,7 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "tyr/base/str.h"
 #include "tyr/x11/window_id_private.h"
 
 using namespace tyr;
@@ -9,11 +10,6 @@ using namespace tyr;
 namespace {
 
 constexpr int kMaxSide = 32767; // of a drawable
-
-bool is_digit(char c)
-{
-    return std::isdigit(static_cast<unsigned char>(c)) != 0;
-}
 
 } // namespace
 

@@ -12,7 +12,6 @@ using namespace tyr;
 
 namespace {
 
-constexpr unsigned kTrace = 0x40000000;
 constexpr float kFull = 65535.0F;
 constexpr char kParts = DoRed | DoGreen | DoBlue;
 
@@ -33,11 +32,11 @@ XColor colour_of(const float rgb[3])
 
 void trace(const char *what, int index, const float rgb[3], XColor colour)
 {
-    if (MSG_test(kTrace) == 0) {
+    if (MSG_test(kMsgDebugC) == 0) {
         return;
     }
     XQueryColor(x11().display, ginq_colormap(), &colour);
-    MSG_out(kTrace, "%s RW Cells: %d %d (%.2f %.2f %.2f) (%5d %5d %5d)\n", what, index,
+    MSG_out(kMsgDebugC, "%s RW Cells: %d %d (%.2f %.2f %.2f) (%5d %5d %5d)\n", what, index,
             static_cast<int>(colour.pixel), double{rgb[0]}, double{rgb[1]}, double{rgb[2]},
             colour.red, colour.green, colour.blue);
 }
@@ -50,7 +49,7 @@ bool get_cell(unsigned long *pixel, bool *read_write)
         return false;
     }
     const int status = XAllocColorCells(x.display, ginq_colormap(), 0, nullptr, 0, pixel, 1);
-    MSG_out(kTrace, "Allocated RW Cells: %d\n", status);
+    MSG_out(kMsgDebugC, "Allocated RW Cells: %d\n", status);
     *read_write = status != 0;
     return *read_write;
 }
