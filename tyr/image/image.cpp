@@ -5,11 +5,8 @@
 
 #include "tyr/base/msg.h"
 #include "tyr/gks/gks.h"
-#include "tyr/image/gif.h"
+#include "tyr/image/image_format_private.h"
 #include "tyr/image/image_rec_private.h"
-#include "tyr/image/png.h"
-#include "tyr/image/tyrimg.h"
-#include "tyr/image/xwd.h"
 
 using namespace tyr;
 
@@ -29,20 +26,6 @@ bool read_magic(const char *path, std::array<char, kMagicSize> &magic)
     return true;
 }
 
-int read_by_magic(std::string_view magic, const char *path, ImageRec *image, int header_only)
-{
-    if (magic.substr(0, 3) == "GIF") {
-        return GIF_read(path, image, header_only);
-    }
-    if (magic.substr(1, 3) == "PNG") {
-        return IMG_read_png(path, image, header_only);
-    }
-    if (magic.substr(0, 3) == "TYR") {
-        return IMG_read_tyr(path, image, header_only);
-    }
-    return IMG_read_xwd(path, image, header_only);
-}
-
 } // namespace
 
 int IMG_read(const char *path, ImageRec *image, int header_only)
@@ -53,8 +36,8 @@ int IMG_read(const char *path, ImageRec *image, int header_only)
     }
     IMG_init(image);
     image->depth = gis_x11() ? ginq_depth() : 0;
-    const int result =
-        read_by_magic(std::string_view(magic.data(), magic.size()), path, image, header_only);
+    const ImageFormat &format = image_format_of(std::string_view(magic.data(), magic.size()));
+    const int result = format.read(path, image, header_only);
     if (result == 0) {
         IMG_free(image);
     }

@@ -246,10 +246,10 @@ class Inflater {
         const uInt before = stream_.avail_in;
         const int status = inflate(&stream_, Z_SYNC_FLUSH);
         const std::size_t made = buffer.size() - stream_.avail_out;
-        MSG_out(kMsgDebugC, "Inflate+ %d = %d %d = %d %d - %d %d\n", status, static_cast<int>(before),
-                static_cast<int>(stream_.avail_in), static_cast<int>(buffer.size()),
-                static_cast<int>(stream_.avail_out), static_cast<int>(made),
-                static_cast<int>(left_));
+        MSG_out(kMsgDebugC, "Inflate+ %d = %d %d = %d %d - %d %d\n", status,
+                static_cast<int>(before), static_cast<int>(stream_.avail_in),
+                static_cast<int>(buffer.size()), static_cast<int>(stream_.avail_out),
+                static_cast<int>(made), static_cast<int>(left_));
         const std::size_t taken = std::min(made, left_);
         std::memcpy(out_, buffer.data(), taken);
         out_ += taken;

@@ -12,7 +12,9 @@
 #include "tyr/names/search.h"
 #include "tyr/plot/window_tyrimg.h"
 #include "tyr/x11/frames.h"
-#include "tyr/x11/window_image.h"
+#include "tyr/x11/window_image_private.h"
+
+using namespace tyr;
 
 namespace {
 
@@ -22,26 +24,6 @@ struct State {
 };
 
 State state;
-
-/// How a kind of file is written and told of.
-struct Format {
-    const char *name;
-    int (*write)(const char *path);
-};
-
-Format format()
-{
-    switch (state.kind) {
-    case kDumpGif:
-        return {"GIF", GIF_write_window};
-    case kDumpImage:
-        return {"IMG", IMG_write_window};
-    case kDumpPng:
-        return {"PNG", IMG_write_png_window};
-    default:
-        return {"xdump", IMG_write_xwd_window};
-    }
-}
 
 std::string frame_key(int frame)
 {
@@ -70,11 +52,14 @@ std::string path_of(const std::string &key)
 
 void write(const std::string &path)
 {
-    const Format made = format();
-    if (made.write(path.c_str()) == 1) {
-        MSG_out(kMsgMess, "Wrote %s file: %s\n", made.name, path.c_str());
+    const ImageFormat &format = image_format(state.kind);
+    const int result = state.kind == kDumpImage ? IMG_write_window(path.c_str())
+                                                : write_window_image(format, path.c_str());
+    if (result == 1) {
+        MSG_out(kMsgMess, "Wrote %s file: %s\n", format.dump_name, path.c_str());
     } else {
-        MSG_out(kMsgWarn, "PLT_dump: Unable to write %s file: %s\n", made.name, path.c_str());
+        MSG_out(kMsgWarn, "PLT_dump: Unable to write %s file: %s\n", format.dump_name,
+                path.c_str());
     }
 }
 
@@ -85,7 +70,7 @@ void PLT_set_dump(int kind, const char *name)
     state.kind = kind;
     state.name = name != nullptr ? name : "";
     if (state.name.empty()) {
-        state.name = kind == kDumpGif ? "tyr.gif" : kind == kDumpPng ? "tyr.png" : "tyr.xwd";
+        state.name = image_format(kind).default_file;
     }
 }
 

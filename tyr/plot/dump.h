@@ -1,8 +1,8 @@
 #pragma once
 
-/// The picture of a plot on the screen as a file, without the user's help.
+#include "tyr/image/dump_kind.h"
 
-enum DumpKind { kDumpNone = 0, kDumpXwd = 1, kDumpGif = 2, kDumpImage = 3, kDumpPng = 4 };
+/// The picture of a plot on the screen as a file, without the user's help.
 
 /// Sets kind and name of the file: a name or a word of the name conventions, in which the key "i"
 /// is the frame's number ("win" without frames) and "p" the application. Null or empty: "tyr.gif",

@@ -12,6 +12,7 @@
 #include "tyr/gks/gks.h"
 #include "tyr/gks/session.h"
 #include "tyr/image/gif.h"
+#include "tyr/image/image_format_private.h"
 #include "tyr/names/date_label.h"
 #include "tyr/names/name_conv.h"
 #include "tyr/paper/grey.h"
@@ -23,6 +24,8 @@
 #include "tyr/plot/grid_interval.h"
 #include "tyr/plot/labels.h"
 #include "tyr/x11/frames.h"
+
+using namespace tyr;
 
 namespace {
 
@@ -190,10 +193,9 @@ void set_full(int with_labels)
     }
 }
 
-/// A word and what it does: set a number, take the text behind one more character ("tz=EST"), or
-/// write an image file of that text as name.
+/// A word and what it does: set a number, or take the text behind one more character ("tz=EST").
 struct Word {
-    enum class Kind { set, take, dump };
+    enum class Kind { set, take };
 
     Kind kind;
     const char *word;
@@ -217,11 +219,6 @@ constexpr Word begins(const char *word, void (*set)(int number), int number)
 constexpr Word takes(const char *word, void (*take)(const char *text))
 {
     return {Word::Kind::take, word, true, nullptr, 0, take};
-}
-
-constexpr Word dumps(const char *word, DumpKind kind)
-{
-    return {Word::Kind::dump, word, true, nullptr, kind};
 }
 
 /// In the order of the tests: an earlier word hides a later one that shares its beginning.
@@ -269,10 +266,6 @@ constexpr Word kWords[] = {
     begins("labs", PLT_set_label_mode, kLabelsSimple),
     begins("labn", PLT_set_label_mode, kLabelsNormal),
     begins("labc", PLT_set_label_mode, kLabelsComplete),
-    dumps("gif", kDumpGif),
-    dumps("png", kDumpPng),
-    dumps("img", kDumpImage),
-    dumps("xwd", kDumpXwd),
 };
 
 bool fits(const Word &row, const char *word)
@@ -294,9 +287,17 @@ void apply(const Word &row, const char *word)
     case Word::Kind::take:
         row.take(text);
         break;
-    case Word::Kind::dump:
-        PLT_set_dump(row.number, text);
-        break;
+    }
+}
+
+/// A dump in the format whose word begins this one; the rest is the file's name.
+void set_dump(const char *word)
+{
+    for (const ImageFormat &format : image_formats()) {
+        if (STR_has_prefix(word, format.word)) {
+            PLT_set_dump(format.kind, value_of(word, std::strlen(format.word)));
+            return;
+        }
     }
 }
 
@@ -308,6 +309,7 @@ void apply_word(const char *word)
             return;
         }
     }
+    set_dump(word);
 }
 
 } // namespace
@@ -318,10 +320,8 @@ void PLT_read_params()
         apply_word(word.c_str());
     }
     for (const std::string &word : RES_list("out_file")) {
-        if (STR_has_prefix(word, "gif")) {
-            apply(dumps("gif", kDumpGif), word.c_str());
-        } else if (STR_has_prefix(word, "png")) {
-            apply(dumps("png", kDumpPng), word.c_str());
+        if (STR_has_prefix(word, "gif") || STR_has_prefix(word, "png")) {
+            set_dump(word.c_str());
         }
     }
 }

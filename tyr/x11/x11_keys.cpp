@@ -11,7 +11,7 @@
 #include "tyr/gks/replay.h"
 #include "tyr/x11/frames.h"
 #include "tyr/x11/loop.h"
-#include "tyr/x11/window_image.h"
+#include "tyr/x11/window_image_private.h"
 #include "tyr/x11/x11_keys_private.h"
 #include "tyr/x11/x11_state_private.h"
 #include "tyr/x11/zoom.h"
@@ -48,18 +48,8 @@ void step_frame(int step)
     }
 }
 
-/// A format of pictures that keys write.
-struct ImageKey {
-    const char *ending;
-    const char *name; ///< in the messages
-    int (*write)(const char *path);
-};
-
-constexpr ImageKey kGif = {"gif", "GIF", GIF_write_window};
-constexpr ImageKey kXwd = {"xwd", "XWD", IMG_write_xwd_window};
-
 /// Path of a picture: the beginning of the title, and the number of a frame if there are any.
-std::string image_path(const ImageKey &image, int frame)
+std::string image_path(const ImageFormat &format, int frame)
 {
     std::string name = std::string(ginq_title()).substr(0, kStemLength);
     std::replace(name.begin(), name.end(), ' ', '_');
@@ -69,37 +59,37 @@ std::string image_path(const ImageKey &image, int frame)
         name += number.data();
     }
     std::array<char, kFileNameRoom> path{};
-    FILE_join(RES_get("image_path"), (name + "." + image.ending).c_str(), path.data());
+    FILE_join(RES_get("image_path"), (name + "." + format.word).c_str(), path.data());
     return path.data();
 }
 
 /// Writes a picture and tells its path, behind `told`.
-void write_image(const ImageKey &image, int frame, const std::string &told)
+void write_image(const ImageFormat &format, int frame, const std::string &told)
 {
-    const std::string path = image_path(image, frame);
-    if (image.write(path.c_str()) == 1) {
+    const std::string path = image_path(format, frame);
+    if (write_window_image(format, path.c_str()) == 1) {
         MSG_out(kMsgMess, "%s%s\n", told.c_str(), path.c_str());
     } else {
-        MSG_out(kMsgWarn, "gprocess_x11_event: Unable to write %s file: %s\n", image.name,
+        MSG_out(kMsgWarn, "gprocess_x11_event: Unable to write %s file: %s\n", format.name,
                 path.c_str());
     }
 }
 
-void write_images(const ImageKey &image)
+void write_images(const ImageFormat &format)
 {
     const int cursor = gset_cursor_sync(kCursorBusy);
-    const std::string created = std::string("Created ") + image.name + " file: ";
+    const std::string created = std::string("Created ") + format.name + " file: ";
     const int frames = ginq_frames();
     if (frames < 2) {
-        write_image(image, -1, created);
+        write_image(format, -1, created);
     } else if (ginq_loop() == 0) {
-        write_image(image, ginq_cur_frame(), created);
+        write_image(format, ginq_cur_frame(), created);
     } else {
-        MSG_out(kMsgMess, "Creating %s files:\n", image.name);
+        MSG_out(kMsgMess, "Creating %s files:\n", format.name);
         const int recording = ginq_recording();
         for (int i = 0; i < frames; i++) {
             gselect_frame(i);
-            write_image(image, i, "");
+            write_image(format, i, "");
         }
         gselect_frame(kBackingPixmap);
         gset_recording(recording);
@@ -168,10 +158,10 @@ KeyResult tyr::do_key(const std::string &key, const XKeyEvent &event)
         write_metafile();
         break;
     case 'g':
-        write_images(kGif);
+        write_images(image_format(kDumpGif));
         break;
     case 'x':
-        write_images(kXwd);
+        write_images(image_format(kDumpXwd));
         break;
     case 'l':
         gloop_toggle(-1);
