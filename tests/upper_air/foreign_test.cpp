@@ -65,7 +65,7 @@ TEST(Bulletins, ChineseBulletinInMetresPerSecond)
     EXPECT_STREQ(reports[0].id, "51463");
     expect_levels(reports[0],
                   {
-                      {kUpaSurface,    {919, kNo, 6.6F, -7.4F, 205, 4}      },
+                      {kUpaSurface,    {919, kNo, 6.6F, -7.4F, 205, 4}     },
                       {kUpa1000,       {kNo, kNo, kNo, kNo, kNo, kNo}      },
                       {kUpa850,        {850, 1576, 6.6F, -10.4F, 305, 5}   },
                       {4,              {700, 3139, -4.5F, -13.5F, 320, 7}  },
@@ -111,13 +111,11 @@ TEST(Bulletins, AmericanBulletinInKnots)
     EXPECT_NEAR(r.sig[1].t, 23.6, 0.01);
     EXPECT_NEAR(r.sig[1].td, 23.1, 0.01);
     EXPECT_FLOAT_EQ(r.sig[27].p, 100);
-    // 0, 1, 2, 3, 4, 6, 7, 8, 9, 11, 12, 14, 16, 20, 25, 30, 35, 39, 42, 45, 50 thousand feet
-    const float heights[] = {0,     1000,  2000,  3000,  4000,  6000,  7000,
-                             8000,  9000,  11000, 12000, 14000, 16000, 20000,
-                             25000, 30000, 35000, 39000, 42000, 45000, 50000};
-    ASSERT_EQ(r.num_wnd, 21);
+    const float thousands[] = {0,  1,  2,  3,  4,  6,  7,  8,  9,  11, 12,
+                               14, 16, 20, 25, 30, 33, 35, 42, 45, 50, 54};
+    ASSERT_EQ(r.num_wnd, 22);
     for (int i = 0; i < r.num_wnd; ++i)
-        EXPECT_FLOAT_EQ(r.wnd[i].z, heights[i]);
+        EXPECT_FLOAT_EQ(r.wnd[i].z, 1000 * thousands[i]);
     EXPECT_FLOAT_EQ(r.wnd[18].dir, 245);
     EXPECT_FLOAT_EQ(r.wnd[18].spd, 74);
 }
