@@ -260,6 +260,23 @@ TEST(Assembly, ReportWithoutLevelsGivesNone)
     EXPECT_EQ(THERM_process_report(&r), 0);
 }
 
+TEST(Assembly, StationWithoutElevationIsLookedUp)
+{
+    const TempDir folder;
+    folder.write("upa.cty", "NORMAN OK US OUN 1 35.18 -97.44 345 72357\n");
+    RES_put("file_path", folder.path().c_str());
+    for (const char *id : {"OUN", "XYZ"}) {
+        UpaReport r = small_report();
+        r.elev = kMissing;
+        STR_copy(r.id, sizeof r.id, id);
+        ASSERT_EQ(THERM_process_report(&r), 1);
+        const bool known = std::string(id) == "OUN";
+        EXPECT_FLOAT_EQ(r.elev, known ? 345 : kMissing);
+        EXPECT_EQ(r.wmo, known ? 72357 : kMissingInt);
+        EXPECT_FLOAT_EQ(r.lon, known ? -97.44F : kMissing);
+    }
+}
+
 TEST(Assembly, ParcelWords)
 {
     const SoundLevel surface = {990, 150, 20, 15, 180, 10};
