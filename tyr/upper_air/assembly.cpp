@@ -133,7 +133,7 @@ void add_mandatory_temp(Merge &merge, int m)
     add_surface(merge, p);
     for (; merge.j < merge.num_sig() && merge.sig_at(merge.j).p > p; ++merge.j, ++merge.n) {
         add_sig(merge);
-        if (merge.j == 0 && merge.sig_at(0).p > kSurfaceBelow) {
+        if (merge.j == 0 && merge.sig_at(0).p > kSurfaceBelow && !is_missing(merge.slot(0).z)) {
             merge.out[0].z = merge.slot(0).z;
         }
     }
