@@ -13,14 +13,14 @@
 #include "base/str.h"
 #include "profiler/netcdf.h"
 #include "timefile/file.h"
-#include "tyr/upper_air/foreign.h"
-#include "tyr/upper_air/row_text.h"
-#include "tyr/upper_air/short_text.h"
-#include "tyr/upper_air/upa_digest.h"
-#include "tyr/upper_air/upa_netcdf.h"
-#include "tyr/upper_air/upa_text_file.h"
-#include "tyr/upper_air/upa_xml.h"
-#include "tyr/upper_air/words.h"
+#include "tyr/upper_air/foreign/foreign_forms.h"
+#include "tyr/upper_air/forms/row_text.h"
+#include "tyr/upper_air/forms/short_text.h"
+#include "tyr/upper_air/forms/upa_digest.h"
+#include "tyr/upper_air/forms/upa_netcdf.h"
+#include "tyr/upper_air/forms/upa_text_file.h"
+#include "tyr/upper_air/forms/upa_xml.h"
+#include "tyr/upper_air/forms/words.h"
 
 using namespace tyr;
 

@@ -1,28 +1,10 @@
 #pragma once
 
-#include "timefile/date.h"
 #include "tyr/upper_air/report.h"
 #include "tyr/upper_air/upa_types.h"
 
 // Files of upper-air reports, in nine forms that are written and seven that are read (upa_types.h
 // has the codes; the headers of the forms tell what each can't hold). One file at a time.
-
-inline constexpr int kUpaDateRoom = 40;
-inline constexpr int kUpaShortDateRoom = 24;
-
-struct UpaFileHeader {
-    char date_text[kUpaDateRoom];       ///< "12Z 06 MAR 99" and what else TIME_parse reads
-    char short_date[kUpaShortDateRoom]; ///< netCDF attribute `yymmddhh`
-    const char *history;                ///< netCDF attribute; null for a standard text
-    DateRec date;                       ///< the file date
-};
-
-/// How much UPA_read reads. 0 to 23 is one slot of UpaSlot, into mand[0].
-enum UpaWhat : int {
-    kUpaWhole = 30,
-    kUpaHeading = 31, ///< id and what the heading of a text form holds; netCDF: id and wmo
-    kUpaPlace = 32    ///< netCDF: id, region, wmo, lat, lon, elev; text forms: as kUpaHeading
-};
 
 /// The form of a file by its first word, one of 1 to 5, 11 and 12; -1 for none of them. The magic
 /// words are "TYRUPA", "TYRUPA+" and "TYRUPAx"; words of the same lengths that begin with 'W',

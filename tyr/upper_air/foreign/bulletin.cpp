@@ -1,4 +1,4 @@
-#include "tyr/upper_air/bulletin.h"
+#include "tyr/upper_air/foreign/bulletin.h"
 
 #include <algorithm>
 #include <array>
@@ -10,8 +10,8 @@
 
 #include "base/missing.h"
 #include "base/str.h"
-#include "tyr/upper_air/bulletin_parts.h"
-#include "tyr/upper_air/words.h"
+#include "tyr/upper_air/foreign/bulletin_parts.h"
+#include "tyr/upper_air/forms/words.h"
 #include "var/number.h"
 
 namespace tyr {

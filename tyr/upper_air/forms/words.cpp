@@ -1,4 +1,4 @@
-#include "tyr/upper_air/words.h"
+#include "tyr/upper_air/forms/words.h"
 
 #include <algorithm>
 

@@ -2,8 +2,8 @@
 
 #include <string>
 
+#include "tyr/upper_air/forms/words.h"
 #include "tyr/upper_air/report.h"
-#include "tyr/upper_air/words.h"
 
 // Types 1 and 2: reports of 5 lines to 500 hPa, and of 7 lines to 100 hPa.
 //

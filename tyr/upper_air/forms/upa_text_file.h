@@ -5,8 +5,8 @@
 #include <string_view>
 #include <vector>
 
+#include "tyr/upper_air/forms/words.h"
 #include "tyr/upper_air/report.h"
-#include "tyr/upper_air/words.h"
 
 // Files of the five text forms, held in memory.
 

@@ -2,8 +2,8 @@
 
 #include <string>
 
+#include "tyr/upper_air/forms/words.h"
 #include "tyr/upper_air/report.h"
-#include "tyr/upper_air/words.h"
 
 // What the five text forms share: their levels as coded groups.
 

@@ -1,4 +1,4 @@
-#include "tyr/upper_air/coded_text.h"
+#include "tyr/upper_air/forms/coded_text.h"
 
 #include <algorithm>
 #include <cmath>

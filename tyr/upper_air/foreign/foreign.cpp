@@ -1,22 +1,17 @@
-#include "tyr/upper_air/foreign.h"
+#include "tyr/upper_air/foreign/foreign.h"
 
 #include <algorithm>
 
 #include "base/missing.h"
 #include "base/msg.h"
 #include "base/str.h"
-#include "tyr/upper_air/bulletin.h"
-#include "tyr/upper_air/spc.h"
-#include "tyr/upper_air/upa_types.h"
-#include "tyr/upper_air/wyoming.h"
 
 namespace tyr {
 
 namespace {
 
 constexpr int kToldOneByOne = 10;
-constexpr size_t kHead = 4096; // where a form has to show itself
-constexpr int kAllSlots = 24;  // num_mand of a report that may have any slot
+constexpr int kAllSlots = 24; // num_mand of a report that may have any slot
 constexpr float kMetresOfFoot = 0.3048F;
 
 void add_sig(const SoundLevel &level, UpaReport *report, int *lost)
@@ -61,30 +56,6 @@ void Refusals::tell(const std::string &reason)
     if (++count_ <= kToldOneByOne) {
         MSG_out(kMsgWarn, "UPA_open: %s: %s\n", name_.c_str(), reason.c_str());
     }
-}
-
-int foreign_type(std::string_view text)
-{
-    const std::string_view head = text.substr(0, kHead);
-    const auto holds = [&](std::string_view word) {
-        return head.find(word) != std::string_view::npos;
-    };
-    if (holds("%RAW%")) {
-        return kUpaSpc;
-    }
-    if (holds("PRES   HGHT   TEMP   DWPT")) {
-        return kUpaWyoming;
-    }
-    return is_bulletin(head) ? kUpaBulletin : -1;
-}
-
-ForeignFile read_foreign(int type, std::string_view text, const std::string &name)
-{
-    Refusals refusals(name);
-    if (type == kUpaBulletin) {
-        return read_bulletins(text, refusals);
-    }
-    return type == kUpaSpc ? read_spc(text, refusals) : read_wyoming(text, refusals);
 }
 
 void sort_levels(std::vector<SoundLevel> levels, UpaReport *report, Refusals &refusals)

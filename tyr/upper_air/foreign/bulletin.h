@@ -1,6 +1,6 @@
 #pragma once
 
-#include "tyr/upper_air/foreign.h"
+#include "tyr/upper_air/foreign/foreign.h"
 
 // Type 61: the WMO's upper-air bulletins as they arrive, codes FM 32 PILOT and FM 35 TEMP of the
 // Manual on Codes (WMO-No. 306, volume I.1), behind any headings. The parts of a station's ascent

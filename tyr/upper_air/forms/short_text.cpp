@@ -1,4 +1,4 @@
-#include "tyr/upper_air/short_text.h"
+#include "tyr/upper_air/forms/short_text.h"
 
 #include <algorithm>
 #include <span>
@@ -6,7 +6,7 @@
 
 #include "base/missing.h"
 #include "base/str.h"
-#include "tyr/upper_air/coded_text.h"
+#include "tyr/upper_air/forms/coded_text.h"
 #include "tyr/upper_air/groups.h"
 #include "tyr/upper_air/upa_types.h"
 #include "var/number.h"

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "tyr/upper_air/forms/words.h"
 #include "tyr/upper_air/report.h"
-#include "tyr/upper_air/words.h"
 
 // Types 3, 4 and 5: all mandatory levels, tropopause and maximum wind, and both lists.
 //

@@ -1,11 +1,11 @@
-#include "tyr/upper_air/row_text.h"
+#include "tyr/upper_air/forms/row_text.h"
 
 #include <algorithm>
 #include <vector>
 
 #include "base/missing.h"
 #include "base/str.h"
-#include "tyr/upper_air/coded_text.h"
+#include "tyr/upper_air/forms/coded_text.h"
 #include "tyr/upper_air/groups.h"
 #include "tyr/upper_air/upa_types.h"
 #include "var/number.h"

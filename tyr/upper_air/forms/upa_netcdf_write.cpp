@@ -8,8 +8,8 @@
 #include "base/missing.h"
 #include "base/msg.h"
 #include "base/str.h"
-#include "tyr/upper_air/upa_netcdf.h"
-#include "tyr/upper_air/upa_netcdf_table.h"
+#include "tyr/upper_air/forms/upa_netcdf.h"
+#include "tyr/upper_air/forms/upa_netcdf_table.h"
 
 namespace tyr {
 

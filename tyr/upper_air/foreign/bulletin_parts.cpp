@@ -1,4 +1,4 @@
-#include "tyr/upper_air/bulletin_parts.h"
+#include "tyr/upper_air/foreign/bulletin_parts.h"
 
 #include <algorithm>
 #include <cctype>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "tyr/upper_air/foreign.h"
+#include "tyr/upper_air/foreign/foreign.h"
 
 // Type 62: the sounding tables of the University of Wyoming, one or more in a file, as plain text
 // or in the html that the server sends.

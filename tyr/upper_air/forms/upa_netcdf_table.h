@@ -2,7 +2,7 @@
 
 #include <netcdf.h>
 
-#include "tyr/upper_air/upa_netcdf.h"
+#include "tyr/upper_air/forms/upa_netcdf.h"
 
 // The variables of the two netCDF layouts, as both the reader and the writer take them.
 

@@ -1,4 +1,4 @@
-#include "tyr/upper_air/upa_xml.h"
+#include "tyr/upper_air/forms/upa_xml.h"
 
 #include <algorithm>
 

@@ -1,4 +1,4 @@
-#include "tyr/upper_air/upa_digest.h"
+#include "tyr/upper_air/forms/upa_digest.h"
 
 #include <algorithm>
 #include <array>

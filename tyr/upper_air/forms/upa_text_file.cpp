@@ -1,4 +1,4 @@
-#include "tyr/upper_air/upa_text_file.h"
+#include "tyr/upper_air/forms/upa_text_file.h"
 
 #include <cctype>
 #include <utility>
@@ -6,10 +6,10 @@
 #include "base/missing.h"
 #include "base/msg.h"
 #include "base/str.h"
-#include "tyr/upper_air/coded_text.h"
-#include "tyr/upper_air/row_text.h"
-#include "tyr/upper_air/short_text.h"
-#include "tyr/upper_air/upa_file.h"
+#include "tyr/upper_air/forms/coded_text.h"
+#include "tyr/upper_air/forms/row_text.h"
+#include "tyr/upper_air/forms/short_text.h"
+#include "tyr/upper_air/upa_types.h"
 
 namespace tyr {
 

@@ -1,4 +1,4 @@
-#include "tyr/upper_air/spc.h"
+#include "tyr/upper_air/foreign/spc.h"
 
 #include <algorithm>
 #include <array>
@@ -6,7 +6,7 @@
 
 #include "base/missing.h"
 #include "base/str.h"
-#include "tyr/upper_air/words.h"
+#include "tyr/upper_air/forms/words.h"
 #include "var/number.h"
 
 namespace tyr {

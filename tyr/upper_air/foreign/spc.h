@@ -1,6 +1,6 @@
 #pragma once
 
-#include "tyr/upper_air/foreign.h"
+#include "tyr/upper_air/foreign/foreign.h"
 
 // Type 63: soundings as the Storm Prediction Center's programs keep them, one or more in a file.
 //

@@ -1,11 +1,11 @@
-#include "tyr/upper_air/wyoming.h"
+#include "tyr/upper_air/foreign/wyoming.h"
 
 #include <array>
 #include <optional>
 
 #include "base/missing.h"
 #include "base/str.h"
-#include "tyr/upper_air/words.h"
+#include "tyr/upper_air/forms/words.h"
 #include "var/number.h"
 
 namespace tyr {

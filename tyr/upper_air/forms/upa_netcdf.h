@@ -4,7 +4,7 @@
 #include <cstdint>
 
 #include "tyr/upper_air/report.h"
-#include "tyr/upper_air/upa_file.h"
+#include "tyr/upper_air/upa_types.h"
 
 // Types 11 and 12: netCDF classic files, a record a report. The layouts differ in the name of the
 // record dimension ("station", "report"), in the case of the names of level variables, and in

@@ -38,12 +38,6 @@ class Refusals {
     int count_ = 0;
 };
 
-/// kUpaBulletin, kUpaWyoming or kUpaSpc by what the first lines of a text hold; -1 for none.
-int foreign_type(std::string_view text);
-
-/// Reads a text of that type. What can't be used is told and passed over.
-ForeignFile read_foreign(int type, std::string_view text, const std::string &name);
-
 /// Sorts the levels of a table into a report, by falling pressure and rising height: those at a
 /// mandatory pressure into its slot, the first with a temperature into the surface's and the first
 /// place of the list, others into the list of significant levels, and winds with a height into the

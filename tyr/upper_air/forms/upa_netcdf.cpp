@@ -1,4 +1,4 @@
-#include "tyr/upper_air/upa_netcdf.h"
+#include "tyr/upper_air/forms/upa_netcdf.h"
 
 #include <algorithm>
 #include <cmath>
@@ -13,7 +13,7 @@
 #include "base/str.h"
 #include "profiler/classic_extent.h"
 #include "profiler/netcdf.h"
-#include "tyr/upper_air/upa_netcdf_table.h"
+#include "tyr/upper_air/forms/upa_netcdf_table.h"
 
 namespace tyr {
 
