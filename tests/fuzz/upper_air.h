@@ -16,7 +16,7 @@ inline void fuzz_upper_air(const std::string &bytes, int form)
     UpaFileHeader header;
     UPA_read_header(handle, &header);
     UpaReport report;
-    constexpr int kMostReports = 50;
+    constexpr int kMostReports = 8;
     for (int i = 0; i < kMostReports && UPA_read(handle, &report, kUpaWhole, &i) == 0; ++i) {
         report.elev = 0;
         THERM_process_report(&report);
