@@ -7,7 +7,7 @@
 #include <span>
 #include <string>
 
-#include "programs/profiler/netcdf.h"
+#include "tyr/base/netcdf.h"
 #include "tyr/base/missing.h"
 #include "tyr/base/msg.h"
 #include "tyr/base/str.h"

@@ -5,8 +5,8 @@
 #include <string>
 
 #include "programs/profiler/bufr.h"
-#include "programs/profiler/classic_extent.h"
-#include "programs/profiler/netcdf.h"
+#include "tyr/base/classic_extent.h"
+#include "tyr/base/netcdf.h"
 #include "programs/profiler/netcdf_reader.h"
 #include "tyr/base/file.h"
 #include "tyr/base/msg.h"

@@ -3,7 +3,7 @@
 #include <map>
 #include <sstream>
 
-#include "programs/profiler/netcdf.h"
+#include "tyr/base/netcdf.h"
 #include "programs/profiler/reader.h"
 #include "programs/profiler/walk.h"
 #include "support/capture.h"

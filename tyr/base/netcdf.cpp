@@ -1,4 +1,4 @@
-#include "programs/profiler/netcdf.h"
+#include "tyr/base/netcdf.h"
 
 #include <algorithm>
 #include <array>

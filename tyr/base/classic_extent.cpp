@@ -1,4 +1,4 @@
-#include "programs/profiler/classic_extent.h"
+#include "tyr/base/classic_extent.h"
 
 #include <algorithm>
 #include <cstdio>
