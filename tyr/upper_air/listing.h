@@ -1,29 +1,16 @@
 #pragma once
 
-// Listings of the sounding in force and of what THERM_compute found of it. A line whose value is
-// Missing is left out. Lines go to the bits of `print`, so that the message mask chooses how much
-// is shown:
-//
-//     1  headings, and the numbers that a forecast rests on
-//     2  further variables and indices
-//     4  the parts and variants of indices
-//     8  the tables by level
-//
-// Between pages they pause, where paging is on (`plot_param` "page").
+#include "tyr/upper_air/report.h"
 
-/// Sounding variables, indices with their risks in words, and the lift of the parcel.
-void THERM_print_indices();
+// A report as text for the user, at a message mask (base/msg.h).
 
-/// The temperature sounding: a row for the surface, for each level, for the tropopause and for the
-/// maximum wind, where known. The columns are those of MET_print_level.
-void THERM_print_levels();
+/// Date of the current file, station, and what is known of number, place and elevation.
+void UPA_print_station(unsigned mask, const UpaReport *report);
 
-/// Mean wind, storm motion, shear, helicity, and the indices of wind and energy.
-void THERM_print_winds();
+/// The three tables: mandatory levels with a pressure, significant levels and winds in two columns.
+void UPA_print_report(unsigned mask, const UpaReport *report);
 
-/// The wind sounding: pressure, height, direction, speed and components (knots), and the last four
-/// once more relative to the storm, where its motion is known.
-void THERM_print_wind_levels();
-
-/// A row for each depth from 500 to 6000 m: mean wind and inflow, shear, helicity, vorticity.
-void THERM_print_storm();
+/// One of the tables behind a line of the station.
+void UPA_print_mand(unsigned mask, const UpaReport *report);
+void UPA_print_sig(unsigned mask, const UpaReport *report);
+void UPA_print_wind(unsigned mask, const UpaReport *report);

@@ -2,7 +2,7 @@
 
 #include "base/missing.h"
 #include "base/msg.h"
-#include "tyr/upper_air/listing_private.h"
+#include "tyr/upper_air/sounding_listing_private.h"
 
 namespace {
 

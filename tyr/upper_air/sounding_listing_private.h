@@ -8,7 +8,7 @@
 
 namespace tyr {
 
-/// Bits of `print` that lines go to (tyr/upper_air/listing.h).
+/// Bits of `print` that lines go to (tyr/upper_air/sounding_listing.h).
 inline constexpr unsigned kListMain = 0x1;
 inline constexpr unsigned kListVariable = 0x2;
 inline constexpr unsigned kListDetail = 0x4;

@@ -6,8 +6,8 @@
 #include "base/missing.h"
 #include "base/msg.h"
 #include "tyr/met/sounding_private.h"
-#include "tyr/upper_air/listing.h"
-#include "tyr/upper_air/listing_private.h"
+#include "tyr/upper_air/sounding_listing.h"
+#include "tyr/upper_air/sounding_listing_private.h"
 #include "var/wind.h"
 
 namespace {
