@@ -164,7 +164,7 @@ void draw_title(const float area[4], float size)
     const SoundingStore &s = THERM_store();
     char date[kDateTextRoom] = "";
     TIME_format(&s.date, date);
-    tyr::use_text("color_text", size);
+    tyr::use_text("color_text", "", size);
     gset_text_width(2.0F);
     GPH_set_text_align(kAlignLeft, kAlignHalf);
     GPH_text_at("%s  %s", area[0], area[2] + size, s.station, date);
@@ -187,11 +187,12 @@ int draw(const Options &options)
     const SoundingStore &s = THERM_store();
     ParcelPath path{THERM_parcel_choice().parcel, THERM_results().parcel};
     THERM_plot_diagram(options.proj, diagram.data(), s.temps, s.num_temps, &path);
-    THERM_plot_barbs(v[0] + 0.705F * w, 0.032F * w, 0.014F * h, s.winds, s.num_winds, s.temps,
+    THERM_plot_levels(diagram.data(), s.temps, s.num_temps, &path);
+    THERM_plot_barbs(v[0] + 0.705F * w, 0.032F * w, 0.019F * h, s.winds, s.num_winds, s.temps,
                      s.num_temps);
     const float storm[2] = {s.storm_motion.dir, s.storm_motion.spd};
     THERM_plot_hodograph(rings.data(), s.winds, s.num_winds, storm, kHodographTop);
-    tyr::use_text("color_text", 0.0125F * h);
+    tyr::use_text("color_text", "", 0.0125F * h);
     draw_panel(part(0.765F, 1.0F, 0.05F, 0.555F).data(), 0.0125F * h);
     draw_title(part(0.05F, 1.0F, 0.955F, 1.0F).data(), 0.018F * h);
     return PLT_end() == 0 ? 0 : 1;

@@ -24,7 +24,9 @@ constexpr float kIsobars[] = {1000.0F, 925.0F, 850.0F, 700.0F, 500.0F, 400.0F,
                               300.0F,  250.0F, 200.0F, 150.0F, 100.0F};
 constexpr float kMixingRatios[] = {0.4F, 1.0F, 2.0F, 4.0F, 7.0F, 10.0F, 16.0F, 24.0F};
 
-constexpr float kColdest = -120.0F; // isotherms
+constexpr const char *kMixingLook = "#7890C8:s5";
+
+constexpr float kColdest = -160.0F; // isotherms
 constexpr float kWarmest = 60.0F;
 
 const char *text_colour()
@@ -36,7 +38,7 @@ bool is_inside(float x, float y)
 {
     float w[4];
     DOM_get_window(w);
-    const float margin = 1e-4F * (w[3] - w[2]);
+    const float margin = 1e-3F * (w[3] - w[2]);
     return x >= w[0] && x <= w[1] && y >= w[2] - margin && y <= w[3] + margin;
 }
 
@@ -55,7 +57,7 @@ void draw_isobars(float size)
 {
     constexpr float kSample = 2.0F; // K
     use_line("color_isobar", "#909090");
-    use_text("color_text", size);
+    use_text("color_text", "", size);
     GPH_set_text_align(kAlignRight, kAlignHalf);
     for (const float p : kIsobars) {
         DiagramLine line;
@@ -76,22 +78,38 @@ void draw_isobars(float size)
     }
 }
 
+constexpr size_t kNowhere = static_cast<size_t>(-1);
+
+// Where a line from below comes into the diagram: its first point, or the first near the lower
+// edge.
+size_t lowest_inside(const std::vector<float> &points)
+{
+    constexpr float kNear = 0.03F; // of the diagram's height
+    float w[4];
+    DOM_get_window(w);
+    for (size_t i = 0; i + 1 < points.size(); i += 2)
+        if (is_inside(points[i], points[i + 1]))
+            return i == 0 || points[i + 1] < w[2] + kNear * (w[3] - w[2]) ? i : kNowhere;
+    return kNowhere;
+}
+
 void draw_isotherms(float size)
 {
     constexpr float kInterval = 10.0F;
-    use_text("color_text", size);
+    use_text("color_text", "", size);
     GPH_set_text_align(kAlignCentre, kAlignTop);
     for (float t = kColdest; t <= kWarmest; t += kInterval) {
-        use_line("color_isotherm", "#B8B8B8");
         if (t == 0.0F)
-            gset_linewidth(2.0F);
+            use_line("color_zero", "#5070C0:w2");
+        else
+            use_line("color_isotherm", "#B8B8B8");
         DiagramLine line;
         for (float p = kDiagramBottom; p >= kDiagramTop / 2.0F; p -= kStep)
             line.add(t, p);
         line.draw();
-        const std::vector<float> &points = line.points();
-        if (points.size() >= 2 && is_inside(points[0], points[1]))
-            number_at(points[0], points[1], 0.0F, -0.7F * size, 0, t);
+        const size_t at = lowest_inside(line.points());
+        if (at != kNowhere)
+            number_at(line.points()[at], line.points()[at + 1], 0.0F, -0.7F * size, 0, t);
     }
 }
 
@@ -124,10 +142,10 @@ void draw_moist_adiabats()
 void draw_mixing_ratios(float size)
 {
     constexpr float kHighest = 550.0F; // hPa; their numbers stand there
-    use_text("color_mixing", size);
+    use_text("color_mixing", kMixingLook, size);
     GPH_set_text_align(kAlignCentre, kAlignHalf);
     for (const float w : kMixingRatios) {
-        use_line("color_mixing", "#90A8D8:s5");
+        use_line("color_mixing", kMixingLook);
         DiagramLine line;
         for (float p = kDiagramBottom; p >= kHighest; p -= kStep)
             line.add(celsius(MET_dew_from_mix(w, p)), p);
@@ -178,16 +196,18 @@ void use_fill(const char *resource, const char *default_text)
 {
     AttrRec attr;
     ATTR_init(&attr);
+    ATTR_parse(text_colour(), &attr);
     ATTR_from_resource(resource, default_text, &attr);
     GPH_set_fill_attr(nullptr);
     GPH_set_fill_attr(&attr);
 }
 
-void use_text(const char *resource, float height)
+void use_text(const char *resource, const char *default_text, float height)
 {
     AttrRec attr;
     ATTR_init(&attr);
-    ATTR_from_resource(resource, text_colour(), &attr);
+    ATTR_parse(text_colour(), &attr);
+    ATTR_from_resource(resource, default_text, &attr);
     GPH_set_text_attr(nullptr, height);
     GPH_set_text_attr(&attr, height);
 }

@@ -22,11 +22,12 @@ class DiagramLine {
     std::vector<std::vector<float>> stretches_{1};
 };
 
-/// How a thing is drawn: sets line, fill or text from a resource and its default text.
+/// How a thing is drawn: sets line, fill or text from a resource over a default text over the
+/// colour of text, black or white.
 void use_line(const char *resource, const char *default_text);
 void use_fill(const char *resource, const char *default_text);
 /// @param height  of capitals, world units
-void use_text(const char *resource, float height);
+void use_text(const char *resource, const char *default_text, float height);
 
 /// Frame, isobars, isotherms, adiabats and mixing ratios of the current diagram, with numbers.
 void draw_diagram_lines(const float viewport[4]);

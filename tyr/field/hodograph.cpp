@@ -39,8 +39,7 @@ constexpr Band kBands[] = {
     {1e9F,    "#2060C0:w3"},
 };
 
-constexpr float kMarks[] = {0.0F,    1000.0F, 2000.0F, 3000.0F, 4000.0F,
-                            5000.0F, 6000.0F, 9000.0F, 12000.0F};
+constexpr float kMarks[] = {0.0F, 1000.0F, 2000.0F, 3000.0F, 6000.0F, 9000.0F};
 
 struct Point {
     float x, y;
@@ -129,7 +128,7 @@ void draw_rings(const Scale &scale)
     const float up[4] = {0.0F, -r, 0.0F, r};
     gpolyline(2, across);
     gpolyline(2, up);
-    use_text("color_text", 0.045F * r);
+    use_text("color_text", "", 0.045F * r);
     GPH_set_text_align(kAlignLeft, kAlignTop);
     for (int i = 1; i <= scale.rings; ++i) {
         const float spd = scale.ring * static_cast<float>(i);
@@ -179,7 +178,7 @@ void draw_curve(const std::vector<SoundLevel> &levels, float ground)
 
 void draw_marks(const SoundLevel *winds, int m, float ground, float top, float radius)
 {
-    use_text("color_text", 0.045F * radius);
+    use_text("color_text", "", 0.045F * radius);
     GPH_set_text_align(kAlignLeft, kAlignBottom);
     use_fill("color_storm", "#606060");
     for (const float height : kMarks) {

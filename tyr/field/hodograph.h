@@ -4,15 +4,14 @@
 
 // The hodograph: the ends of the wind vectors of a sounding, joined from the ground up, in a polar
 // plot space (kProjPolarPlot). Rings stand every 10 or 20 knots; the curve changes its look at 3, 6
-// and 9 km above the first level, and a dot with the height in km stands at every kilometre of the
-// lowest 6 and at 9 and 12.
+// and 9 km above the first level, and dots with the height in km stand at 0, 1, 2, 3, 6 and 9.
 //
 // | resource       | default             | what                                          |
 // |----------------|---------------------|-----------------------------------------------|
 // | color_ring     | "#B8B8B8"           | rings and axes                                |
 // | color_hodo     | "#D02020:w3, ..."   | list of four attribute texts, by height       |
-// | color_storm    | text colour         | cross at the storm's motion                   |
-// | color_text     | black or white      | numbers                                       |
+// | color_storm    | ":w2"               | cross at the storm's motion                   |
+// | color_text     | ""                  | numbers                                       |
 
 /// Draws it into a viewport in normalised coordinates, x0, x1, y0, y1; the part that is squared is
 /// used. Transformation 3 takes its window, transformation 1 is selected afterwards.

@@ -36,17 +36,17 @@ void set_corner(DomainRec *d, float t, float p, float t_span, float top)
     d->dy = top - p;
 }
 
-// The tephigram is turned about its lower left corner. It looks right when an isobar at mid-height
-// runs level, which sets the span of ln(theta) by that of temperature.
+// The tephigram is turned about its lower left corner. It looks right when the isobars at its foot
+// run level, which sets the span of ln(theta) by that of temperature.
 void set_tephigram(DomainRec *d, float shape)
 {
     constexpr float kLeft = -30.0F; // degrees Celsius
     constexpr float kSpan = 95.0F;
-    constexpr double kMiddle = 270.0; // K
+    constexpr double kLevel = 245.0; // K; a larger one tilts them, and shows less of the heights
     const double t = kelvin(kLeft);
     const double theta = MET_theta(kelvin(kLeft), kDiagramBottom);
     set_corner(d, kLeft, kDiagramBottom, kSpan,
-               pressure_of(t, theta * std::exp(shape * kSpan / kMiddle)));
+               pressure_of(t, theta * std::exp(shape * kSpan / kLevel)));
 }
 
 void set_upright_tephigram(DomainRec *d)
@@ -150,6 +150,42 @@ void draw_frame(const float viewport[4])
     GPH_rect(viewport);
 }
 
+// Where a level stands on the view surface; Missing off the diagram.
+float surface_height(float t, float p, const float viewport[4])
+{
+    float x = kMissing;
+    float y = kMissing;
+    if (!(p > 0.0F) || MAP_ll_to_xy(&x, &y, t, p) == 0)
+        return kMissing;
+    y = gtran_y(kDiagram, kSurface, y);
+    return y >= viewport[2] && y <= viewport[3] ? y : kMissing;
+}
+
+// Where an isobar comes in at the left edge.
+float isobar_height(float p, const float viewport[4])
+{
+    float low = -150.0F; // degrees Celsius on both sides of the edge
+    float high = 60.0F;
+    for (int i = 0; i < 20; ++i) {
+        const float t = (low + high) / 2.0F;
+        float x = kMissing;
+        float y = kMissing;
+        MAP_ll_to_xy(&x, &y, t, p);
+        (gtran_x(kDiagram, kSurface, x) < viewport[0] ? low : high) = t;
+    }
+    return surface_height(high, p, viewport);
+}
+
+// Where a level of the parcel's path stands.
+float path_height(float p, const ParcelPath &path, const float viewport[4])
+{
+    if (!(p > 0.0F) || is_missing(path.lift.lcl_p))
+        return kMissing;
+    const float t = p >= path.lift.lcl_p ? MET_dry_adiabat(path.lift.lcl_t, path.lift.lcl_p, p)
+                                         : MET_moist_temp(path.lift.theta_e, p);
+    return surface_height(celsius(t), p, viewport);
+}
+
 } // namespace
 
 int THERM_diagram_domain(int proj, const float viewport[4], DomainRec *domain)
@@ -204,13 +240,55 @@ int THERM_plot_diagram(int proj, const float viewport[4], const SoundLevel *soun
     return 0;
 }
 
+void THERM_plot_levels(const float viewport[4], const SoundLevel *sound, int n,
+                       const ParcelPath *path)
+{
+    constexpr float kTextSize = 0.013F; // of the diagram's height
+    constexpr float kHeights[] = {1000.0F, 850.0F, 700.0F, 500.0F, 400.0F, 300.0F, 200.0F, 150.0F};
+    const float size = kTextSize * (viewport[3] - viewport[2]);
+    gsel_norm_tran(kSurface);
+    use_text("color_isobar", "#909090", size);
+    GPH_set_text_align(kAlignLeft, kAlignBottom);
+    for (const float p : kHeights) {
+        const float z = level_at(sound, n, kPressureKind, p).z;
+        const float y = isobar_height(p, viewport);
+        if (!is_missing(z) && !is_missing(y))
+            GPH_text_at("%.0f m", viewport[0] + size, y + 0.3F * size, double{z});
+    }
+    if (path == nullptr)
+        return;
+    const struct {
+        const char *name;
+        float p;
+    } marks[] = {
+        {"LCL", path->lift.lcl_p},
+        {"LFC", path->lift.lfc_p},
+        {"EL",  path->lift.el_p }
+    };
+    use_text("color_parcel", "", 1.2F * size);
+    use_line("color_parcel", "");
+    GPH_set_text_align(kAlignRight, kAlignHalf);
+    for (const auto &mark : marks) {
+        const float y = path_height(mark.p, *path, viewport);
+        if (is_missing(y))
+            continue;
+        const float dash[4] = {viewport[1] - 2.0F * size, y, viewport[1], y};
+        gpolyline(2, dash);
+        GPH_text_at("%s", viewport[1] - 2.6F * size, y, mark.name);
+    }
+}
+
 int THERM_plot_barbs(float x, float staff, float gap, const SoundLevel *winds, int m,
                      const SoundLevel *temps, int n)
 {
     float window[4];
     DOM_get_window(window);
-    use_line("color_wind", ":w1");
+    use_line("color_wind", "");
+    use_fill("color_wind", "");
     gsel_norm_tran(kSurface);
+    const float axis[4] = {x, gtran_y(kDiagram, kSurface, window[2]), x,
+                           gtran_y(kDiagram, kSurface, window[3])};
+    gpolyline(2, axis);
     float last = kMissing;
     int drawn = 0;
     for (int i = 0; i < m; ++i) {

@@ -15,17 +15,20 @@
 // | resource       | default           | what                                            |
 // |----------------|-------------------|-------------------------------------------------|
 // | color_isobar   | "#909090"         | isobars; the frame                              |
-// | color_isotherm | "#B8B8B8"         | isotherms; that of 0 degrees twice as wide      |
+// | color_isotherm | "#B8B8B8"         | isotherms                                       |
+// | color_zero     | "#5070C0:w2"      | the isotherm of 0 degrees                       |
 // | color_dry      | "#D8B080"         | dry adiabats, every 10 K                        |
 // | color_moist    | "#80B890:s2"      | moist adiabats, every 4 K at 1000 hPa           |
-// | color_mixing   | "#90A8D8:s5"      | mixing ratios, with their numbers in g/kg       |
+// | color_mixing   | "#7890C8:s5"      | mixing ratios, with their numbers in g/kg       |
 // | color_temp     | "#D02020:w3"      | temperature                                     |
 // | color_dewp     | "#108030:w3"      | dew point                                       |
-// | color_parcel   | text colour, "w2" | path of the parcel                              |
+// | color_parcel   | ":w2:s3"          | path of the parcel                              |
 // | color_cape     | "#F8C8C0"         | where it is warmer than its surroundings        |
 // | color_cin      | "#C8DCF4"         | where it is colder below free convection        |
-// | color_wind     | text colour       | barbs                                           |
-// | color_text     | black or white    | numbers                                         |
+// | color_wind     | ""                | barbs and the line that they stand on           |
+// | color_text     | ""                | numbers                                         |
+//
+// A text without a colour means black on a light ground and white on a dark one.
 
 /// A parcel's path, for the plot: the level that it starts from, and the result of its lift.
 struct ParcelPath {
@@ -47,7 +50,13 @@ int THERM_diagram_domain(int proj, const float viewport[4], DomainRec *domain);
 int THERM_plot_diagram(int proj, const float viewport[4], const SoundLevel *sound, int n,
                        const ParcelPath *path);
 
-/// Draws the barbs of a wind sounding on a line upright at x (normalised), each at the height of
+/// Marks the parcel's condensation level, level of free convection and equilibrium level ("LCL",
+/// "LFC", "EL") at the right edge of the diagram drawn last, and, given a sounding, the heights of
+/// its isobars at the left edge, in metres.
+void THERM_plot_levels(const float viewport[4], const SoundLevel *sound, int n,
+                       const ParcelPath *path);
+
+/// Draws the barbs of a wind sounding on an upright line at x (normalised), each at the height of
 /// its pressure on the diagram drawn last. Levels nearer than `gap` (normalised) to the one below
 /// are left out, and those off the diagram.
 ///
