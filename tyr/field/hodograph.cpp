@@ -94,7 +94,7 @@ Scale scale_of(const std::vector<SoundLevel> &levels, float storm_speed)
     Scale scale;
     if (fastest > kFineUpTo)
         scale.ring = 20.0F;
-    scale.rings = std::max(scale.rings, static_cast<int>(std::ceil(fastest / scale.ring)));
+    scale.rings = std::max(scale.rings, static_cast<int>(std::ceil(1.05F * fastest / scale.ring)));
     return scale;
 }
 
