@@ -11,7 +11,9 @@ inline constexpr int kSlotMap = 24;
 /// The temperature sounding, by falling pressure: mandatory and significant levels merged, each
 /// pressure once (the mandatory level stands for both), tropopause and level of maximum wind put in
 /// between their neighbours, and levels left out where the potential temperature falls by more than
-/// 3 K from the level below. A mandatory level below the surface stands ahead of it.
+/// 3 K from the level below. A mandatory level below the surface stands ahead of it. A level
+/// without a temperature has no potential temperature to fall, and stays. The level of maximum
+/// wind, be it found or put in, gets the temperatures between those of its neighbours.
 ///
 /// A report without mandatory levels gives its significant list alone, its first level with the
 /// surface's height if its pressure is above 500 hPa. Heights of significant levels stay Missing
@@ -55,5 +57,6 @@ float THERM_sfc_pressure(const SoundLevel *temps, const int *map);
 /// The whole road from a report to the sounding in force (tyr/upper_air/sounding_store.h). A
 /// station without an elevation is looked up in the city file "upa.cty", which then also gives its
 /// WMO number and place. Heights and values found on the way are set in the report's slots 0, 22
-/// and 23. @return 1; 0 if no temperature level came out
+/// and 23. The date is that of the current file (tyr/upper_air/stations.h), where it has one.
+/// @return 1; 0 if no temperature level came out
 int THERM_process_report(UpaReport *report);

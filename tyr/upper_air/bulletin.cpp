@@ -80,26 +80,24 @@ bool has_letter(std::string_view word)
 void collect_groups(WordCursor &words, Message *message, Refusals &refusals)
 {
     while (!words.peek().empty()) {
-        std::string word(words.peek());
-        const size_t end = word.find('=');
-        const bool last = end != std::string::npos;
-        word = word.substr(0, end);
+        const std::string word(words.peek());
         const bool heading = has_letter(word) && std::isalpha(static_cast<unsigned char>(word[0]));
         if (heading && word != "NIL") {
             return;
         }
         words.word();
+        if (word == "=") {
+            return;
+        }
         if (word == "NIL") {
             message->groups.clear();
-        } else if (is_group(word)) {
-            message->groups.push_back(word);
-        } else if (!word.empty()) {
+            return;
+        }
+        if (!is_group(word)) {
             refusals.tell(message->word + ": the group \"" + word + "\" can't be read");
             return;
         }
-        if (last || word == "NIL") {
-            return;
-        }
+        message->groups.push_back(word);
     }
 }
 
@@ -149,6 +147,16 @@ DateRec ascent_date(const std::optional<DateRec> &near, int day, int hour)
         }
     }
     return date;
+}
+
+/// The text with the signs that end messages as words of their own.
+std::string with_ends_apart(std::string_view text)
+{
+    std::string out;
+    for (const char c : text) {
+        out += c == '=' ? " = " : std::string(1, c);
+    }
+    return out;
 }
 
 /// All ascents of a file, in the order in which they first stand.
@@ -268,7 +276,8 @@ ForeignFile read_bulletins(std::string_view text, Refusals &refusals)
 {
     Ascents ascents(refusals);
     std::string id;
-    WordCursor words(text);
+    const std::string spaced = with_ends_apart(text);
+    WordCursor words(spaced);
     for (std::string_view word = words.word(); !word.empty(); word = words.word()) {
         if (is_id_line(word)) {
             id = word.substr(3);

@@ -87,11 +87,15 @@ ForeignFile read_foreign(int type, std::string_view text, const std::string &nam
     return type == kUpaSpc ? read_spc(text, refusals) : read_wyoming(text, refusals);
 }
 
-void sort_levels(const std::vector<SoundLevel> &levels, UpaReport *report, Refusals &refusals)
+void sort_levels(std::vector<SoundLevel> levels, UpaReport *report, Refusals &refusals)
 {
+    std::stable_sort(levels.begin(), levels.end(), [](const SoundLevel &a, const SoundLevel &b) {
+        return a.p > b.p || (a.p == b.p && a.z < b.z);
+    });
     int lost_sig = 0;
     int lost_winds = 0;
     bool above_ground = false;
+    float last_sig = kMissing;
     report->num_mand = kAllSlots;
     for (const SoundLevel &level : levels) {
         const int slot = slot_of(level.p);
@@ -101,10 +105,12 @@ void sort_levels(const std::vector<SoundLevel> &levels, UpaReport *report, Refus
         }
         if (!above_ground && !is_missing(level.t)) {
             above_ground = true;
+            last_sig = level.p;
             report->mand[kUpaSurface] = level;
             add_sig(level, report, &lost_sig);
         } else if (slot == 0) {
-            if (!is_missing(level.t)) {
+            if (!is_missing(level.t) && level.p != last_sig) {
+                last_sig = level.p;
                 add_sig(level, report, &lost_sig);
             }
             if (has_wind && !is_missing(level.z)) {

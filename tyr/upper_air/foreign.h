@@ -44,11 +44,11 @@ int foreign_type(std::string_view text);
 /// Reads a text of that type. What can't be used is told and passed over.
 ForeignFile read_foreign(int type, std::string_view text, const std::string &name);
 
-/// Sorts the levels of a table, by falling pressure, into a report: those at a mandatory pressure
-/// into its slot, the first with a temperature into the surface's and the first place of the list,
-/// others into the list of significant levels, and winds with a height into the list of winds.
-/// Levels beyond the lists are told.
-void sort_levels(const std::vector<SoundLevel> &levels, UpaReport *report, Refusals &refusals);
+/// Sorts the levels of a table into a report, by falling pressure and rising height: those at a
+/// mandatory pressure into its slot, the first with a temperature into the surface's and the first
+/// place of the list, others into the list of significant levels, and winds with a height into the
+/// list of winds. Levels beyond the lists are told.
+void sort_levels(std::vector<SoundLevel> levels, UpaReport *report, Refusals &refusals);
 
 /// Cuts a word of blanks or of a separator off a text.
 std::string_view take_field(std::string_view *text, char separator);

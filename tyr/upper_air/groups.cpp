@@ -170,7 +170,8 @@ int UPA_decode_wind(const char *group, float *dir, float *spd)
         return 0;
     }
     const auto speed = static_cast<float>(*ff + *ddd % 5 * 100);
-    const auto direction = static_cast<float>(*ddd / 5 * 5);
+    const int fives = *ddd / 5;
+    const auto direction = static_cast<float>(5 * fives);
     if (speed <= kMaxSpeed && direction <= kMaxDirection) {
         *dir = direction;
         *spd = speed;

@@ -8,6 +8,7 @@
 #include "tyr/upper_air/assembly.h"
 #include "tyr/upper_air/listing.h"
 #include "tyr/upper_air/parcel_choice.h"
+#include "tyr/upper_air/stations.h"
 #include "tyr/upper_air/store_private.h"
 #include "var/thermo.h"
 #include "var/wind_profile.h"
@@ -28,8 +29,22 @@ struct State {
     SoundingStore store;
     std::vector<SoundLevel> temps;
     std::vector<SoundLevel> winds;
+    bool no_city_file = false; // it was told once
 };
 State state;
+
+/// Whether stations can be looked up.
+bool has_city_file()
+{
+    if (!state.no_city_file) {
+        const int handle = CTY_open_file(kCityFile, nullptr);
+        state.no_city_file = handle <= 0;
+        if (handle > 0) {
+            CTY_close_file(handle);
+        }
+    }
+    return !state.no_city_file;
+}
 
 /// Elevation, number and place of a station that doesn't tell its elevation.
 void look_up_station(UpaReport *report)
@@ -39,7 +54,7 @@ void look_up_station(UpaReport *report)
     if (name.empty() && report->wmo != kMissingInt) {
         name = STR_print("%05d", report->wmo);
     }
-    if (name.empty() || CTY_search(name.c_str(), kCityFile, &city) != 1) {
+    if (name.empty() || !has_city_file() || CTY_search(name.c_str(), kCityFile, &city) != 1) {
         return;
     }
     report->elev = city.elev;
@@ -180,6 +195,11 @@ int THERM_process_report(UpaReport *report)
     }
     THERM_set_special(&report->mand[kUpaTropopause], &report->mand[kUpaMaxWind]);
     THERM_set_station(report->id);
+    DateRec date;
+    UPA_get_date(&date);
+    if (date.month > 0) {
+        THERM_set_date(&date);
+    }
     THERM_setup(temps, n, winds, m, THERM_sfc_pressure(temps, temp_map));
     return 1;
 }

@@ -244,7 +244,8 @@ int UPA_open(const char *name, int mode, int *type)
     if (state.type != kUpaNoType) {
         UPA_close(state.handle);
     }
-    if (mode != kRead && (mode != kWrite || *type == kUpaNoType)) {
+    if (name == nullptr || (mode != kRead && mode != kWrite) ||
+        (mode == kWrite && *type == kUpaNoType)) {
         return -1;
     }
     state = State{};

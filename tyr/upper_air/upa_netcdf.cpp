@@ -257,11 +257,11 @@ void read_netcdf_header(UpaNetcdf *file, int64_t whole_records, UpaFileHeader *h
         const UpaVariableRow &row = kUpaVariableRows[i];
         file->variables[i] = CDF_var_id(file->type == kUpaNetcdf1 ? row.name1 : row.name2);
     }
-    CDF_set_quiet(1);
     file->mandatory = dimension_size(kMandLevel, kUpaMandatory);
     file->significant = dimension_size(kSigLevel, kUpaSignificant);
     file->winds = dimension_size(kWindLevel, kUpaWinds);
     file->text = dimension_size(kStringLength, kTextRead);
+    CDF_set_quiet(1);
     std::string text;
     if (global_text(file->id, "filetime", &text) || global_text(file->id, "datetime", &text)) {
         STR_copy(header->date_text, sizeof header->date_text, text.c_str());
