@@ -23,14 +23,15 @@
 #include "gks/session.h"
 #include "map/domain.h"
 #include "plot/area.h"
+#include "plot/attributes.h"
 #include "plot/session.h"
 #include "timefile/date.h"
-#include "tyr/field/diagram_lines.h"
 #include "tyr/field/hodograph.h"
 #include "tyr/field/sounding_plot.h"
 #include "tyr/upper_air/analysis.h"
 #include "tyr/upper_air/assembly.h"
 #include "tyr/upper_air/parcel_choice.h"
+#include "tyr/upper_air/raw_sounding.h"
 #include "tyr/upper_air/sounding_listing.h"
 #include "tyr/upper_air/sounding_store.h"
 #include "tyr/upper_air/stations.h"
@@ -71,23 +72,60 @@ bool read_options(int count, char **words, Options *options)
     return options->file != nullptr;
 }
 
-bool load(const Options &options)
+bool is_raw(const char *name)
+{
+    constexpr const char *kMagic = "TYRRAW";
+    char word[7] = "";
+    FILE *file = std::fopen(name, "rb");
+    if (file == nullptr)
+        return false; // told when it is opened as reports
+    const bool found = std::fread(word, 1, 6, file) == 6 && std::strcmp(word, kMagic) == 0;
+    std::fclose(file);
+    return found;
+}
+
+// The station that was asked for, or the first that gives a sounding.
+bool find_report(const char *station)
 {
     static UpaReport report;
-    if (UPA_open_file(options.file) != 1)
-        return false;
-    const bool found = options.station != nullptr && *options.station != '\0'
-                           ? UPA_get_station(options.station, &report) == 1
-                           : UPA_next_station(&report) == 0;
-    if (!found || THERM_process_report(&report) != 1) {
-        MSG_out(kMsgError, "draw_sounding: %s: No sounding in it\n", options.file);
-        return false;
+    if (station != nullptr && *station != '\0') {
+        if (UPA_get_station(station, &report) != 1 || THERM_process_report(&report) != 1)
+            return false;
+    } else {
+        bool found = false;
+        while (!found && UPA_next_station(&report) == 0)
+            found = THERM_process_report(&report) == 1;
+        if (!found)
+            return false;
     }
     DateRec date;
     UPA_get_date(&date);
     THERM_set_date(&date);
     THERM_set_station(report.id);
     return true;
+}
+
+bool load(const Options &options)
+{
+    if (is_raw(options.file)) {
+        THERM_read_raw(options.file);
+        return THERM_store().num_temps > 0;
+    }
+    if (UPA_open_file(options.file) != 1)
+        return false;
+    if (find_report(options.station))
+        return true;
+    MSG_out(kMsgError, "draw_sounding: %s: No sounding in it\n", options.file);
+    return false;
+}
+
+void use_text(float height)
+{
+    AttrRec attr;
+    ATTR_init(&attr);
+    ATTR_from_resource("color_text", PLT_is_light() != 0 ? "black" : "white", &attr);
+    GPH_set_text_attr(nullptr, height);
+    GPH_set_text_attr(&attr, height);
 }
 
 void list_all()
@@ -164,7 +202,7 @@ void draw_title(const float area[4], float size)
     const SoundingStore &s = THERM_store();
     char date[kDateTextRoom] = "";
     TIME_format(&s.date, date);
-    tyr::use_text("color_text", "", size);
+    use_text(size);
     gset_text_width(2.0F);
     GPH_set_text_align(kAlignLeft, kAlignHalf);
     GPH_text_at("%s  %s", area[0], area[2] + size, s.station, date);
@@ -192,7 +230,7 @@ int draw(const Options &options)
                      s.num_temps);
     const float storm[2] = {s.storm_motion.dir, s.storm_motion.spd};
     THERM_plot_hodograph(rings.data(), s.winds, s.num_winds, storm, kHodographTop);
-    tyr::use_text("color_text", "", 0.0125F * h);
+    use_text(0.0125F * h);
     draw_panel(part(0.765F, 1.0F, 0.05F, 0.555F).data(), 0.0125F * h);
     draw_title(part(0.05F, 1.0F, 0.955F, 1.0F).data(), 0.018F * h);
     return PLT_end() == 0 ? 0 : 1;

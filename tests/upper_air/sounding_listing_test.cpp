@@ -1,4 +1,6 @@
+#include <algorithm>
 #include <cmath>
+#include <random>
 
 #include "base/missing.h"
 #include "base/msg.h"
@@ -207,5 +209,42 @@ TEST(Analysis, ParcelsByTheirChoice)
         EXPECT_NEAR(used.t, c.t, 0.1);
         EXPECT_NEAR(used.td, c.td, 0.1);
         EXPECT_FALSE(is_missing(THERM_results().parcel.cape));
+    }
+}
+
+TEST(Analysis, AnySoundingIsBorne)
+{
+    constexpr unsigned kSeed = 20140616;
+    constexpr float kOdd[] = {M, 0.0F, -1.0F, 1e30F, -1e30F, 1e-30F, 500.0F, 1000.0F};
+    std::mt19937 random(kSeed);
+    const auto pick = [&random](int n) { return static_cast<int>(random() % unsigned(n)); };
+    for (int round = 0; round < 300; ++round) {
+        SCOPED_TRACE(round);
+        std::vector<SoundLevel> levels = warm_sounding();
+        levels.resize(static_cast<size_t>(pick(18)));
+        std::shuffle(levels.begin(), levels.end(), random); // unsorted
+        if (pick(2) == 0)
+            std::sort(levels.begin(), levels.end(),
+                      [](const SoundLevel &a, const SoundLevel &b) { return a.p > b.p; });
+        constexpr float SoundLevel::*kFields[] = {&SoundLevel::p,   &SoundLevel::z,
+                                                  &SoundLevel::t,   &SoundLevel::td,
+                                                  &SoundLevel::dir, &SoundLevel::spd};
+        for (int i = pick(40); i > 0 && !levels.empty(); --i)
+            levels[static_cast<size_t>(pick(static_cast<int>(levels.size())))].*kFields[pick(6)] =
+                kOdd[pick(8)];
+        THERM_parcel_choice() = ParcelChoice{
+            1 + pick(5), 100.0F, {M, M, M, M, M, M}
+        };
+        const InForce sounding(levels);
+        const std::string text = shown_by([] {
+            THERM_print_indices();
+            THERM_print_winds();
+            THERM_print_storm();
+            THERM_print_levels();
+            THERM_print_wind_levels();
+        });
+        for (const char *missing : {"-9999.", "-9999 "})
+            EXPECT_EQ(text.find(missing), std::string::npos) << text;
+        EXPECT_TRUE(is_missing(THERM_results().parcel.cape) || THERM_results().parcel.cape >= 0.0F);
     }
 }

@@ -1,5 +1,3 @@
-#include "tyr/field/diagram_lines.h"
-
 #include <cmath>
 #include <cstdio>
 
@@ -10,6 +8,7 @@
 #include "map/projection.h"
 #include "plot/area.h"
 #include "plot/attributes.h"
+#include "tyr/field/diagram_private.h"
 #include "tyr/met/sounding_private.h"
 
 namespace {

@@ -15,7 +15,7 @@
 #include "map/domain.h"
 #include "map/projection.h"
 #include "plot/attributes.h"
-#include "tyr/field/diagram_lines.h"
+#include "tyr/field/diagram_private.h"
 #include "tyr/met/sounding_private.h"
 
 namespace {

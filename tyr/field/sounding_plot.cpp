@@ -11,7 +11,7 @@
 #include "map/projection.h"
 #include "map/view.h"
 #include "plot/barb.h"
-#include "tyr/field/diagram_lines.h"
+#include "tyr/field/diagram_private.h"
 #include "tyr/met/sounding_private.h"
 
 namespace {

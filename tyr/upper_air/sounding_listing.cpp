@@ -4,8 +4,8 @@
 #include "base/msg.h"
 #include "tyr/met/sounding_private.h"
 #include "tyr/upper_air/analysis.h"
-#include "tyr/upper_air/sounding_listing_private.h"
 #include "tyr/upper_air/parcel_choice.h"
+#include "tyr/upper_air/sounding_listing_private.h"
 
 namespace {
 
@@ -40,7 +40,7 @@ void print_freezing_levels(const SoundingStore &s)
         MSG_out(kListVariable, "Freezing level:      Surface below freezing\n");
     const SoundLevel *low = nullptr;
     for (const SoundLevel *high = s.temps; high != s.temps + s.num_temps; ++high) {
-        if (is_missing(high->t))
+        if (is_missing(high->t) || is_missing(high->p))
             continue;
         const bool crosses = low != nullptr && (low->t >= 0.0F) != (high->t >= 0.0F);
         if (crosses && !is_missing(low->z) && !is_missing(high->z)) {
@@ -101,6 +101,9 @@ void print_parcel_choice(const ParcelChoice &choice)
         MSG_out(kListMain, "Parcel: using max temp\n");
         break;
     case kParcelGiven:
+        if (is_missing(choice.parcel.p) || is_missing(choice.parcel.t) ||
+            is_missing(choice.parcel.td))
+            break;
         MSG_out(kListMain, "Parcel: using P: %1.0f T: %2.1f TD: %2.1f\n", double{choice.parcel.p},
                 double{choice.parcel.t}, double{choice.parcel.td});
         break;

@@ -2,7 +2,7 @@
 
 #include <vector>
 
-// Lines on the current thermodynamic diagram, for the room's own use.
+// Lines on the current thermodynamic diagram, and how things on it are drawn.
 
 namespace tyr {
 
