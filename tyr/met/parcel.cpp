@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <vector>
 
 #include "base/msg.h"
 #include "tyr/met/sounding_private.h"
@@ -121,16 +122,21 @@ void rise_to_lcl(Ascent *ascent, const SoundLevel *sound, int n, int kind, int f
                          level_at(sound, n, kind, parcel.lcl_p));
 }
 
+// In steps through the environment, which is read at all of them at once.
 void rise_above_lcl(Ascent *ascent, const SoundLevel *sound, int n, int kind, float lcl_p,
                     float theta_e)
 {
     const float top = std::max(sound[n - 1].p, 0.0F);
-    for (float p = lcl_p - kStep; p > top; p -= kStep) {
-        const SoundLevel environment = level_at(sound, n, kind, p);
-        if (is_missing(environment.t))
-            return;
-        ascent->rise_moist(parcel_level(p, MET_moist_temp(theta_e, p)), environment);
-    }
+    std::vector<float> steps;
+    for (float p = lcl_p - kStep; p > top; p -= kStep)
+        steps.push_back(p);
+    std::vector<SoundLevel> environment(steps.size());
+    const int count = static_cast<int>(steps.size());
+    if (MET_sound_interp(sound, n, kind, steps.data(), environment.data(), count) < 0)
+        return;
+    for (size_t i = 0; i < steps.size() && !is_missing(environment[i].t); ++i)
+        ascent->rise_moist(parcel_level(steps[i], MET_moist_temp(theta_e, steps[i])),
+                           environment[i]);
 }
 
 LiftedParcel chosen_parcel(const SoundLevel *sound, int n, const SoundLevel *given, int kind,

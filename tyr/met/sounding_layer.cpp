@@ -222,18 +222,20 @@ float MET_precip_water(const SoundLevel *sound, int n)
 
 float MET_wetbulb_zero(const SoundLevel *sound, int n)
 {
+    // above a dew point of 0 the wet bulb needn't be worked out, which is most of the time spent
+    const auto wet_of = [](const SoundLevel &s) {
+        return s.td > 0.0F && s.t >= s.td ? s.td : celsius(wet_bulb(s));
+    };
     const SoundLevel *below = nullptr;
-    float cold = 0.0F; // wet bulb of the level below, Celsius
     for (const SoundLevel *s = sound; s != sound + std::max(n, 0); ++s) {
-        const float wet = has_air(*s) ? celsius(wet_bulb(*s)) : kMissing;
+        const float wet = has_air(*s) ? wet_of(*s) : kMissing;
         if (is_missing(wet))
             continue;
         if (below == nullptr && wet < 0.0F)
             return -1.0F;
         if (below != nullptr && wet <= 0.0F)
-            return MET_lin_interp(0.0F, cold, wet, below->p, s->p);
+            return MET_lin_interp(0.0F, celsius(wet_bulb(*below)), wet, below->p, s->p);
         below = s;
-        cold = wet;
     }
     return kMissing;
 }
