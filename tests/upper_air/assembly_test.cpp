@@ -91,6 +91,9 @@ TEST(Temps, MandatoryLevelAtTheSurfaceHasItsValues)
         const Sounding s = make(THERM_make_temps, r);
         EXPECT_EQ(s.column(&SoundLevel::p), (std::vector<float>{1000, 850, 800, 700}));
         EXPECT_FLOAT_EQ(s.levels[0].t, 20);
+        EXPECT_FLOAT_EQ(s.levels[0].z, 150);
+        r.mand[0].z = kMissing;
+        EXPECT_FLOAT_EQ(make(THERM_make_temps, r).levels[0].z, 65); // better than none
         EXPECT_EQ(s.map[0], 0);
         EXPECT_EQ(s.map[kUpa1000], 0);
     }

@@ -230,7 +230,9 @@ TEST(UpaFile, NetcdfWithoutItsVariablesGivesMissing)
     nc_put_var1_float(id, var, &place, &value);
     nc_close(id);
     int type = 0;
-    const std::vector<UpaReport> reports = read_reports(path, &type);
+    std::vector<UpaReport> reports;
+    const std::string told = told_by([&] { reports = read_reports(path, &type); });
+    EXPECT_NE(told.find("bare.nc: no variables of upper-air reports"), std::string::npos) << told;
     EXPECT_EQ(type, kUpaNetcdf1);
     ASSERT_EQ(reports.size(), 2U);
     EXPECT_STREQ(reports[1].region, "UN");

@@ -297,13 +297,15 @@ TEST(Tables, SpcFileWithoutItsEndIsTold)
     const TempDir folder;
     const std::string path = folder.write(
         "s", "%TITLE%\n OAX   990616/1900  41.32,-96.37\n\n%RAW%\n 965.00, 350.00, 27.80, 23.80, "
-             "150.00, 23.00\n 90x.00, 1\n");
+             "150.00, 23.00\n 900.00, 900.00, nan, 1.0, 180.00, 30.00\n 90x.00, 1\n");
     std::vector<UpaReport> reports;
     const std::string told = told_by([&] { reports = read_reports(path); });
     EXPECT_NE(told.find("\"90x.00, 1\""), std::string::npos) << told;
     EXPECT_NE(told.find("without %END%"), std::string::npos) << told;
     ASSERT_EQ(reports.size(), 1U);
     EXPECT_FLOAT_EQ(reports[0].lon, -96.37F);
+    EXPECT_EQ(reports[0].num_sig, 1);
+    EXPECT_EQ(reports[0].num_wnd, 1); // of the level whose temperature is none
 }
 
 } // namespace

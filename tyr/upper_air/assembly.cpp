@@ -133,7 +133,7 @@ void add_mandatory_temp(Merge &merge, int m)
     add_surface(merge, p);
     for (; merge.j < merge.num_sig() && merge.sig_at(merge.j).p > p; ++merge.j, ++merge.n) {
         add_sig(merge);
-        if (merge.j == 0 && merge.sig_at(0).p > kSurfaceBelow) {
+        if (merge.j == 0 && merge.sig_at(0).p > kSurfaceBelow && !is_missing(merge.slot(0).z)) {
             merge.out[0].z = merge.slot(0).z;
         }
     }
@@ -141,7 +141,11 @@ void add_mandatory_temp(Merge &merge, int m)
         ++merge.j;
     }
     merge.next() = surface == p ? merge.slot(0) : merge.slot(m);
-    merge.map[0] = surface == p ? merge.n : merge.map[0];
+    if (surface == p) {
+        SoundLevel &level = merge.out[merge.n];
+        level.z = is_missing(level.z) ? merge.slot(m).z : level.z;
+        merge.map[0] = merge.n;
+    }
     MSG_out(kTrace, "PM: %d = %1.0f\n", merge.n, p);
     merge.map[m] = merge.n++;
 }

@@ -66,6 +66,10 @@ bool read_level(std::string_view line, SoundLevel *level)
     std::array<float, kFields> values = {};
     for (float &value : values) {
         std::string_view field = take_field(&line, ',');
+        if (VAR_trim(field) == "nan") { // as some of the programs write what they couldn't work out
+            value = kMissing;
+            continue;
+        }
         const std::optional<float> number = VAR_take_real(&field);
         if (!number || !VAR_trim(field).empty()) {
             return false;

@@ -11,7 +11,7 @@
 //      1000.00,    34.00,  -9999.00,  -9999.00,  -9999.00,  -9999.00
 //     %END%
 //
-// Missing is -9999. The place behind the time may be left out.
+// Missing is -9999 or "nan". The place behind the time may be left out.
 
 namespace tyr {
 

@@ -294,6 +294,10 @@ int UPA_read_header(int handle, UpaFileHeader *header)
     } else {
         if (is_netcdf(state.type)) {
             read_netcdf_header(&state.netcdf, state.whole_records, header);
+            if (!has_reports(state.netcdf)) {
+                MSG_out(kMsgWarn, "UPA_read_header: %s: no variables of upper-air reports\n",
+                        state.name.c_str());
+            }
         } else {
             STR_copy(header->date_text, sizeof header->date_text, state.text.date_line());
             STR_remove_char(header->date_text, '\r');

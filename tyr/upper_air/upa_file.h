@@ -43,9 +43,9 @@ int UPA_open(const char *name, int mode, int *type);
 /// could be written
 int UPA_close(int handle);
 
-/// Reads the header from the start of the file. A netCDF file without the global attribute
-/// `version` counts longitude positive to the west: from then on, for this process, `lon` is
-/// negated on reading. @return 0, or -1 for no file to read
+/// Reads the header from the start of the file; netCDF reports can't be read before. A netCDF file
+/// without the global attribute `version` counts longitude positive to the west: from then on, for
+/// this process, `lon` is negated on reading. @return 0, or -1 for no file to read
 int UPA_read_header(int handle, UpaFileHeader *header);
 /// Writes it, which comes before the first report. The digest takes its date from `date`.
 /// @return 0, or -1 for no file to write

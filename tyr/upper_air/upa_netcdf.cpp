@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <initializer_list>
 #include <string>
 #include <vector>
 
@@ -272,6 +273,13 @@ void read_netcdf_header(UpaNetcdf *file, int64_t whole_records, UpaFileHeader *h
     if (!has_global(file->id, "version")) {
         state.version = kOldFileVersion;
     }
+}
+
+bool has_reports(const UpaNetcdf &file)
+{
+    const std::initializer_list<UpaVariable> levels = {kVarMandP, kVarSigP, kVarWndZ};
+    return std::any_of(levels.begin(), levels.end(),
+                       [&](UpaVariable which) { return variable(file, which) != -1; });
 }
 
 int read_netcdf_report(const UpaNetcdf &file, UpaReport *report, int what, int index)

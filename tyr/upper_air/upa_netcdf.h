@@ -64,6 +64,8 @@ int netcdf_layout(const char *path);
 
 /// Finds dimensions and variables, and reads the date.
 void read_netcdf_header(UpaNetcdf *file, int64_t whole_records, UpaFileHeader *header);
+/// Whether a file has any variable of levels; without one its reports are empty.
+bool has_reports(const UpaNetcdf &file);
 /// Defines the file. @return 0, or -1 (told)
 int write_netcdf_header(UpaNetcdf *file, const UpaFileHeader &header);
 

@@ -132,6 +132,7 @@ class RecordWriter {
     void levels(UpaVariable which, const Level *levels, int count, float Level::*field)
     {
         std::vector<float> values;
+        values.reserve(static_cast<size_t>(count));
         for (int i = 0; i < count; ++i) {
             values.push_back(in_units(which, levels[i].*field));
         }
