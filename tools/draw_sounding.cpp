@@ -175,7 +175,8 @@ void draw_panel(const float area[4], float size)
     Panel panel(area[0], area[3], area[1] - area[0], size);
     panel.heading("Parcel");
     panel.row("CAPE", r.parcel.cape, 0, "J/kg");
-    panel.row("CIN", r.parcel.cin, 0, "J/kg");
+    // without free convection it sums up to the top, which tells nothing
+    panel.row("CIN", r.parcel.lfc_p > 0.0F ? r.parcel.cin : kMissing, 0, "J/kg");
     panel.row("LCL", r.parcel.lcl_p, 0, "hPa");
     panel.row("LFC", r.parcel.lfc_p, 0, "hPa");
     panel.row("EL", r.parcel.el_p, 0, "hPa");
@@ -201,7 +202,10 @@ void draw_title(const float area[4], float size)
 {
     const SoundingStore &s = THERM_store();
     char date[kDateTextRoom] = "";
-    TIME_format(&s.date, date);
+    if (s.date.month > 0)
+        TIME_format(&s.date, date);
+    else if (s.date.day > 0 && s.date.hour >= 0) // a bulletin tells no month
+        std::snprintf(date, sizeof date, "day %d %02dZ", s.date.day, s.date.hour);
     use_text(size);
     gset_text_width(2.0F);
     GPH_set_text_align(kAlignLeft, kAlignHalf);
