@@ -265,6 +265,11 @@ void MSG_set_paging(int mode)
     state.paging = mode;
 }
 
+int MSG_page_length()
+{
+    return state.page_length;
+}
+
 int MSG_pause(unsigned mask, const char *prompt)
 {
     if (!MSG_test(mask) || state.terminal == kLogOnly || PRM_is_batch() ||

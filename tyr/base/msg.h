@@ -36,6 +36,8 @@ void MSG_set_mask(int mode, unsigned mask);
 void MSG_options(const char *value);
 /// 0 no pauses, 1 pauses without counting, 2 lines counted and a pause at the page's end.
 void MSG_set_paging(int mode);
+/// Lines of a page of the pager, as the word `line=n` sets it.
+int MSG_page_length();
 /// Shows a prompt and waits for a character. Returns 1, or 0 with nothing done when the mask isn't
 /// shown, the terminal is off, paging is 0 or in batch mode.
 int MSG_pause(unsigned mask, const char *prompt);
