@@ -11,10 +11,10 @@
 #include <functional>
 #include <vector>
 
-#include "base/missing.h"
+#include "tyr/base/missing.h"
+#include "tyr/met/thermo.h"
 #include "tyr/upper_air/analysis.h"
 #include "tyr/upper_air/sounding_store.h"
-#include "var/thermo.h"
 
 namespace {
 

@@ -2,15 +2,17 @@
 #include <cmath>
 #include <limits>
 
-#include "base/missing.h"
-#include "base/msg.h"
-#include "base/res.h"
-#include "map/projection.h"
 #include "support/capture.h"
 #include "support/warm_sounding.h"
 #include "support/world_plot.h"
+#include "tyr/base/missing.h"
+#include "tyr/base/msg.h"
+#include "tyr/base/res.h"
 #include "tyr/field/hodograph.h"
 #include "tyr/field/sounding_plot.h"
+#include "tyr/geo/projection.h"
+
+using namespace tyr;
 
 namespace {
 

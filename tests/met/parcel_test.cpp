@@ -1,13 +1,13 @@
 #include <algorithm>
 #include <cmath>
 
-#include "base/missing.h"
 #include "support/shared_data.h"
 #include "support/sounding_rows.h"
 #include "support/warm_sounding.h"
+#include "tyr/base/missing.h"
 #include "tyr/met/parcel.h"
 #include "tyr/met/storm.h"
-#include "var/wind_profile.h"
+#include "tyr/met/wind_profile.h"
 
 namespace {
 

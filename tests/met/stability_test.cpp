@@ -2,10 +2,10 @@
 #include <cmath>
 #include <limits>
 
-#include "base/missing.h"
 #include "support/shared_data.h"
 #include "support/sounding_rows.h"
 #include "support/warm_sounding.h"
+#include "tyr/base/missing.h"
 #include "tyr/met/parcel.h"
 #include "tyr/met/sounding_layer.h"
 #include "tyr/met/stability.h"

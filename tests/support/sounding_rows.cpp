@@ -6,7 +6,7 @@
 #include <fstream>
 #include <sstream>
 
-#include "base/missing.h"
+#include "tyr/base/missing.h"
 
 namespace {
 

@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "var/sounding.h"
+#include "tyr/met/sounding.h"
 
 /// Levels of a sounding's table as the University of Wyoming's pages show it (columns of 7
 /// characters) or as the Storm Prediction Center's text has it (numbers by commas), as they stand:

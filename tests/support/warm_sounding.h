@@ -2,7 +2,7 @@
 
 #include <vector>
 
-#include "var/sounding.h"
+#include "tyr/met/sounding.h"
 
 /// The analytic sounding of Weisman and Klemp (1982, Mon. Wea. Rev. 110, equations 1 and 2) with a
 /// mixing ratio of 14 g/kg in its boundary layer, at every kilometre; the wind veers from 180

@@ -2,10 +2,10 @@
 #include <cmath>
 #include <random>
 
-#include "base/missing.h"
-#include "base/msg.h"
 #include "support/capture.h"
 #include "support/warm_sounding.h"
+#include "tyr/base/missing.h"
+#include "tyr/base/msg.h"
 #include "tyr/upper_air/analysis.h"
 #include "tyr/upper_air/parcel_choice.h"
 #include "tyr/upper_air/sounding_listing.h"

@@ -1,15 +1,15 @@
 #include <cmath>
 #include <cstdio>
 
-#include "base/missing.h"
-#include "gks/gks.h"
-#include "gks/session.h"
-#include "map/domain.h"
-#include "map/projection.h"
-#include "plot/area.h"
-#include "plot/attributes.h"
+#include "tyr/base/missing.h"
 #include "tyr/field/diagram_private.h"
+#include "tyr/geo/domain.h"
+#include "tyr/geo/projection.h"
+#include "tyr/gks/gks.h"
+#include "tyr/gks/session.h"
 #include "tyr/met/sounding_private.h"
+#include "tyr/plot/area.h"
+#include "tyr/plot/attributes.h"
 
 namespace {
 

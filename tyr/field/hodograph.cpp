@@ -7,16 +7,16 @@
 #include <string>
 #include <vector>
 
-#include "base/missing.h"
-#include "base/msg.h"
-#include "base/res.h"
-#include "gks/gks.h"
-#include "gks/session.h"
-#include "map/domain.h"
-#include "map/projection.h"
-#include "plot/attributes.h"
+#include "tyr/base/missing.h"
+#include "tyr/base/msg.h"
+#include "tyr/base/res.h"
 #include "tyr/field/diagram_private.h"
+#include "tyr/geo/domain.h"
+#include "tyr/geo/projection.h"
+#include "tyr/gks/gks.h"
+#include "tyr/gks/session.h"
 #include "tyr/met/sounding_private.h"
+#include "tyr/plot/attributes.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "var/sounding.h"
+#include "tyr/met/sounding.h"
 
 // The hodograph: the ends of the wind vectors of a sounding, joined from the ground up, in a polar
 // plot space (kProjPolarPlot). Rings stand every 10 or 20 knots; the curve changes its look at 3, 6

@@ -4,15 +4,15 @@
 #include <cmath>
 #include <vector>
 
-#include "base/missing.h"
-#include "base/msg.h"
-#include "gks/gks.h"
-#include "gks/session.h"
-#include "map/projection.h"
-#include "map/view.h"
-#include "plot/barb.h"
+#include "tyr/base/missing.h"
+#include "tyr/base/msg.h"
 #include "tyr/field/diagram_private.h"
+#include "tyr/geo/projection.h"
+#include "tyr/gks/gks.h"
+#include "tyr/gks/session.h"
 #include "tyr/met/sounding_private.h"
+#include "tyr/plot/barb.h"
+#include "tyr/plot/view.h"
 
 namespace {
 

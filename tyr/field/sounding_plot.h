@@ -1,8 +1,8 @@
 #pragma once
 
-#include "map/domain.h"
+#include "tyr/geo/domain.h"
 #include "tyr/met/parcel.h"
-#include "var/sounding.h"
+#include "tyr/met/sounding.h"
 
 // A sounding on a thermodynamic diagram: skew-T log-p (kProjSkewT), tephigram (kProjTephigram) or
 // the tephigram with upright axes (kProjRotatedTephigram). All is drawn on an open plot

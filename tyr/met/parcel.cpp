@@ -4,7 +4,7 @@
 #include <cmath>
 #include <vector>
 
-#include "base/msg.h"
+#include "tyr/base/msg.h"
 #include "tyr/met/sounding_private.h"
 
 namespace {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "var/sounding.h"
+#include "tyr/met/sounding.h"
 
 // The lift of a parcel through a sounding: its condensation level, where it floats and how far it
 // rises, and the energies on the way, by the parcel's temperature (no correction for its vapour).

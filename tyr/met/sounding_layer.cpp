@@ -4,7 +4,7 @@
 #include <cmath>
 #include <vector>
 
-#include "base/str.h"
+#include "tyr/base/str.h"
 #include "tyr/met/sounding_private.h"
 
 namespace {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "var/sounding.h"
+#include "tyr/met/sounding.h"
 
 // Means over layers of a sounding, and what a layer's two ends tell. Soundings are ordered from the
 // ground up, temperatures in degrees Celsius (var/sounding.h). `kind` is the kind of level that

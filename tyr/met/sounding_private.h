@@ -1,8 +1,8 @@
 #pragma once
 
-#include "base/missing.h"
-#include "var/sounding.h"
-#include "var/thermo.h"
+#include "tyr/base/missing.h"
+#include "tyr/met/sounding.h"
+#include "tyr/met/thermo.h"
 
 // What the routines of the sounding's analysis share.
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "var/sounding.h"
+#include "tyr/met/sounding.h"
 
 // Stability indices of a sounding, each a number by which thunderstorms are told. Temperatures of
 // the sounding in degrees Celsius, its speeds in knots; "t(850)" is the sounding at 850 hPa.

@@ -3,8 +3,8 @@
 #include <cmath>
 
 #include "tyr/met/sounding_private.h"
-#include "var/wind.h"
-#include "var/wind_profile.h"
+#include "tyr/met/wind.h"
+#include "tyr/met/wind_profile.h"
 
 namespace {
 

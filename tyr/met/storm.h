@@ -1,6 +1,6 @@
 #pragma once
 
-#include "var/sounding.h"
+#include "tyr/met/sounding.h"
 
 // Measures of a storm that join the wind with the energy of a lifted parcel. `winds` are m levels
 // with pressures, heights and winds in knots (var/wind_profile.h), `p` is the surface pressure,

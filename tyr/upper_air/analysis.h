@@ -2,7 +2,7 @@
 
 #include "tyr/met/parcel.h"
 #include "tyr/met/stability.h"
-#include "var/wind_profile.h"
+#include "tyr/met/wind_profile.h"
 
 // The analysis of the sounding in force (tyr/upper_air/sounding_store.h): all indices, the lift of
 // the chosen parcel (tyr/upper_air/parcel_choice.h) and the measures of the wind.

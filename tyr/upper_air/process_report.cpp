@@ -7,8 +7,8 @@
 #include "tyr/upper_air/assembly.h"
 #include "tyr/upper_air/listing.h"
 #include "tyr/upper_air/sounding_store.h"
+#include "tyr/upper_air/sounding_store_private.h"
 #include "tyr/upper_air/stations.h"
-#include "tyr/upper_air/store_private.h"
 
 using namespace tyr;
 

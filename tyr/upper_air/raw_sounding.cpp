@@ -13,7 +13,7 @@
 #include "tyr/names/name_conv.h"
 #include "tyr/raw/raw.h"
 #include "tyr/upper_air/assembly.h"
-#include "tyr/upper_air/store_private.h"
+#include "tyr/upper_air/sounding_store_private.h"
 
 using namespace tyr;
 

@@ -1,7 +1,7 @@
 #include "tyr/upper_air/sounding_listing.h"
 
-#include "base/missing.h"
-#include "base/msg.h"
+#include "tyr/base/missing.h"
+#include "tyr/base/msg.h"
 #include "tyr/met/sounding_private.h"
 #include "tyr/upper_air/analysis.h"
 #include "tyr/upper_air/parcel_choice.h"

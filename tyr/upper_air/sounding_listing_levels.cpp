@@ -3,12 +3,12 @@
 #include <cstdio>
 #include <string>
 
-#include "base/missing.h"
-#include "base/msg.h"
+#include "tyr/base/missing.h"
+#include "tyr/base/msg.h"
 #include "tyr/met/sounding_private.h"
+#include "tyr/met/wind.h"
 #include "tyr/upper_air/sounding_listing.h"
 #include "tyr/upper_air/sounding_listing_private.h"
-#include "var/wind.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "base/missing.h"
+#include "tyr/base/missing.h"
 #include "tyr/upper_air/analysis.h"
 #include "tyr/upper_air/sounding_store.h"
 

@@ -1,7 +1,7 @@
 #include <cmath>
 
-#include "base/missing.h"
-#include "base/msg.h"
+#include "tyr/base/missing.h"
+#include "tyr/base/msg.h"
 #include "tyr/met/sounding_private.h"
 #include "tyr/upper_air/sounding_listing.h"
 #include "tyr/upper_air/sounding_listing_private.h"

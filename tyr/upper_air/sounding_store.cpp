@@ -7,7 +7,7 @@
 #include "tyr/met/thermo.h"
 #include "tyr/met/wind_profile.h"
 #include "tyr/upper_air/parcel_choice.h"
-#include "tyr/upper_air/store_private.h"
+#include "tyr/upper_air/sounding_store_private.h"
 
 using namespace tyr;
 

@@ -13,7 +13,7 @@
 #include "tyr/base/msg.h"
 #include "tyr/base/netcdf.h"
 #include "tyr/base/str.h"
-#include "tyr/upper_air/forms/upa_netcdf_table.h"
+#include "tyr/upper_air/forms/upa_netcdf_private.h"
 
 namespace tyr {
 

@@ -16,7 +16,7 @@
 
 namespace tyr {
 
-/// Variables, in the order of the table in upa_netcdf_table.h.
+/// Variables, in the order of the table in upa_netcdf_private.h.
 enum UpaVariable : int {
     kVarId,
     kVarRegion,

@@ -9,7 +9,7 @@
 #include "tyr/base/msg.h"
 #include "tyr/base/str.h"
 #include "tyr/upper_air/forms/upa_netcdf.h"
-#include "tyr/upper_air/forms/upa_netcdf_table.h"
+#include "tyr/upper_air/forms/upa_netcdf_private.h"
 
 namespace tyr {
 
