@@ -3,6 +3,7 @@
 // Where the points of a grid lie: shared by the routines that walk a grid on its projection.
 
 #include <cstddef>
+#include <limits>
 
 #include "map/domain.h"
 
@@ -19,6 +20,9 @@ class DomainScope {
   private:
     DomainRec before_{};
 };
+
+/// The largest value of a float: what is beyond it, or no number, becomes Missing.
+inline constexpr float kLargest = std::numeric_limits<float>::max();
 
 /// Number of points of a domain; 0 where a side is below 1.
 std::size_t point_count(const DomainRec &domain);
