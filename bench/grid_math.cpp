@@ -68,7 +68,7 @@ double time_math(const char *name, std::initializer_list<GridRec *> operands, Gr
 
 int main()
 {
-    RES_put("file_path", "data:../data");
+    RES_put("file_path", "data");
     GridRec t = make_grid(250.0F, 50.0F);
     GridRec h = make_grid(5.0F, 90.0F);
     GridRec u = make_grid(-30.0F, 60.0F);

@@ -2,7 +2,7 @@
 
 #include "base/str.h"
 #include "tyr/grid/derivative.h"
-#include "tyr/grid/grid_label.h"
+#include "tyr/grid/grid_units.h"
 #include "tyr/grid/pointwise.h"
 
 namespace {

@@ -7,9 +7,9 @@
 
 #include "base/msg.h"
 #include "base/str.h"
-#include "tyr/grid/grid_label.h"
 #include "tyr/grid/grid_operands.h"
 #include "tyr/grid/grid_places.h"
+#include "tyr/grid/grid_units.h"
 #include "var/level.h"
 #include "var/type_words.h"
 #include "var/units.h"

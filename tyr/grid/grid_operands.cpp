@@ -1,8 +1,8 @@
 #include "tyr/grid/grid_operands.h"
 
 #include "base/str.h"
-#include "tyr/grid/grid_label.h"
 #include "tyr/grid/grid_places.h"
+#include "tyr/grid/grid_units.h"
 #include "var/catalogue.h"
 #include "var/type_words.h"
 

@@ -1,4 +1,4 @@
-#include "tyr/grid/grid_label.h"
+#include "tyr/grid/grid_units.h"
 
 #include <array>
 #include <cmath>
