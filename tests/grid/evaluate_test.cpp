@@ -43,18 +43,19 @@ TEST_F(EvaluateTest, ExpressionsOfFunctionsConstantsAndVectors)
         int grids;
         float first, second;
     } const cases[] = {
-        {"12:500:temp",                            1, 300.0F, 0.0F},
-        {"12:500:wspd(uwnd,vwnd)",                 1, 5.0F,   0.0F},
-        {"wspd(12:500:uwnd,12:500:vwnd)",          1, 5.0F,   0.0F},
-        {"12:500:mul(uwnd,#2.5)",                  1, 7.5F,   0.0F},
-        {"12:500:sub(#10,uwnd)",                   1, 7.0F,   0.0F},
-        {"12:500:add(mul(uwnd,vwnd),temp)",        1, 312.0F, 0.0F},
-        {"<12:500:uwnd,12:500:vwnd>",              2, 3.0F,   4.0F},
-        {"12:500:wind(uwnd,vwnd)",                 2, 3.0F,   4.0F},
-        {"12:500:grad(temp)",                      2, 0.0F,   0.0F},
-        {"12:500:vdiff(uwnd,vwnd,vwnd,uwnd)",      2, -1.0F,  1.0F},
-        {"12:500:mag(vdiff(uwnd,vwnd,vwnd,vwnd))", 1, 1.0F,   0.0F},
-        {"12:500:mul(+uwnd,#2)[knt]",              1, 6.0F,   0.0F},
+        {"12:500:temp",                                     1, 300.0F, 0.0F},
+        {"12:500:wspd(uwnd,vwnd)",                          1, 5.0F,   0.0F},
+        {"wspd(12:500:uwnd,12:500:vwnd)",                   1, 5.0F,   0.0F},
+        {"12:500:mul(uwnd,#2.5)",                           1, 7.5F,   0.0F},
+        {"12:500:sub(#10,uwnd)",                            1, 7.0F,   0.0F},
+        {"12:500:add(mul(uwnd,vwnd),temp)",                 1, 312.0F, 0.0F},
+        {"<12:500:uwnd,12:500:vwnd>",                       2, 3.0F,   4.0F},
+        {"12:500:wind(uwnd,vwnd)",                          2, 3.0F,   4.0F},
+        {"12:500:dot(<12:500:uwnd,12:500:vwnd>,vwnd,uwnd)", 1, 24.0F,  0.0F},
+        {"12:500:grad(temp)",                               2, 0.0F,   0.0F},
+        {"12:500:vdiff(uwnd,vwnd,vwnd,uwnd)",               2, -1.0F,  1.0F},
+        {"12:500:mag(vdiff(uwnd,vwnd,vwnd,vwnd))",          1, 1.0F,   0.0F},
+        {"12:500:mul(+uwnd,#2)[knt]",                       1, 6.0F,   0.0F},
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.expression);
