@@ -1,0 +1,226 @@
+#include "tyr/grid/evaluate.h"
+
+#include <array>
+#include <cstdlib>
+#include <memory>
+#include <utility>
+#include <vector>
+
+#include "tyr/base/missing.h"
+#include "tyr/base/msg.h"
+#include "tyr/base/str.h"
+#include "tyr/grid/grid_math.h"
+#include "tyr/grid/grid_operands.h"
+#include "tyr/grid/grid_places.h"
+#include "tyr/grid/grid_units.h"
+#include "tyr/var/expression.h"
+#include "tyr/var/label.h"
+#include "tyr/var/type_words.h"
+
+using namespace tyr;
+
+namespace {
+
+using tyr::OwnGrid;
+
+constexpr std::size_t kEntries = tyr::kMaxOperands + 2; // results and operands
+
+/// What a part of an expression comes to: one grid, two, or a number.
+struct Value {
+    std::unique_ptr<OwnGrid> first;
+    std::unique_ptr<OwnGrid> second;
+    float constant = kMissing;
+};
+
+class Evaluator {
+  public:
+    Evaluator(const tyr::GridFinder &find, const std::string &where) : find_(find), where_(where) {}
+
+    /// The item that begins at the next record of the list; false after a message.
+    bool item(Value *value)
+    {
+        if (next_ >= VAR_count())
+            return fail("an operand is left out");
+        const VarRec record = *VAR_get(next_++);
+        if (record.type == kTypeConst) {
+            char *end = nullptr;
+            value->constant = std::strtof(record.name + 1, &end);
+            return end != record.name + 1 || fail("a constant that is no number");
+        }
+        switch (record.role % 10) {
+        case kRoleFunction:
+            return function(record, value);
+        case kRoleVector:
+            return vector(record, value);
+        case kRoleGroup:
+        case kRoleWord:
+            return fail("a group has no value");
+        default:
+            return variable(record, value);
+        }
+    }
+
+    bool is_at_end() const { return next_ >= VAR_count(); }
+
+    bool fail(const char *reason) const
+    {
+        MSG_out(kMsgWarn, "GRD_evaluate: %s\n", reason);
+        return false;
+    }
+
+  private:
+    bool variable(const VarRec &record, Value *value)
+    {
+        auto grid = std::make_unique<OwnGrid>();
+        if (!find_(record, &grid->rec) || grid->rec.values == nullptr) {
+            std::array<char, kDatatypeSize> level{};
+            VAR_make_datatype(record.time, record.level_kind, record.level_value, level.data());
+            MSG_out(kMsgWarn, "GRD_evaluate: No grid of %s%s%s in %s\n", record.name,
+                    level[0] == '\0' ? "" : " at ", level.data(), where_.c_str());
+            return false;
+        }
+        // a grid that is there can be an operand, whatever centre it names
+        if (grid->rec.source == 0)
+            grid->rec.source = 1;
+        value->first = std::move(grid);
+        return units(record, value);
+    }
+
+    /// The records behind a head that stand deeper in the expression.
+    bool is_inside(const VarRec &head) const
+    {
+        return next_ < VAR_count() && VAR_get(next_)->role / 10 > head.role / 10;
+    }
+
+    bool function(const VarRec &head, Value *value)
+    {
+        const bool is_vector = GRD_is_vector_func(head.name) == 1;
+        if (is_vector)
+            ++next_; // the head's second record
+        std::vector<Value> operands;
+        while (is_inside(head)) {
+            operands.emplace_back();
+            if (!item(&operands.back()))
+                return false;
+        }
+        return is_pair(head) ? pair(&operands, value) : calculate(head, is_vector, operands, value);
+    }
+
+    /// "wind" and its like only tell how to draw their two operands.
+    static bool is_pair(const VarRec &head)
+    {
+        const int type = GRD_func_type(head.name);
+        return type == kTypeWind || type == kTypeVector || type == kTypeStream;
+    }
+
+    bool pair(std::vector<Value> *parts, Value *value) const
+    {
+        std::vector<std::unique_ptr<OwnGrid>> grids;
+        for (Value &part : *parts)
+            for (std::unique_ptr<OwnGrid> *grid : {&part.first, &part.second})
+                if (*grid != nullptr)
+                    grids.push_back(std::move(*grid));
+        if (grids.size() != 2)
+            return fail("a vector has two parts");
+        value->first = std::move(grids[0]);
+        value->second = std::move(grids[1]);
+        return true;
+    }
+
+    bool calculate(const VarRec &head, bool is_vector, const std::vector<Value> &operands,
+                   Value *value) const
+    {
+        std::array<GridRec *, kEntries> grids{};
+        std::array<float, kEntries> constants{};
+        constants.fill(kMissing);
+        const std::size_t results = is_vector ? 2 : 1;
+        std::size_t place = results;
+        const GridRec *first = nullptr;
+        for (const Value &operand : operands) {
+            if (place + 2 > kEntries)
+                return fail("a function of more than 20 operands");
+            constants[place] = operand.constant;
+            grids[place++] = operand.first ? &operand.first->rec : nullptr;
+            if (operand.second)
+                grids[place++] = &operand.second->rec;
+            if (first == nullptr && operand.first)
+                first = &operand.first->rec;
+        }
+        if (first == nullptr)
+            return fail("a function of no grid");
+        for (std::size_t i = 0; i < results; ++i) {
+            std::unique_ptr<OwnGrid> &own = i == 0 ? value->first : value->second;
+            own = std::make_unique<OwnGrid>();
+            grids[i] = &own->rec;
+            GRD_copy_layout(grids[i], first); // a constant may stand first
+            grids[i]->ltype = first->ltype;
+            grids[i]->level = first->level;
+            grids[i]->time = first->time;
+        }
+        return GRD_math(head.name, grids.data(), constants.data()) == 1 &&
+               finish(head, *first, value);
+    }
+
+    static bool finish(const VarRec &head, const GridRec &first, Value *value)
+    {
+        for (const std::unique_ptr<OwnGrid> *own : {&value->first, &value->second}) {
+            if (*own == nullptr)
+                continue;
+            GridRec &grid = (*own)->rec;
+            // an operation that makes no label is named in it
+            if (grid.info[0] == '\0')
+                GRD_label(&grid, &first, head.name);
+            if (head.units[0] != '\0')
+                GRD_units(&grid, head.units);
+        }
+        return true;
+    }
+
+    bool vector(const VarRec &head, Value *value)
+    {
+        std::vector<Value> parts(2);
+        if (!item(&parts[0]) || !item(&parts[1]) || !pair(&parts, value))
+            return false;
+        return units(head, value);
+    }
+
+    static bool units(const VarRec &record, Value *value)
+    {
+        if (record.units[0] == '\0')
+            return true;
+        GRD_units(&value->first->rec, record.units);
+        if (value->second)
+            GRD_units(&value->second->rec, record.units);
+        return true;
+    }
+
+    const tyr::GridFinder &find_;
+    const std::string &where_;
+    int next_ = 0;
+};
+
+} // namespace
+
+int GRD_evaluate(const char *expression, const tyr::GridFinder &find, const std::string &where,
+                 GridRec out[2])
+{
+    GRD_init(&out[0]);
+    GRD_init(&out[1]);
+    Evaluator evaluator(find, where);
+    if (VAR_decode(nullptr, expression) == 0) {
+        evaluator.fail("no variable in the expression");
+        return 0;
+    }
+    Value value;
+    if (!evaluator.item(&value))
+        return 0;
+    if (!evaluator.is_at_end() || value.first == nullptr) {
+        evaluator.fail(value.first ? "an expression of more than one item" : "a constant alone");
+        return 0;
+    }
+    std::swap(out[0], value.first->rec);
+    if (value.second == nullptr)
+        return 1;
+    std::swap(out[1], value.second->rec);
+    return 2;
+}
