@@ -1,13 +1,13 @@
 // Real files by other hands against another decoder's values and places.
 
-#include <gtest/gtest.h>
-
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
 #include <string>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 #include "base/missing.h"
 #include "map/projection.h"
@@ -99,7 +99,8 @@ bool find_cell(const DomainRec &d, const Point &p, double *column, double *row)
 }
 
 /// Every point of the other decoder stands where ours does, with its value.
-void expect_same(const GridRec &grid, const std::vector<Point> &points, bool is_thinned)
+void expect_same(const GridRec &grid, const std::vector<Point> &points, bool is_thinned,
+                 bool is_alternating)
 {
     const DomainRec &d = grid.domain;
     DOM_set(&d);
@@ -115,7 +116,8 @@ void expect_same(const GridRec &grid, const std::vector<Point> &points, bool is_
         }
         const long i = std::lround(column);
         const long j = std::lround(row);
-        const bool is_between = std::fabs(column - static_cast<double>(i)) > 0.02;
+        const bool is_between =
+            std::fabs(column - static_cast<double>(i)) > (is_thinned ? 1e-3 : 0.02);
         if (i < 0 || j < 0 || i >= d.nx || j >= d.ny ||
             std::fabs(row - static_cast<double>(j)) > 0.02 || (is_between && !is_thinned)) {
             ++strays;
@@ -125,10 +127,13 @@ void expect_same(const GridRec &grid, const std::vector<Point> &points, bool is_
         if (is_between) {
             continue; // a thinned row's points stand between the grid's
         }
-        const double ours = grid.values[j * d.nx + i];
+        // the other decoder doesn't turn every other row of a lat-lon grid
+        const bool is_mirrored = is_alternating && j % 2 == 1;
+        const double ours = grid.values[j * d.nx + (is_mirrored ? d.nx - 1 - i : i)];
         if (std::fabs(ours - p.value) > 1e-6 * std::fabs(p.value) + 1e-12) {
             ++different;
-            first = first.empty() ? std::to_string(ours) + " for " + std::to_string(p.value) : first;
+            first =
+                first.empty() ? std::to_string(ours) + " for " + std::to_string(p.value) : first;
         }
     }
     EXPECT_EQ(strays, 0) << first << " of " << points.size();
@@ -152,7 +157,8 @@ void expect_corners(const GridRec &grid, const std::vector<Point> &points)
         double best = 1e9;
         for (const Point &p : points) {
             const double turn = std::remainder(static_cast<double>(lon) - p.lon, 360.0);
-            best = std::min(best, std::max(std::fabs(turn), std::fabs(static_cast<double>(lat) - p.lat)));
+            best = std::min(best,
+                            std::max(std::fabs(turn), std::fabs(static_cast<double>(lat) - p.lat)));
         }
         EXPECT_LT(best, 0.01) << "point " << k << " at " << lat << " " << lon;
     }
@@ -191,7 +197,8 @@ TEST(GribShared, EveryMessageReadsAsTheOtherDecoderReadsIt)
                 SCOPED_TRACE(index);
                 const bool is_thinned = std::string(file.name) == "HPPI89_KWBC.grib1" ||
                                         std::string(file.name) == "thinGrid.grib1";
-                expect_same(grid, other[message], is_thinned);
+                const bool is_alternating = std::string(file.name) == "alternate-scanning.grib";
+                expect_same(grid, other[message], is_thinned, is_alternating);
                 if (index < 3 && !is_thinned) {
                     expect_corners(grid, other[message]);
                 }
@@ -201,7 +208,7 @@ TEST(GribShared, EveryMessageReadsAsTheOtherDecoderReadsIt)
         EXPECT_EQ(count.messages, file.messages);
         EXPECT_EQ(count.read, file.read);
         EXPECT_NE(told.find(file.reason), std::string::npos) << told;
-        EXPECT_EQ(told.empty(), file.messages == file.read) << told;
+        EXPECT_EQ(told.find("GRIB:") == std::string::npos, file.messages == file.read) << told;
     }
 }
 

@@ -82,22 +82,30 @@ double mercator_y(double lat)
     return kEarthRadius * std::log(std::tan((45.0 + lat / 2.0) / kDegrees));
 }
 
+/// From the first point by the increments, which hold at the latitude of true scale; without them
+/// between the corners.
 bool make_mercator(const GridShape &s, const Product &product, DomainRec *d)
 {
     const Layout &layout = product.layout;
-    if (std::fabs(s.lat1) >= 89.9 || std::fabs(s.lat2) >= 89.9 || layout.nx < 2 || layout.ny < 2) {
+    if (std::fabs(s.lat1) >= 89.9 || std::fabs(s.lat2) >= 89.9 || layout.nx < 2 || layout.ny < 2 ||
+        std::fabs(s.true_latitude) >= 89.9) {
         return product.origin.refuse("a Mercator grid from latitude %.3f to %.3f", s.lat1, s.lat2);
     }
     const double east = layout.from_east ? s.lon1 : s.lon2;
     const double west = layout.from_east ? s.lon2 : s.lon1;
-    const double span = span_east(west, east, 360.0);
+    const double scale =
+        kEarthKm / s.earth_km / kMetresPerUnit / std::cos(s.true_latitude / kDegrees);
     const double y1 = mercator_y(s.lat1);
-    const double y2 = mercator_y(s.lat2);
-    d->dx = static_cast<float>(span / kDegrees * kEarthRadius / (layout.nx - 1));
-    d->dy = static_cast<float>(std::fabs(y2 - y1) / (layout.ny - 1));
-    d->clon = static_cast<float>(wrap(west + span / 2.0));
-    d->clat = static_cast<float>(
-        2.0 * std::atan(std::exp((y1 + y2) / 2.0 / kEarthRadius)) * kDegrees - 90.0);
+    const double even_x = span_east(west, east, 360.0) / kDegrees * kEarthRadius / (layout.nx - 1);
+    const double even_y = std::fabs(mercator_y(s.lat2) - y1) / (layout.ny - 1);
+    const double dx = s.has_di ? s.di * scale : even_x;
+    const double dy = s.has_dj ? s.dj * scale : even_y;
+    const double half = dx * (layout.nx - 1) / 2.0 / kEarthRadius * kDegrees;
+    const double y = y1 + (layout.from_south ? 1.0 : -1.0) * dy * (layout.ny - 1) / 2.0;
+    d->dx = static_cast<float>(dx);
+    d->dy = static_cast<float>(dy);
+    d->clon = static_cast<float>(wrap(s.lon1 + (layout.from_east ? -half : half)));
+    d->clat = static_cast<float>(2.0 * std::atan(std::exp(y / kEarthRadius)) * kDegrees - 90.0);
     return true;
 }
 
@@ -110,6 +118,11 @@ bool centre_plane(const GridShape &s, const Product &product, DomainRec *d)
     d->dy = static_cast<float>(s.dj * scale);
     if (!(d->dx > 0.0F) || !(d->dy > 0.0F)) {
         return product.origin.refuse("a grid spacing of %g by %g m", s.di, s.dj);
+    }
+    if (s.is_spheroid) {
+        product.origin.note(
+            "the earth is a spheroid, the map a sphere: places are off by up to 0.2 "
+            "degrees");
     }
     const KeepDomain kept;
     d->clat = d->plat;

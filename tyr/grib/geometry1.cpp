@@ -12,6 +12,7 @@ namespace {
 
 constexpr unsigned kAllOnes16 = 0xFFFF;
 constexpr unsigned kIncrementsGiven = 0x80;
+constexpr unsigned kSpheroid = 0x40;
 constexpr unsigned kSouthPole = 0x80;
 constexpr double kMilli = 1e-3;
 constexpr double kTrueLatitude = 60.0; ///< of edition 1's polar grids
@@ -91,7 +92,9 @@ GridShape read_shape(Section s)
     shape.lat1 = s.s24(11) * kMilli;
     shape.lon1 = s.s24(14) * kMilli;
     shape.resolution = kMilli;
-    shape.is_spheroid = (s.u8(17) & 0x40U) != 0;
+    shape.is_spheroid = (s.u8(17) & kSpheroid) != 0;
+    // Mercator grids of this edition stand between their corners
+    const bool is_given = (s.u8(17) & kIncrementsGiven) != 0 && s.u8(6) == kLatLon1;
     switch (s.u8(6)) {
     case kLatLon1:
     case kMercator1:
@@ -100,8 +103,8 @@ GridShape read_shape(Section s)
         shape.lon2 = s.s24(21) * kMilli;
         shape.di = s.u16(24) * kMilli;
         shape.dj = s.u16(26) * kMilli;
-        shape.has_di = (s.u8(17) & kIncrementsGiven) != 0 && s.u16(24) != kAllOnes16;
-        shape.has_dj = (s.u8(17) & kIncrementsGiven) != 0 && s.u16(26) != kAllOnes16;
+        shape.has_di = is_given && s.u16(24) != kAllOnes16;
+        shape.has_dj = is_given && s.u16(26) != kAllOnes16;
         break;
     default:
         shape.proj = s.u8(6) == kLambert1 ? kProjLambert : kProjPolar;

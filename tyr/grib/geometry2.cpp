@@ -162,6 +162,11 @@ GridShape read_mercator(Section s)
     shape.lon1 = s.s32(43) * kMicro;
     shape.lat2 = s.s32(52) * kMicro;
     shape.lon2 = s.s32(56) * kMicro;
+    shape.true_latitude = s.s32(48) * kMicro;
+    shape.di = s.u32(65) * kMilli;
+    shape.dj = s.u32(69) * kMilli;
+    shape.has_di = s.u32(65) != 0 && s.u32(65) != kAllOnes32;
+    shape.has_dj = s.u32(69) != 0 && s.u32(69) != kAllOnes32;
     return shape;
 }
 

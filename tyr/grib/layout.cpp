@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <bit>
 #include <cstdarg>
 #include <cstdio>
 #include <cstring>
@@ -21,14 +22,30 @@ bool is_present(const std::vector<std::uint8_t> &map, std::size_t point)
     return (map[point / 8U] >> (7U - point % 8U) & 1U) != 0;
 }
 
-/// Moves `count` values at the start of an array of `points` to the places that the map shows, in
-/// place, the last one first.
+/// Points that the map shows among the first `points`.
+std::size_t count_present(const std::vector<std::uint8_t> &map, std::size_t points)
+{
+    std::size_t present = 0;
+    for (std::size_t i = 0; i < points / 8U; ++i) {
+        present += static_cast<unsigned>(std::popcount(map[i]));
+    }
+    for (std::size_t point = points / 8U * 8U; point < points; ++point) {
+        present += is_present(map, point) ? 1U : 0U;
+    }
+    return present;
+}
+
+/// Moves values at the start of an array of `points` to the places that the map shows, in place,
+/// the last one first. Where fewer than the map shows were made the last ones are Missing.
 void spread_by_map(const std::vector<std::uint8_t> &map, float *values, std::size_t count,
                    std::size_t points)
 {
-    std::size_t from = count;
+    std::size_t from = count_present(map, points);
+    if (count < from) {
+        std::fill(values + count, values + from, kMissing);
+    }
     for (std::size_t point = points; point-- > 0;) {
-        const bool present = is_present(map, point) && from > 0;
+        const bool present = is_present(map, point);
         from -= present ? 1U : 0U;
         values[point] = present ? values[from] : kMissing;
     }

@@ -25,6 +25,8 @@ struct Origin {
     bool is_quiet = false;
     /// One line at warn: "GRIB: file, message n: reason". False, for callers to return.
     bool refuse(const char *format, ...) const __attribute__((format(printf, 2, 3)));
+    /// The same line for what is read all the same.
+    void note(const char *reason) const { refuse("%s", reason); }
 };
 
 /// How rows of unequal length become the grid's.
