@@ -1,5 +1,6 @@
 #include <cstdio>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "base/str.h"
@@ -41,7 +42,7 @@ void load(const std::string &path)
             continue;
         }
         p.name = name;
-        p.units = units;
+        p.units = std::string_view(units) == "-" ? "" : units;
         state.list.push_back(p);
     }
 }
