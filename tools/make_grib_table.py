@@ -40,9 +40,13 @@ def short_names():
 
 def unit_text(unit):
     """"kg m-2 s-1" as "kg/m^2/s"; "-" for none."""
+    if unit.lower() in ("numeric", "proportion", "fraction", "version"):
+        return "-"
+    if unit == "degree true":
+        return "deg"
     over, under = [], []
     for word in unit.split():
-        match = re.fullmatch(r"([A-Za-z%]+)(-?)(\d*)", word)
+        match = re.fullmatch(r"([A-Za-z%]+)\^?(-?)(\d*)", word)
         if not match:
             return "-"
         base, sign, power = match.groups()
