@@ -90,8 +90,7 @@ std::vector<double> make_field(int k, bool has_bitmap)
             const double lon = i * 0.25 * kRadians;
             const double wave = 4.0 * std::cos(lat) * std::sin(5.0 * lon + k / 3.0) +
                                 1.5 * std::sin(11.0 * lat) * std::cos(9.0 * lon);
-            const double value =
-                268.0 - 30.0 * std::pow(std::sin(lat), 2.0) + wave + 0.1 * noise();
+            const double value = 268.0 - 30.0 * std::pow(std::sin(lat), 2.0) + wave + 0.1 * noise();
             field.push_back(has_bitmap && noise() > 0.4 ? 9999.0 : value);
         }
     }

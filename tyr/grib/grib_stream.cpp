@@ -113,22 +113,21 @@ long GribStream::Impl::product_end()
     return found.start + length + (has_trailer ? kTrailer : 0);
 }
 
-long GribStream::Impl::search_behind()
+long GribStream::Impl::whole_end()
 {
+    constexpr long kEndMark = 4;
     const long place = source.place();
     const long length =
         found.edition == 0 ? walk_end0() - found.start : static_cast<long>(found.length);
-    constexpr long kEndMark = 4;
     const long end = found.start + length;
-    if (length > 2 * kEndMark && (source.size() < 0 || end <= source.size()) &&
-        (source.can_seek() || end - kEndMark >= place) && source.seek(end - kEndMark)) {
+    bool is_whole = length > 2 * kEndMark && (source.size() < 0 || end <= source.size());
+    if (is_whole && source.can_seek()) {
+        source.seek(end - kEndMark);
         const auto mark = source.peek(kEndMark);
-        if (mark.size() == kEndMark && std::memcmp(mark.data(), "7777", kEndMark) == 0) {
-            return end;
-        }
+        is_whole = mark.size() == kEndMark && std::memcmp(mark.data(), "7777", kEndMark) == 0;
     }
-    // what was read of it is behind us, whatever its length says
-    return std::max(place, found.start + kEndMark);
+    source.seek(place);
+    return is_whole ? end : 0;
 }
 
 int GribStream::Impl::read_described(const IndexLine &line, int mode, GridRec *grid)
@@ -241,14 +240,19 @@ int GribStream::Impl::read_grid(GridRec *grid, int mode, int *index_)
         const long start = found.start;
         bool is_last = true;
         const int read_mode = is_wanted ? mode : 1;
-        const int result = product.edition == 2
-                               ? read_message2(here.field, read_mode, grid, &is_last)
-                               : read_message1(grid, read_mode);
+        const long end = whole_end();
+        int result = kNothing;
+        if (end == 0) {
+            product.origin.refuse("it is cut: no 7777 stands where its length ends");
+        } else {
+            result = product.edition == 2 ? read_message2(here.field, read_mode, grid, &is_last)
+                                          : read_message1(grid, read_mode);
+        }
         product.origin.is_quiet = false;
         next = here;
         ++next.index;
         if (is_last) {
-            next.offset = search_behind();
+            next.offset = end != 0 ? end : start + 4; // another may begin within a cut one
             next.message = here.message + 1;
             next.field = 0;
         } else {
@@ -264,8 +268,7 @@ int GribStream::Impl::read_grid(GridRec *grid, int mode, int *index_)
             has_next = !index.is_open();
             here.offset = start;
             *index_ = wanted;
-            const bool is_cut = result == kEnd && source.size() >= 0;
-            return is_cut && next.offset < source.size() ? kNothing : result;
+            return result;
         }
         here = next;
     }

@@ -45,9 +45,8 @@ struct GribStream::Impl {
     long product_end();
     /// Edition 0 doesn't tell its length: the sum of its sections'.
     long walk_end0();
-    /// Where the search for the next message begins: behind this one's "7777", or behind its magic
-    /// word where the end isn't where it should be.
-    long search_behind();
+    /// Offset behind the product's "7777"; 0 where that isn't where its length says.
+    long whole_end();
 
     int read_grid(GridRec *grid, int mode, int *index_);
     int read_described(const IndexLine &line, int mode, GridRec *grid);
