@@ -12,7 +12,7 @@ class GribBytes {
     GribBytes &put(std::uint64_t value, int octets)
     {
         for (int i = octets - 1; i >= 0; --i) {
-            text += static_cast<char>(value >> (8 * i) & 0xFFU);
+            text += static_cast<char>(i < 8 ? value >> (8 * i) & 0xFFU : 0U);
         }
         return *this;
     }

@@ -51,7 +51,7 @@ bool read_row_lengths(Section s, Layout *layout, const Origin &origin)
 {
     const std::size_t start = s.u8(5) + 4U * s.u8(4);
     const auto rows = static_cast<std::size_t>(layout->ny);
-    if (s.u8(5) == 0 || s.u8(5) == 255 || start + 2U * rows - 1U > s.size()) {
+    if (rows < 1 || s.u8(5) == 0 || s.u8(5) == 255 || start + 2U * rows - 1U > s.size()) {
         return origin.refuse("a thinned grid without the lengths of its %d rows", layout->ny);
     }
     layout->shape = RowShape::kThinned;
