@@ -26,6 +26,7 @@ std::span<const std::uint8_t> bytes_of(const std::string &text)
 
 TEST(GribHandle, SectionsReadOneAtATime)
 {
+    RES_put("file_path", TYR_SOURCE_DIR "/data");
     const std::string one = grib1_message();
     const std::string two =
         grib2_message(grib2_ident() + grib2_grid() + grib2_product() + grib2_packing(12, 100.0F) +

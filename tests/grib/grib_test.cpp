@@ -15,6 +15,7 @@
 #include "support/capture.h"
 #include "support/grib_message.h"
 #include "support/temp_dir.h"
+#include "timefile/file.h"
 #include "tyr/grib/coding_private.h"
 #include "tyr/grib/grib.h"
 #include "tyr/grib/grib_stream_private.h"
@@ -158,6 +159,17 @@ TEST_F(Grib, SeveralFieldsOfOneMessageShareTheirBitMap)
         EXPECT_EQ(field.grid.var, index % 2 == 0 ? 11 : 33);
     }
     EXPECT_EQ(read_field(stream, 4).result, -1);
+
+    const TempDir folder;
+    const std::string command = "|cat " + folder.write("fields", stream_text);
+    const FilePtr pipe(FILE_open(command.c_str(), "r"));
+    tyr::GribStream forward(pipe.get(), "pipe");
+    tyr::GribHeader header;
+    ASSERT_EQ(forward.read_header(&header), 0);
+    EXPECT_EQ(header.date.year, 2020);
+    for (int index = 0; index < 4; ++index) {
+        EXPECT_EQ(read_field(forward, index).values, index % 2 == 0 ? first : second) << index;
+    }
 }
 
 TEST_F(Grib, ThinnedRowsFillTheirPlacesFromFirstToLast)

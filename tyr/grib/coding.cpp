@@ -204,7 +204,7 @@ void grib_level2(const FixedSurface &first, const FixedSurface &second, int *lty
             *level = kMissingInt;
         } else if (is_layer && row.top != 0.0) {
             const double top = second.value == kNone ? 0.0 : second.value;
-            *level = 1000 * layer_part(first.value, row.top) + layer_part(top, row.base);
+            *level = whole(1000.0 * layer_part(first.value, row.top) + layer_part(top, row.base));
         } else {
             *level = single_level(row, first.value);
         }

@@ -235,6 +235,7 @@ int GribStream::Impl::read_grid(GridRec *grid, int mode, int *index_)
         if (!source.seek(here.offset) || !next_grib()) {
             return kEnd;
         }
+        source.hold(true); // the way back to a message of several fields, on a pipe
         product.origin.message = here.message + 1;
         product.origin.is_quiet = !is_wanted;
         const long start = found.start;
@@ -255,6 +256,7 @@ int GribStream::Impl::read_grid(GridRec *grid, int mode, int *index_)
             next.offset = end != 0 ? end : start + 4; // another may begin within a cut one
             next.message = here.message + 1;
             next.field = 0;
+            source.hold(false);
         } else {
             next.offset = start;
             ++next.field;
