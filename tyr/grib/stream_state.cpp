@@ -4,7 +4,6 @@
 #include "tyr/base/msg.h"
 #include "tyr/base/str.h"
 #include "tyr/grib/edition_private.h"
-#include "tyr/grib/grib.h"
 #include "tyr/grib/grib_stream_private.h"
 #include "tyr/grib/settings_private.h"
 #include "tyr/grib/stream_state_private.h"
