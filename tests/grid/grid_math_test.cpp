@@ -93,6 +93,7 @@ TEST(GridMath, MissingAndUndefinedPointsComeOutMissing)
 
 TEST(GridMath, RefusesWhatDoesNotFitInOneLine)
 {
+    RES_put("file_path", TYR_SOURCE_DIR "/data");
     MathGrid a(3, 3);
     MathGrid other(4, 3);
     MathGrid empty;
