@@ -7,7 +7,7 @@
 #include "base/msg.h"
 #include "base/str.h"
 #include "profiler/bufr.h"
-#include "profiler/classic_extent.h"
+#include "tyr/grid/classic_extent.h"
 #include "profiler/netcdf.h"
 #include "profiler/netcdf_reader.h"
 #include "timefile/file.h"

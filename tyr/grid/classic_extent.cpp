@@ -1,4 +1,4 @@
-#include "profiler/classic_extent.h"
+#include "tyr/grid/classic_extent.h"
 
 #include <algorithm>
 #include <cstdio>
