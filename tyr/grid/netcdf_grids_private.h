@@ -39,9 +39,8 @@ class NcFile {
     int64_t size_;
 };
 
-/// Opens for reading. Null, told, for a file that isn't whole: the library reads what lies beyond
+/// Opens for reading; -1, told, for a file that isn't whole: the library reads what lies beyond
 /// a file's end as zeros.
-/// @return the id; -1
 int nc_open_checked(const char *path);
 
 /// Grids in the system's own netCDF layout: unlimited dimension `grid`, `x`, `y`, `string_len` 50.
@@ -94,7 +93,7 @@ class NetcdfModel {
     bool set_domain(GridRec *grid) const;
     void set_grid_id(GridRec *grid) const;
     bool read_values(const Place &place, GridRec *grid) const;
-    bool set_label(const Place &place, GridRec *grid) const;
+    void set_label(const Place &place, GridRec *grid) const;
 
     NcFile *file_;
     int lon_dim_, lat_dim_, level_dim_, time_dim_, record_dim_;
