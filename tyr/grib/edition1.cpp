@@ -6,7 +6,8 @@
 #include "tyr/grib/edition_private.h"
 #include "tyr/grib/geometry_private.h"
 #include "tyr/grib/packing_private.h"
-#include "tyr/grib/translate_private.h"
+#include "tyr/grid/known_domain.h"
+#include "tyr/grid/param.h"
 
 // Sections of editions 0 and 1: WMO Manual on Codes, Volume I.2, FM 92-IX.
 

@@ -7,7 +7,8 @@
 #include "tyr/grib/grib_stream_private.h"
 #include "tyr/grib/settings_private.h"
 #include "tyr/grib/stream_state_private.h"
-#include "tyr/grib/translate_private.h"
+#include "tyr/grid/known_domain.h"
+#include "tyr/grid/param.h"
 
 namespace tyr {
 namespace {
