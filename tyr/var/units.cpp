@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstdio>
 #include <sstream>
 #include <string>
 #include <string_view>
@@ -17,7 +18,7 @@ namespace {
 
 constexpr unsigned kTrace = 0x40000000;
 constexpr unsigned kFileTrace = 0x80000000;
-constexpr std::size_t kMaxUnit = 15; // characters of a unit text
+constexpr int kMaxUnit = 15; // characters of a unit text
 constexpr const char *kUnitsFile = "units.lup";
 
 // A unit text in its two parts: the number in front, and the unit as the file has it.
@@ -26,24 +27,12 @@ struct Unit {
     std::string name;
 };
 
-struct Conversion {
-    float in = 1.0F;
-    float out = 1.0F;
-    float scale = 1.0F;
-    float offset = 0.0F;
-
-    float apply(float value) const
-    {
-        const double result = (double{value} * in * scale + offset) / out;
-        const auto rounded = static_cast<float>(result);
-        return std::isfinite(rounded) ? rounded : kMissing;
-    }
-};
+using tyr::UnitConversion;
 
 struct State {
     std::string from; // the pair last looked up
     std::string to;
-    Conversion conversion;
+    UnitConversion conversion;
 };
 State state;
 
@@ -101,7 +90,7 @@ Unit read_unit(std::string_view text, const char *which)
 }
 
 // Reads the conversion "*scale+offset" or "*scale-offset", every piece optional.
-void read_conversion(std::string_view text, Conversion *conversion)
+void read_conversion(std::string_view text, UnitConversion *conversion)
 {
     if (!text.empty() && text[0] == '*') {
         text.remove_prefix(1);
@@ -119,7 +108,8 @@ void read_conversion(std::string_view text, Conversion *conversion)
 }
 
 // Finds a pair in the file, case ignored as everywhere with units; without it nothing changes.
-void find_pair(FILE *file, const std::string &from, const std::string &to, Conversion *conversion)
+void find_pair(FILE *file, const std::string &from, const std::string &to,
+               UnitConversion *conversion)
 {
     std::string line;
     while (VAR_next_line(file, &line)) {
@@ -139,29 +129,44 @@ void find_pair(FILE *file, const std::string &from, const std::string &to, Conve
 
 } // namespace
 
+UnitConversion tyr::find_unit_conversion(const char *from, const char *to)
+{
+    const std::string from_text = unit_text(from);
+    const std::string to_text = unit_text(to);
+    if (is_same(from_text, to_text) || (!from_text.empty() && to_text.empty()))
+        return {};
+    if (is_same(from_text, state.from) && is_same(to_text, state.to))
+        return state.conversion;
+    const Unit in = read_unit(from_text, "ISC");
+    const Unit out = read_unit(to_text, "OSC");
+    UnitConversion conversion{in.scale, out.scale, 1.0F, 0.0F};
+    if (is_same(in.name, out.name))
+        return conversion;
+    const FilePtr file = VAR_open_data(kUnitsFile);
+    if (file == nullptr) {
+        MSG_out(kFileTrace, "Unable to open units file: %s\n", VAR_data_path(kUnitsFile).c_str());
+        return {0.0F, 1.0F, 0.0F, 0.0F};
+    }
+    find_pair(file.get(), in.name, out.name, &conversion);
+    state = {from_text, to_text, conversion};
+    return conversion;
+}
+
 float UNIT_convert(const char *from, const char *to, float value)
 {
     if (is_missing(value))
         return kMissing;
-    const std::string from_text = unit_text(from);
-    const std::string to_text = unit_text(to);
-    if (is_same(from_text, to_text) || (!from_text.empty() && to_text.empty()))
-        return value;
-    if (is_same(from_text, state.from) && is_same(to_text, state.to))
-        return state.conversion.apply(value);
-    const Unit in = read_unit(from_text, "ISC");
-    const Unit out = read_unit(to_text, "OSC");
-    Conversion conversion{in.scale, out.scale, 1.0F, 0.0F};
-    if (is_same(in.name, out.name))
-        return conversion.apply(value);
-    const FilePtr file = VAR_open_data(kUnitsFile);
-    if (file == nullptr) {
-        MSG_out(kFileTrace, "Unable to open units file: %s\n", VAR_data_path(kUnitsFile).c_str());
-        return 0.0F;
-    }
-    find_pair(file.get(), in.name, out.name, &conversion);
-    state = {from_text, to_text, conversion};
-    return conversion.apply(value);
+    return tyr::find_unit_conversion(from, to).apply(value);
+}
+
+void UNIT_scale_text(const char *unit, const char *suffix, char *out, float factor)
+{
+    const Unit parts = read_unit(unit_text(unit), "ISC");
+    std::array<char, 2 * kUnitTextRoom> text{};
+    std::snprintf(text.data(), text.size(), "%.0e %.*s%.*s",
+                  static_cast<double>(parts.scale) * static_cast<double>(factor), kMaxUnit,
+                  parts.name.c_str(), kMaxUnit, suffix);
+    STR_copy(out, kUnitTextRoom, text.data());
 }
 
 void UNIT_forget()

@@ -1,0 +1,133 @@
+#include "tyr/grid/grid_places.h"
+
+#include <algorithm>
+
+#include "base/missing.h"
+#include "map/projection.h"
+#include "tyr/grid/row_bands.h"
+
+namespace {
+
+constexpr float kBeyond = 0.9999F; // of a grid width beyond the last point counts as outside
+constexpr int kSlice = 4096;       // points that one step of a band takes
+
+using PointTurn = int (*)(float *, float *, float, float);
+
+/// Runs a projection routine over pairs in place, first and second.
+void turn_all(float *a, float *b, std::size_t count, PointTurn turn)
+{
+    const int slices = static_cast<int>((count + kSlice - 1) / kSlice);
+    tyr::over_rows(slices, count, tyr::kCostlyPoints, [=](int first, int last) {
+        const std::size_t end = std::min(count, static_cast<std::size_t>(last) * kSlice);
+        for (std::size_t i = static_cast<std::size_t>(first) * kSlice; i < end; ++i) {
+            float to_a = kMissing;
+            float to_b = kMissing;
+            if (is_missing(a[i]) || is_missing(b[i]) || turn(&to_a, &to_b, a[i], b[i]) == 0)
+                to_a = to_b = kMissing;
+            a[i] = to_a;
+            b[i] = to_b;
+        }
+    });
+}
+
+} // namespace
+
+namespace tyr {
+
+DomainScope::DomainScope(const DomainRec &domain)
+{
+    DOM_get(&before_);
+    DOM_set(&domain);
+}
+
+DomainScope::~DomainScope()
+{
+    DOM_set(&before_);
+}
+
+std::size_t point_count(const DomainRec &domain)
+{
+    if (domain.nx < 1 || domain.ny < 1)
+        return 0;
+    return static_cast<std::size_t>(domain.nx) * static_cast<std::size_t>(domain.ny);
+}
+
+Corner north_west(const DomainRec &domain)
+{
+    float x = 0.0F;
+    float y = 0.0F;
+    MAP_center_xy(&x, &y);
+    return {x - static_cast<float>(domain.nx - 1) / 2.0F * domain.dx,
+            y + static_cast<float>(domain.ny - 1) / 2.0F * domain.dy};
+}
+
+double row_latitude(const DomainRec &domain, int row)
+{
+    const double dy = domain.dy;
+    return domain.clat - dy * (domain.ny - 1) / 2.0 + (domain.ny - 1 - row) * dy;
+}
+
+void to_earth(float *x, float *y, std::size_t count)
+{
+    turn_all(x, y, count, MAP_xy_to_ll);
+}
+
+void to_plot(float *lat, float *lon, std::size_t count)
+{
+    turn_all(lat, lon, count, MAP_ll_to_xy);
+}
+
+void row_places(const DomainRec &domain, Corner corner, int row, float *lat, float *lon)
+{
+    const float y = corner.y - static_cast<float>(row) * domain.dy;
+    for (int i = 0; i < domain.nx; ++i) {
+        const float x = corner.x + static_cast<float>(i) * domain.dx;
+        if (MAP_xy_to_ll(&lat[i], &lon[i], x, y) == 0)
+            lat[i] = lon[i] = kMissing;
+    }
+}
+
+void places_in(const DomainRec &from, int first, int last, const DomainRec &to, float *x, float *y)
+{
+    DOM_set(&from);
+    const Corner corner = north_west(from);
+    std::size_t n = 0;
+    for (int row = first; row < last; ++row)
+        for (int i = 0; i < from.nx; ++i, ++n) {
+            x[n] = corner.x + static_cast<float>(i) * from.dx;
+            y[n] = corner.y - static_cast<float>(row) * from.dy;
+        }
+    if (DOM_equal(&from, &to) != 0) {
+        DOM_set(&to);
+        return;
+    }
+    to_earth(x, y, n);
+    DOM_set(&to);
+    to_plot(x, y, n);
+}
+
+float bilinear(const float *values, int nx, int ny, float column, float row)
+{
+    // written so that a place that is no number is outside
+    if (!(column >= 0.0F && row >= 0.0F && column <= static_cast<float>(nx) - kBeyond &&
+          row <= static_cast<float>(ny) - kBeyond))
+        return kMissing;
+    const int i = std::min(static_cast<int>(column), nx - 1);
+    const int j = std::min(static_cast<int>(row), ny - 1);
+    const std::size_t base =
+        static_cast<std::size_t>(j) * static_cast<std::size_t>(nx) + static_cast<std::size_t>(i);
+    const std::size_t east = i + 1 < nx ? 1 : 0;
+    const std::size_t south = j + 1 < ny ? static_cast<std::size_t>(nx) : 0;
+    // beyond the last row or column the base point stands in for what isn't there
+    const float a = values[base];
+    const float b = east != 0 ? values[base + 1] : a;
+    const float c = south != 0 ? values[base + south] : a;
+    const float d = east != 0 && south != 0 ? values[base + south + 1] : a;
+    if (is_missing(a) || is_missing(b) || is_missing(c) || is_missing(d))
+        return kMissing;
+    const float p = column - static_cast<float>(i);
+    const float q = row - static_cast<float>(j);
+    return (a * (1.0F - p) + b * p) * (1.0F - q) + (c * (1.0F - p) + d * p) * q;
+}
+
+} // namespace tyr
