@@ -3,9 +3,9 @@
 #include <optional>
 #include <vector>
 
-#include "base/missing.h"
-#include "base/str.h"
-#include "map/degrees.h"
+#include "tyr/base/missing.h"
+#include "tyr/base/str.h"
+#include "tyr/base/angle.h"
 #include "tyr/grid/derivative.h"
 #include "tyr/grid/grid_places.h"
 #include "tyr/grid/row_bands.h"

@@ -5,9 +5,9 @@
 #include <cstdlib>
 #include <vector>
 
-#include "base/missing.h"
-#include "base/msg.h"
-#include "map/degrees.h"
+#include "tyr/base/missing.h"
+#include "tyr/base/msg.h"
+#include "tyr/base/angle.h"
 #include "tyr/grid/grid_places.h"
 #include "tyr/grid/row_bands.h"
 

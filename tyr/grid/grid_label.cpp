@@ -4,14 +4,14 @@
 #include <cmath>
 #include <string>
 
-#include "base/missing.h"
-#include "base/msg.h"
-#include "base/str.h"
+#include "tyr/base/missing.h"
+#include "tyr/base/msg.h"
+#include "tyr/base/str.h"
 #include "tyr/grid/grid_places.h"
 #include "tyr/grid/row_bands.h"
-#include "var/catalogue.h"
-#include "var/label.h"
-#include "var/units.h"
+#include "tyr/var/catalogue.h"
+#include "tyr/var/label.h"
+#include "tyr/var/units.h"
 
 namespace {
 

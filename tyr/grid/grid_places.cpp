@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "base/missing.h"
-#include "map/projection.h"
+#include "tyr/base/missing.h"
+#include "tyr/geo/projection.h"
 #include "tyr/grid/row_bands.h"
 
 namespace {

@@ -5,7 +5,7 @@
 #include <cstddef>
 #include <limits>
 
-#include "map/domain.h"
+#include "tyr/geo/domain.h"
 
 namespace tyr {
 

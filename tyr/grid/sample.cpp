@@ -4,9 +4,9 @@
 #include <cstdlib>
 #include <limits>
 
-#include "base/missing.h"
-#include "base/str.h"
-#include "map/projection.h"
+#include "tyr/base/missing.h"
+#include "tyr/base/str.h"
+#include "tyr/geo/projection.h"
 #include "tyr/grid/grid_places.h"
 
 namespace {

@@ -3,7 +3,7 @@
 #include <cmath>
 #include <cstddef>
 
-#include "base/missing.h"
+#include "tyr/base/missing.h"
 
 inline constexpr std::size_t kUnitTextRoom = 32; ///< bytes that UNIT_scale_text fills at most
 
