@@ -136,12 +136,19 @@ void ask_kind()
         const char *word;
         int type;
     };
-    constexpr Answer kAnswers[] = {{"none", kNoPlot},     {"value", kContValues},
-                                   {"gvalue", kContValues}, {"cf", kContFilled},
-                                   {"lcf", kContBoth},    {"ln", kContLines},
-                                   {"dln", kDashedLines}, {"ndln", kDashedLow}};
+    constexpr Answer kAnswers[] = {
+        {"none",   kNoPlot     },
+        {"value",  kContValues },
+        {"gvalue", kContValues },
+        {"cf",     kContFilled },
+        {"lcf",    kContBoth   },
+        {"ln",     kContLines  },
+        {"dln",    kDashedLines},
+        {"ndln",   kDashedLow  }
+    };
     std::array<char, 32> answer = {};
-    ASK_text("Color fill (C) or Line (L) contours: ", answer.data(), static_cast<int>(answer.size()));
+    ASK_text("Color fill (C) or Line (L) contours: ", answer.data(),
+             static_cast<int>(answer.size()));
     for (const Answer &row : kAnswers) {
         if (STR_casecmp(answer.data(), row.word) == 0) {
             set_kind(row.type);
@@ -173,8 +180,7 @@ void put_labels(const GridRec &grid)
     const ContourState &c = contours();
     PLT_label_ul(grid.info);
     PLT_label_ur(grid.date);
-    PLT_label_lr(
-        ("LO: " + real("5.3.1", c.low) + "  HI: " + real("5.3.1", c.high)).c_str());
+    PLT_label_lr(("LO: " + real("5.3.1", c.low) + "  HI: " + real("5.3.1", c.high)).c_str());
     if (c.plan.is_list) {
         std::string text = "LEVELS: ";
         for (int i = 0; i < c.plan.count; ++i) {
@@ -220,8 +226,9 @@ int CONT_plan_levels(GridRec *grid)
     LevelPlan &p = c.plan;
     p = {};
     if (view.has_levels) {
-        p = {CONT_level(0), CONT_level(view.levels - 1), view.interval,
-             is_missing(view.base) ? CONT_level(0) : view.base, view.levels, true};
+        p = {CONT_level(0), CONT_level(view.levels - 1),
+             view.interval, is_missing(view.base) ? CONT_level(0) : view.base,
+             view.levels,   true};
         return 0;
     }
     if (is_missing(c.high)) {

@@ -21,7 +21,7 @@ struct Edge {
 };
 
 class BandTracer {
-public:
+  public:
     BandTracer(const TracedField &field, float lower, float upper)
         : field_(field), lower_(lower), upper_(upper),
           above_(static_cast<size_t>(field.columns()), kNone)
@@ -49,7 +49,7 @@ public:
         walk(sink);
     }
 
-private:
+  private:
     bool is_in(float value) const { return value >= lower_ && value < upper_; }
 
     int add_edge(FieldPoint start, int piece)
@@ -147,7 +147,8 @@ private:
         }
         int ra = root(piece_[static_cast<size_t>(a)]);
         int rb = root(piece_[static_cast<size_t>(b)]);
-        if (ra == rb || size_[static_cast<size_t>(ra)] + size_[static_cast<size_t>(rb)] > kMostPieces) {
+        if (ra == rb ||
+            size_[static_cast<size_t>(ra)] + size_[static_cast<size_t>(rb)] > kMostPieces) {
             return;
         }
         if (size_[static_cast<size_t>(ra)] < size_[static_cast<size_t>(rb)]) {
@@ -219,8 +220,7 @@ private:
                 add_point(edges_[e].start);
                 e = static_cast<size_t>(edges_[e].next);
                 while (edges_[e].twin != kNone) {
-                    e = static_cast<size_t>(
-                        edges_[static_cast<size_t>(edges_[e].twin)].next);
+                    e = static_cast<size_t>(edges_[static_cast<size_t>(edges_[e].twin)].next);
                 }
             }
             trim_ends();

@@ -22,7 +22,7 @@ struct Cell {
     /// The side that a level's segment from a crossed side leads to.
     int partner(int side, float level) const;
 
-private:
+  private:
     bool cuts_lower_left(float level) const;
 };
 

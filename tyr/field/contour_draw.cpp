@@ -26,7 +26,7 @@ namespace tyr {
 namespace {
 
 constexpr int kDashed = 2;
-constexpr int kMostShown = 20000; ///< levels that a picture can show
+constexpr int kMostShown = 20000;   ///< levels that a picture can show
 constexpr float kTextSize = 0.015F; ///< of the drawing's height
 
 } // namespace
@@ -123,15 +123,15 @@ void fill_bands(const TracedField &field, const AttrRec &line)
     for (int i = 0; i < c.plan.count; ++i) {
         const AttrRec row = CONT_row(c.plan.row(i));
         float lower = c.plan.level(i);
-        float upper = i + 1 < c.plan.count ? c.plan.level(i + 1)
-                                           : std::numeric_limits<float>::infinity();
+        float upper =
+            i + 1 < c.plan.count ? c.plan.level(i + 1) : std::numeric_limits<float>::infinity();
         if (!is_missing(c.set.lowest)) {
             lower = std::max(lower, c.set.lowest);
         }
         if (!is_missing(c.set.highest)) {
             // what is as high as the limit still has its colour
-            upper = std::min(upper, std::nextafter(c.set.highest,
-                                                   std::numeric_limits<float>::infinity()));
+            upper = std::min(upper,
+                             std::nextafter(c.set.highest, std::numeric_limits<float>::infinity()));
         }
         if (row.color < 0 || !(lower < upper) || lower > c.high || upper <= c.low) {
             continue;

@@ -56,18 +56,18 @@ void set_text(const AttrRec &attr, float height, float up_x, float up_y)
 
 /// The labels of one field.
 class Labeller {
-public:
+  public:
     Labeller(const GridRec &grid, const FieldSpace &space)
         : field_(traced_field(grid, space)), attr_(label_attr()),
           size_(contours().set.scale * space.height() * kLabelSize)
     {
         const ContourSettings &s = contours().set;
-        columns_ = s.label_columns != kMissingInt ? s.label_columns : std::max(grid.domain.nx / 5, 1);
+        columns_ =
+            s.label_columns != kMissingInt ? s.label_columns : std::max(grid.domain.nx / 5, 1);
         rows_ = s.label_rows != kMissingInt ? s.label_rows : std::max(grid.domain.ny / 5, 1);
         if (s.label_step > 0) {
-            const float lines = s.most_lines < 1
-                                    ? 10000.0F
-                                    : static_cast<float>(CONT_view().rows * s.most_lines);
+            const float lines =
+                s.most_lines < 1 ? 10000.0F : static_cast<float>(CONT_view().rows * s.most_lines);
             field_.drop_steep_cells(contours().plan.is_list ? 1e30F : contours().plan.interval,
                                     lines);
         }
@@ -94,7 +94,7 @@ public:
         }
     }
 
-private:
+  private:
     bool has_room(const Cell &cell) const
     {
         const FieldPoint a = field_.place(cell.corner[0]);

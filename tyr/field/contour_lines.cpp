@@ -24,7 +24,7 @@ struct End {
 };
 
 class LineTracer {
-public:
+  public:
     LineTracer(const TracedField &field, float level) : field_(field), level_(level) {}
 
     void run(const PointSink &sink)
@@ -40,7 +40,7 @@ public:
         join(sink);
     }
 
-private:
+  private:
     Node node(int a, int b) const
     {
         if (field_.value(a) == level_ || field_.value(b) == level_) {
@@ -75,7 +75,12 @@ private:
         if (field_.value(cell.from(side)) != level_ || field_.value(cell.to(side)) != level_) {
             return;
         }
-        constexpr int kAcross[4][2] = {{0, 1}, {1, 0}, {0, -1}, {-1, 0}};
+        constexpr int kAcross[4][2] = {
+            {0,  1 },
+            {1,  0 },
+            {0,  -1},
+            {-1, 0 }
+        };
         const int column2 = column + kAcross[side][0];
         const int row2 = row + kAcross[side][1];
         const bool has_other = exists(column2, row2);
@@ -139,8 +144,8 @@ private:
             const uint32_t far = end ^ 1U;
             line_.push_back(field_.sides().beside(point(node_[far]), line_.back()));
             const auto [first, last] = range_of(node_[far]);
-            const auto next = std::find_if(first, last,
-                                           [this](const End &e) { return !used_[e.segment]; });
+            const auto next =
+                std::find_if(first, last, [this](const End &e) { return !used_[e.segment]; });
             if (next == last) {
                 break;
             }

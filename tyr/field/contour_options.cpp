@@ -60,9 +60,13 @@ struct KindWord {
     int kind, dash;
 };
 constexpr KindWord kKindWords[] = {
-    {"value", kContValues, 0}, {"gvalue", kContValues, 0}, {"cf", kContFilled, 0},
-    {"lcf", kContBoth, 0},     {"ln", kContLines, 0},      {"dln", kContLines, 1},
-    {"ndln", kContLines, -1},
+    {"value",  kContValues, 0 },
+    {"gvalue", kContValues, 0 },
+    {"cf",     kContFilled, 0 },
+    {"lcf",    kContBoth,   0 },
+    {"ln",     kContLines,  0 },
+    {"dln",    kContLines,  1 },
+    {"ndln",   kContLines,  -1},
 };
 
 /// The numbers of a label option: "n" as step and radius by its digits, else one by one. Whole
@@ -224,8 +228,8 @@ void apply_param(const char *word)
         set_skip(skip);
     } else if (const char *offset = behind(word, "plt_off")) {
         set_offset(offset);
-    } else if (const char *label = STR_ncasecmp(word, "label", 5) == 0 ? nullptr
-                                                                       : behind(word, "lab")) {
+    } else if (const char *label =
+                   STR_ncasecmp(word, "label", 5) == 0 ? nullptr : behind(word, "lab")) {
         set_labels(whole_list(label));
     }
 }
@@ -250,7 +254,8 @@ void CONT_set_options(const char *text)
     // "sk=2:3" and "xy=1:2" come apart as two words: the second is put back
     std::vector<std::string> words;
     for (const std::string &word : STR_fields(text, ':')) {
-        const bool is_number = !word.empty() && word.find_first_not_of("+-.0123456789") == word.npos;
+        const bool is_number =
+            !word.empty() && word.find_first_not_of("+-.0123456789") == word.npos;
         const bool is_pair = !words.empty() && (STR_has_prefix(words.back(), "sk=") ||
                                                 STR_has_prefix(words.back(), "xy="));
         if (is_number && is_pair) {

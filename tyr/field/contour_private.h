@@ -54,7 +54,7 @@ void read_contour_params();
 /// Where a grid is drawn: in its own units, or at plot positions where the plot's domain isn't the
 /// grid's. Selects the transformation.
 class FieldSpace {
-public:
+  public:
     explicit FieldSpace(const GridRec &grid);
     ~FieldSpace();
     FieldSpace(const FieldSpace &) = delete;
@@ -66,7 +66,7 @@ public:
     float height() const { return height_; } ///< what sizes are fractions of
     WorldSides sides() const { return sides_; }
 
-private:
+  private:
     float *x_ = nullptr, *y_ = nullptr;
     float height_ = 0.0F;
     bool is_good_ = true;

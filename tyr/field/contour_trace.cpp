@@ -1,10 +1,9 @@
-#include "tyr/field/contour_trace_private.h"
-
 #include <algorithm>
 #include <cmath>
 #include <limits>
 
 #include "tyr/base/missing.h"
+#include "tyr/field/contour_trace_private.h"
 #include "tyr/geo/domain_rec.h"
 #include "tyr/geo/projection.h"
 
@@ -57,8 +56,8 @@ TracedField::TracedField(int nx, int ny, const float *values, const float *x, co
             float most = std::numeric_limits<float>::lowest();
             for (const int c : corners) {
                 whole = whole && usable(values[c]) && (!x || (usable(x[c]) && usable(y[c])));
-                whole = whole && !(x && sides.proj == kProjLambert &&
-                                   std::fabs(x[c] - x[a]) > kLambertJump);
+                whole = whole &&
+                        !(x && sides.proj == kProjLambert && std::fabs(x[c] - x[a]) > kLambertJump);
                 least = std::min(least, values[c]);
                 most = std::max(most, values[c]);
             }
@@ -96,9 +95,9 @@ FieldPoint TracedField::crossing(int a, int b, float level) const
     const FieldPoint p = place(a);
     const FieldPoint q = sides_.beside(place(b), p);
     const float va = values_[a];
-    const float t = std::clamp(
-        static_cast<float>((static_cast<double>(level) - va) / (static_cast<double>(values_[b]) - va)),
-        0.0F, 1.0F);
+    const float t = std::clamp(static_cast<float>((static_cast<double>(level) - va) /
+                                                  (static_cast<double>(values_[b]) - va)),
+                               0.0F, 1.0F);
     return {t >= 1.0F ? q.x : p.x + t * (q.x - p.x), t >= 1.0F ? q.y : p.y + t * (q.y - p.y)};
 }
 

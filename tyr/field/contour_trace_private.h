@@ -23,7 +23,7 @@ struct FieldPoint {
 /// What a field looks like on a map that is cut open at its sides: places of neighbouring points
 /// half a world apart are neighbours all the same.
 struct WorldSides {
-    int proj = 0;       ///< Projection; others than 2, 3 and 7 have no sides that join
+    int proj = 0;               ///< Projection; others than 2, 3 and 7 have no sides that join
     float width(float y) const; ///< of the world at a plot y; 0 without such sides
     /// `p` moved by whole worlds next to `near`.
     FieldPoint beside(FieldPoint p, FieldPoint near) const;
@@ -31,7 +31,7 @@ struct WorldSides {
 
 /// Values, places and what of them is drawn.
 class TracedField {
-public:
+  public:
     /// @param values, x, y  nx * ny each, the northern row first; null x: columns and rows, y from
     ///                      the bottom. They must outlive the record
     TracedField(int nx, int ny, const float *values, const float *x, const float *y,
@@ -53,7 +53,7 @@ public:
     /// Where a level lies between two grid points.
     FieldPoint crossing(int a, int b, float level) const;
 
-private:
+  private:
     size_t index(int column, int row) const
     {
         return static_cast<size_t>(row) * static_cast<size_t>(nx_ - 1) +

@@ -14,7 +14,7 @@ namespace tyr {
 namespace {
 
 constexpr float kLambertJump = 50.0F;
-constexpr int kMostWorlds = 3; ///< copies to either side
+constexpr int kMostWorlds = 3;   ///< copies to either side
 constexpr int kMostPath = 50000; ///< points of one polyline
 
 bool is_filled(int kind)

@@ -24,7 +24,7 @@ struct Place {
 
 /// Grid column and row of a place of the drawing.
 class GridPlaces {
-public:
+  public:
     explicit GridPlaces(const GridRec &grid) : grid_(grid)
     {
         DOM_get(&plot_);
@@ -59,7 +59,7 @@ public:
         return std::isfinite(g->x) && std::isfinite(g->y);
     }
 
-private:
+  private:
     const GridRec &grid_;
     DomainRec plot_;
     float window_[4] = {};
@@ -74,7 +74,7 @@ struct Wind {
 
 /// One line: where it is, and the field under it.
 class Tracer {
-public:
+  public:
     Tracer(const GridRec &u, const GridRec &v) : u_(u), v_(v), places_(u) {}
 
     Wind wind_at(Place p) const
@@ -96,8 +96,7 @@ public:
         slopes[0] = unit(w);
         for (int i = 1; i < 4; ++i) {
             const float part = i < 3 ? kStep / 2.0F : kStep;
-            const Wind next =
-                wind_at({p.x + slopes[i - 1].x * part, p.y + slopes[i - 1].y * part});
+            const Wind next = wind_at({p.x + slopes[i - 1].x * part, p.y + slopes[i - 1].y * part});
             if (!next.is_set() || next.speed() < kCalm) {
                 return {p.x + slopes[0].x * kStep, p.y + slopes[0].y * kStep};
             }
@@ -109,7 +108,7 @@ public:
         return {p.x + mean(&Place::x) * kStep, p.y + mean(&Place::y) * kStep};
     }
 
-private:
+  private:
     static Place unit(Wind w) { return {w.u / w.speed(), w.v / w.speed()}; }
 
     const GridRec &u_, &v_;
@@ -174,8 +173,8 @@ void VECT_trace(float steps, GridRec *u, GridRec *v, int column, int row)
         return;
     }
     if (s.boxes.empty()) {
-        s.boxes.assign(static_cast<size_t>(u->domain.nx) * static_cast<size_t>(u->domain.ny) * 4 + 1,
-                       0);
+        s.boxes.assign(
+            static_cast<size_t>(u->domain.nx) * static_cast<size_t>(u->domain.ny) * 4 + 1, 0);
     }
     const Tracer tracer(*u, *v);
     const float most = is_missing(s.base) || s.base <= 0.0F ? 1.0F : s.base;
@@ -199,8 +198,7 @@ void VECT_trace(float steps, GridRec *u, GridRec *v, int column, int row)
         stay = box == last_box ? stay + 1 : 0;
         s.boxes[box] += box == last_box ? 0 : 1;
         last_box = box;
-        const bool is_full =
-            static_cast<float>(s.boxes[box]) > most && (n < 1 || n >= kFreeSteps);
+        const bool is_full = static_cast<float>(s.boxes[box]) > most && (n < 1 || n >= kFreeSteps);
         const Wind w = tracer.wind_at(p);
         previous = direction;
         if (!w.is_set() || w.speed() < kCalm) {
