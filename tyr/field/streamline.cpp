@@ -22,6 +22,23 @@ struct Place {
     float x, y;
 };
 
+/// A quarter of a grid length in the drawing's units, by the middle of the grid where it can be
+/// shown: lines cross a box in as many steps on every map.
+float step_length(const GridRec &grid)
+{
+    if (vectors().x == nullptr || grid.domain.nx < 2) {
+        return kStep;
+    }
+    const int at = grid.domain.ny / 2 * grid.domain.nx + (grid.domain.nx - 1) / 2;
+    const float *x = vectors().x;
+    const float *y = vectors().y;
+    if (is_missing(x[at]) || is_missing(x[at + 1])) {
+        return kStep;
+    }
+    const float length = std::hypot(x[at + 1] - x[at], y[at + 1] - y[at]);
+    return length > 0.0F ? kStep * std::min(length, grid.domain.dx * 2.0F) : kStep;
+}
+
 /// Grid column and row of a place of the drawing.
 class GridPlaces {
   public:
@@ -75,7 +92,9 @@ struct Wind {
 /// One line: where it is, and the field under it.
 class Tracer {
   public:
-    Tracer(const GridRec &u, const GridRec &v) : u_(u), v_(v), places_(u) {}
+    Tracer(const GridRec &u, const GridRec &v) : u_(u), v_(v), places_(u), length_(step_length(u))
+    {
+    }
 
     Wind wind_at(Place p) const
     {
@@ -95,24 +114,27 @@ class Tracer {
         Place slopes[4];
         slopes[0] = unit(w);
         for (int i = 1; i < 4; ++i) {
-            const float part = i < 3 ? kStep / 2.0F : kStep;
+            const float part = i < 3 ? length_ / 2.0F : length_;
             const Wind next = wind_at({p.x + slopes[i - 1].x * part, p.y + slopes[i - 1].y * part});
             if (!next.is_set() || next.speed() < kCalm) {
-                return {p.x + slopes[0].x * kStep, p.y + slopes[0].y * kStep};
+                return {p.x + slopes[0].x * length_, p.y + slopes[0].y * length_};
             }
             slopes[i] = unit(next);
         }
         const auto mean = [&slopes](float Place::*c) {
             return (slopes[0].*c + 2.0F * slopes[1].*c + 2.0F * slopes[2].*c + slopes[3].*c) / 6.0F;
         };
-        return {p.x + mean(&Place::x) * kStep, p.y + mean(&Place::y) * kStep};
+        return {p.x + mean(&Place::x) * length_, p.y + mean(&Place::y) * length_};
     }
+
+    float length() const { return length_; }
 
   private:
     static Place unit(Wind w) { return {w.u / w.speed(), w.v / w.speed()}; }
 
     const GridRec &u_, &v_;
     GridPlaces places_;
+    float length_;
 };
 
 size_t box_of(const GridRec &grid, Place g)
@@ -224,7 +246,7 @@ void VECT_trace(float steps, GridRec *u, GridRec *v, int column, int row)
         ++n;
     }
     if (n > 0 && static_cast<float>(n) < steps && colour != -1 && drawn && !is_missing(previous)) {
-        WX_vector_raw(before.x, before.y, previous, kStep, 1.0F, s.spacing * kHead);
+        WX_vector_raw(before.x, before.y, previous, tracer.length(), 1.0F, s.spacing * kHead);
     }
 }
 
