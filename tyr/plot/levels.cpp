@@ -235,6 +235,12 @@ void CONT_set_limits(float max, float min)
     set_unless_missing(state.min, min);
 }
 
+void CONT_set_range(float low, float high)
+{
+    set_unless_missing(state.low, low);
+    set_unless_missing(state.high, high);
+}
+
 int CONT_get_levels(float *out)
 {
     if (!has_levels()) {

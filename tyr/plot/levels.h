@@ -16,6 +16,10 @@ void CONT_set_base(float base);
 void CONT_set_interval(float interval);
 void CONT_set_limits(float max, float min);
 
+/// Range of the values that the levels are to span, which the colour bar shows where there are no
+/// explicit levels. A Missing argument leaves its end alone.
+void CONT_set_range(float low, float high);
+
 /// Copies the explicit levels (room for kMaxBands floats) if `out` isn't null. @return their count,
 /// 0 if there are none
 int CONT_get_levels(float *out);
