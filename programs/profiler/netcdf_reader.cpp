@@ -7,9 +7,9 @@
 #include <span>
 #include <string>
 
-#include "tyr/base/netcdf.h"
 #include "tyr/base/missing.h"
 #include "tyr/base/msg.h"
+#include "tyr/base/netcdf.h"
 #include "tyr/base/str.h"
 
 namespace {

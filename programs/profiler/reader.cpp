@@ -5,11 +5,11 @@
 #include <string>
 
 #include "programs/profiler/bufr.h"
-#include "tyr/base/classic_extent.h"
-#include "tyr/base/netcdf.h"
 #include "programs/profiler/netcdf_reader.h"
+#include "tyr/base/classic_extent.h"
 #include "tyr/base/file.h"
 #include "tyr/base/msg.h"
+#include "tyr/base/netcdf.h"
 #include "tyr/base/str.h"
 
 namespace {

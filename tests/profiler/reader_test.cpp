@@ -3,13 +3,13 @@
 #include <map>
 #include <sstream>
 
-#include "tyr/base/netcdf.h"
 #include "programs/profiler/reader.h"
 #include "programs/profiler/walk.h"
 #include "support/capture.h"
 #include "support/netcdf_file.h"
 #include "support/shared_data.h"
 #include "tyr/base/missing.h"
+#include "tyr/base/netcdf.h"
 
 namespace {
 
