@@ -59,6 +59,28 @@ const DeviceTraits &device_traits()
     return kNone;
 }
 
+DeviceKind device_of_letter(char letter)
+{
+    switch (letter) {
+    case 'm':
+    case 'M':
+        return kDeviceMetafile;
+    case 'p':
+    case 'P':
+        return kDevicePostScript;
+    case 'h':
+    case 'H':
+    case 'q':
+    case 'Q':
+        return kDeviceHpgl;
+    case 'w':
+    case 'W':
+        return kDeviceExtern;
+    default:
+        return kDeviceDisplay;
+    }
+}
+
 int device_open(const std::vector<std::string> &words, int device)
 {
     switch (static_cast<DeviceKind>(device)) {

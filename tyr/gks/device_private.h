@@ -41,6 +41,8 @@ inline constexpr int kMaxRun = 30;
 // ---------------------------------------------------------------------------------------------
 // Opening and closing
 
+/// The device that a letter of the user names; the display for others.
+DeviceKind device_of_letter(char letter);
 /// Opens a device: `words` are the target and the device words. It sets kind, depth, size and
 /// offset of the view surface. 0, or -1 with a report.
 int device_open(const std::vector<std::string> &words, int device);

@@ -91,24 +91,7 @@ std::string format_text(const char *format, std::va_list args)
 
 int GPH_device_code(const char *word)
 {
-    switch (word != nullptr ? word[0] : '\0') {
-    case 'm':
-    case 'M':
-        return kDeviceMetafile;
-    case 'p':
-    case 'P':
-        return kDevicePostScript;
-    case 'h':
-    case 'H':
-    case 'q':
-    case 'Q':
-        return kDeviceHpgl;
-    case 'w':
-    case 'W':
-        return kDeviceExtern;
-    default:
-        return kDeviceDisplay;
-    }
+    return device_of_letter(word != nullptr ? word[0] : '\0');
 }
 
 void GPH_open(int *ws, int *device, float *margins, float aspect)

@@ -11,7 +11,7 @@
 namespace tyr {
 
 struct ImageFormat {
-    DumpKind kind;
+    int kind;                 ///< DumpKind, or a number of its own behind those
     const char *name;         ///< in messages of keys
     const char *dump_name;    ///< in messages of dumps
     const char *word;         ///< of `plot_param`, and the ending of files that a key writes

@@ -141,7 +141,8 @@ void gx_glyph(std::span<const GlyphPoint> points)
         if (count == kMaxRun) {
             const XPoint last = run.back();
             send();
-            run[static_cast<std::size_t>(count++)] = last;
+            run[0] = last;
+            count = 1;
         }
     }
     send();

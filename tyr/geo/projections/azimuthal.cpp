@@ -51,6 +51,7 @@ MapPoint inverse(const CurrentDomain &d, double x, double y)
 
 } // namespace
 
+extern const ProjectionForm kAzimuthalForm;
 const ProjectionForm kAzimuthalForm = {
     .code = kProjLambertAzimuthal,
     .name = "lambaz",

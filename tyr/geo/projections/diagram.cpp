@@ -108,6 +108,7 @@ double whole_turn(const CurrentDomain &)
 
 } // namespace
 
+extern const ProjectionForm kXLogPForm;
 const ProjectionForm kXLogPForm = {
     .code = kProjXLogP,
     .name = "xlogp",
@@ -121,6 +122,7 @@ const ProjectionForm kXLogPForm = {
     .wrap_width = nullptr,
     .skew = nullptr
 };
+extern const ProjectionForm kEmagramForm;
 const ProjectionForm kEmagramForm = {.code = kProjEmagram,
                                      .name = "ema",
                                      .words = {"ema"},
@@ -132,6 +134,7 @@ const ProjectionForm kEmagramForm = {.code = kProjEmagram,
                                      .scale = nullptr,
                                      .wrap_width = nullptr,
                                      .skew = nullptr};
+extern const ProjectionForm kStuveForm;
 const ProjectionForm kStuveForm = {.code = kProjStuve,
                                    .name = "stuve",
                                    .words = {"stuve"},
@@ -143,6 +146,7 @@ const ProjectionForm kStuveForm = {.code = kProjStuve,
                                    .scale = nullptr,
                                    .wrap_width = nullptr,
                                    .skew = nullptr};
+extern const ProjectionForm kSkewTForm;
 const ProjectionForm kSkewTForm = {
     .code = kProjSkewT,
     .name = "skewt",
@@ -156,6 +160,7 @@ const ProjectionForm kSkewTForm = {
     .wrap_width = nullptr,
     .skew = lean
 };
+extern const ProjectionForm kTephigramForm;
 const ProjectionForm kTephigramForm = {.code = kProjTephigram,
                                        .name = "",
                                        .words = {"teph"},
@@ -167,6 +172,7 @@ const ProjectionForm kTephigramForm = {.code = kProjTephigram,
                                        .scale = nullptr,
                                        .wrap_width = nullptr,
                                        .skew = whole_turn};
+extern const ProjectionForm kRotatedTephigramForm;
 const ProjectionForm kRotatedTephigramForm = {.code = kProjRotatedTephigram,
                                               .name = "",
                                               .words = {"rteph"},

@@ -46,12 +46,8 @@ struct ProjectionForm {
     double (*skew)(const CurrentDomain &d); ///< by window and viewport, which both have an extent
 };
 
-extern const ProjectionForm kPolarForm, kLatLonForm, kMercatorForm, kLambertForm, kOrthoForm,
-    kMollweideForm, kAzimuthalForm, kSatelliteForm;
-extern const ProjectionForm kNoneForm, kXYForm, kTimeHeightForm, kXPForm, kPolarPlotForm,
-    kPixelForm;
-extern const ProjectionForm kXLogPForm, kEmagramForm, kStuveForm, kSkewTForm, kTephigramForm,
-    kRotatedTephigramForm;
+/// Nothing is projected.
+extern const ProjectionForm kNoneForm;
 
 /// All forms. Null for a code without one.
 std::span<const ProjectionForm *const> projection_forms();

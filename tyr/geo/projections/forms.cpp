@@ -7,6 +7,13 @@ using namespace tyr;
 
 namespace tyr {
 
+// each in its own file
+extern const ProjectionForm kPolarForm, kLatLonForm, kMercatorForm, kLambertForm, kOrthoForm,
+    kMollweideForm, kAzimuthalForm, kSatelliteForm;
+extern const ProjectionForm kXYForm, kTimeHeightForm, kXPForm, kPolarPlotForm, kPixelForm;
+extern const ProjectionForm kXLogPForm, kEmagramForm, kStuveForm, kSkewTForm, kTephigramForm,
+    kRotatedTephigramForm;
+
 namespace {
 
 constexpr double kEdge = 1.0; ///< of a sine

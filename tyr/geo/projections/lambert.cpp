@@ -63,6 +63,7 @@ float scale(const CurrentDomain &d, float)
 
 } // namespace
 
+extern const ProjectionForm kLambertForm;
 const ProjectionForm kLambertForm = {
     .code = kProjLambert,
     .name = "lamb",

@@ -23,6 +23,7 @@ float wrap_width(float)
 
 } // namespace
 
+extern const ProjectionForm kLatLonForm;
 const ProjectionForm kLatLonForm = {
     .code = kProjLatLon,
     .name = "latlon",

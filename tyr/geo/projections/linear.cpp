@@ -66,6 +66,7 @@ const ProjectionForm kNoneForm = {.code = kProjNone,
                                   .scale = nullptr,
                                   .wrap_width = nullptr,
                                   .skew = nullptr};
+extern const ProjectionForm kXYForm;
 const ProjectionForm kXYForm = {.code = kProjXY,
                                 .name = "xy",
                                 .words = {"xy"},
@@ -77,6 +78,7 @@ const ProjectionForm kXYForm = {.code = kProjXY,
                                 .scale = nullptr,
                                 .wrap_width = nullptr,
                                 .skew = nullptr};
+extern const ProjectionForm kTimeHeightForm;
 const ProjectionForm kTimeHeightForm = {.code = kProjTimeHeight,
                                         .name = "cat",
                                         .words = {"cat"},
@@ -88,6 +90,7 @@ const ProjectionForm kTimeHeightForm = {.code = kProjTimeHeight,
                                         .scale = nullptr,
                                         .wrap_width = nullptr,
                                         .skew = nullptr};
+extern const ProjectionForm kXPForm;
 const ProjectionForm kXPForm = {.code = kProjXP,
                                 .name = "",
                                 .words = {"=xp"},
@@ -99,6 +102,7 @@ const ProjectionForm kXPForm = {.code = kProjXP,
                                 .scale = nullptr,
                                 .wrap_width = nullptr,
                                 .skew = nullptr};
+extern const ProjectionForm kPolarPlotForm;
 const ProjectionForm kPolarPlotForm = {.code = kProjPolarPlot,
                                        .name = "polar",
                                        .words = {"hodo"},
@@ -110,6 +114,7 @@ const ProjectionForm kPolarPlotForm = {.code = kProjPolarPlot,
                                        .scale = nullptr,
                                        .wrap_width = nullptr,
                                        .skew = nullptr};
+extern const ProjectionForm kPixelForm;
 const ProjectionForm kPixelForm = {.code = kProjPixel,
                                    .name = "pixel",
                                    .words = {"pix"},

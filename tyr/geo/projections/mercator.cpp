@@ -31,6 +31,7 @@ float wrap_width(float)
 
 } // namespace
 
+extern const ProjectionForm kMercatorForm;
 const ProjectionForm kMercatorForm = {
     .code = kProjMercator,
     .name = "merc",

@@ -59,6 +59,7 @@ float wrap_width(float y)
 
 } // namespace
 
+extern const ProjectionForm kMollweideForm;
 const ProjectionForm kMollweideForm = {
     .code = kProjMollweide,
     .name = "moll",

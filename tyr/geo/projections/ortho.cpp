@@ -39,6 +39,7 @@ MapPoint inverse(const CurrentDomain &d, double x, double y)
 
 } // namespace
 
+extern const ProjectionForm kOrthoForm;
 const ProjectionForm kOrthoForm = {
     .code = kProjOrtho,
     .name = "ortho",

@@ -50,6 +50,7 @@ float scale(const CurrentDomain &, float lat)
 
 } // namespace
 
+extern const ProjectionForm kPolarForm;
 const ProjectionForm kPolarForm = {
     .code = kProjPolar,
     .name = "pstereo",

@@ -109,6 +109,7 @@ float rotate(const CurrentDomain &d, float direction, float x, float y)
 
 } // namespace
 
+extern const ProjectionForm kSatelliteForm;
 const ProjectionForm kSatelliteForm = {
     .code = kProjSatellite,
     .name = "sat",
