@@ -19,6 +19,7 @@ struct DriverSetup {
     float height_step = 500.0F;        ///< m between symbols up a column
     std::vector<std::string> stations; ///< the first is drawn
     DateRec date = {};                 ///< of the file chosen
+    std::string file;                  ///< of the map, where one was given by its name
 };
 void PRF_setup(const DriverSetup &setup);
 
@@ -31,6 +32,8 @@ void PRF_set_ask_variable(int flag);
 
 /// Draws the plot of a domain. The first call opens the graphics and stays in PLT_end; a later one
 /// draws again, from the files as they then are. @return 0; -1 if the map's file can't be opened
+///         in a later call. A first one of which nothing could be drawn ends the process with
+///         kExitNothing, the output complete.
 int PRF_plot(DomainRec *domain);
 
 /// The event callback of the window: zoom, the way back, and a new size draw again.

@@ -5,6 +5,7 @@
 
 #include "programs/profiler/driver.h"
 #include "tyr/base/ask.h"
+#include "tyr/base/file.h"
 #include "tyr/base/missing.h"
 #include "tyr/base/msg.h"
 #include "tyr/base/prm.h"
@@ -140,6 +141,7 @@ int main(int argc, char **argv)
     FILE_get_name("Enter the profiler filename: ", file.data());
     DriverSetup setup;
     FILE_get_date(&setup.date);
+    setup.file = FILE_exists(file.data()) != 0 ? file.data() : "";
     setup.stations = RES_list("identifier");
     DomainRec domain;
     DOM_init(&domain);
