@@ -129,6 +129,9 @@ int PRF_plot(DomainRec *domain)
     }
     if (is_first) {
         PLT_end();
+        if (PLT_dump_failed()) {
+            SYS_exit(kExitNoDump);
+        }
     }
     return drawn == -1 ? -1 : 0;
 }

@@ -1,8 +1,10 @@
 #include <array>
 #include <cstdlib>
+#include <cstring>
 #include <string>
 #include <vector>
 
+#include "programs/profiler/bufr_library.h"
 #include "programs/profiler/driver.h"
 #include "tyr/base/ask.h"
 #include "tyr/base/file.h"
@@ -122,10 +124,21 @@ void print_usage()
     OPT_usage(program.data(), kKeyed, kPositional);
 }
 
+void print_version()
+{
+    const std::string library = tyr::bufr_library_version();
+    MSG_out(kPrint, "profiler %s\nBUFR: editions 2 and 3, own table; others %s%s\n", SYS_version(),
+            library.empty() ? "refused (built without ecCodes)" : "by ", library.c_str());
+}
+
 } // namespace
 
 int main(int argc, char **argv)
 {
+    if (argc == 2 && std::strcmp(argv[1], "--version") == 0) {
+        print_version();
+        return kExitNormal;
+    }
     OPT_init(argc, argv, kKeyed, kPositional);
     if (PRM_is_help() != 0) {
         print_usage();

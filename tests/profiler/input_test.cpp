@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 #include <zlib.h>
 
+#include "programs/profiler/bufr_library.h"
 #include "programs/profiler/reader.h"
 #include "programs/profiler/walk.h"
 #include "support/capture.h"
@@ -231,6 +232,42 @@ TEST(ConsensusLayout, ReadsARealFile)
     ASSERT_NE(level, r.level + r.num_level);
     EXPECT_NEAR(std::hypot(level->u, level->v), 14.0, 1e-3);
     EXPECT_NEAR(level->u, 14.0 * std::sin(96.0 * 3.14159265 / 180.0), 1e-3);
+}
+
+/// The winds that another decoder tells: 195 m above sea level, the station at 62 m.
+TEST(BufrLibrary, ReadsARealFileOfAnotherTemplate)
+{
+    const std::string path = shared_data("bufr/profiler_european.bufr");
+    if (path.empty() || tyr::bufr_library_version().empty()) {
+        GTEST_SKIP() << "no shared data, or built without ecCodes";
+    }
+    const std::vector<ProfilerRecord> all = read_all(path);
+    ASSERT_EQ(all.size(), 1U);
+    const ProfilerRecord &r = all[0];
+    EXPECT_STREQ(r.id, "08059");
+    EXPECT_NEAR(r.lat, 43.38, 1e-4);
+    EXPECT_EQ(r.num_level, 32);
+    const struct {
+        int level;
+        double z, direction, speed, w;
+    } expected[] = {
+        {0,  133, 51,  0.9, 0.11},
+        {5,  434, 336, 2.6, 0.43},
+        {12, 856, 0,   -1,  -1  }, // marked as bad
+    };
+    for (const auto &e : expected) {
+        const ProfilerLevel &level = r.level[e.level];
+        EXPECT_EQ(level.z, e.z);
+        if (e.speed < 0.0) {
+            EXPECT_EQ(level.u, kMissing) << e.z;
+            continue;
+        }
+        const double angle = e.direction * 3.14159265 / 180.0;
+        EXPECT_NEAR(level.u, -e.speed * std::sin(angle), 1e-3);
+        EXPECT_NEAR(level.v, -e.speed * std::cos(angle), 1e-3);
+        EXPECT_NEAR(level.w, e.w, 1e-4);
+    }
+    EXPECT_STREQ(PRF_file_info().date_label, "2159Z 31 DEC 14");
 }
 
 } // namespace

@@ -1,7 +1,9 @@
 #include "tyr/plot/dump.h"
 
 #include <array>
+#include <cerrno>
 #include <cstdio>
+#include <cstring>
 #include <string>
 
 #include "tyr/base/file.h"
@@ -19,6 +21,7 @@ namespace {
 struct State {
     int kind = kDumpNone;
     std::string name;
+    bool has_failed = false;
 };
 
 State state;
@@ -71,10 +74,14 @@ std::string path_of(const std::string &key)
 void write(const std::string &path)
 {
     const Format made = format();
+    errno = 0;
     if (made.write(path.c_str()) == 1) {
         MSG_out(kMsgMess, "Wrote %s file: %s\n", made.name, path.c_str());
     } else {
-        MSG_out(kMsgWarn, "PLT_dump: Unable to write %s file: %s\n", made.name, path.c_str());
+        const int why = errno;
+        state.has_failed = true;
+        MSG_out(kMsgWarn, "PLT_dump: Unable to write %s file: %s: %s\n", made.name, path.c_str(),
+                why != 0 ? std::strerror(why) : "the device has no image");
     }
 }
 
@@ -87,6 +94,11 @@ void PLT_set_dump(int kind, const char *name)
     if (state.name.empty()) {
         state.name = kind == kDumpGif ? "tyr.gif" : kind == kDumpPng ? "tyr.png" : "tyr.xwd";
     }
+}
+
+bool PLT_dump_failed()
+{
+    return state.has_failed;
 }
 
 int PLT_get_dump()
