@@ -1,4 +1,7 @@
+#include <algorithm>
 #include <array>
+#include <cmath>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <string>
@@ -51,6 +54,46 @@ void set_name_convention(std::string word)
     FILE_set_name(word.data());
 }
 
+/// What the user's words `top=`, `bottom=` and `step=` (m) make of a view of heights.
+SectionView with_wishes(SectionView view)
+{
+    constexpr float kMostMetres = 30000.0F;
+    constexpr float kLeastStep = 10.0F;
+    constexpr float kGridLines = 9.0F; ///< about so many in a picture
+    float top = view.bottom + view.span;
+    float bottom = view.bottom;
+    bool is_wished = false;
+    for (const std::string &word : RES_list("plot_param")) {
+        float value = 0.0F;
+        if (std::sscanf(word.c_str(), "top=%15f", &value) == 1) {
+            top = std::clamp(value, -kMostMetres, kMostMetres);
+            is_wished = true;
+        } else if (std::sscanf(word.c_str(), "bottom=%15f", &value) == 1) {
+            bottom = std::clamp(value, -kMostMetres, kMostMetres);
+            is_wished = true;
+        } else if (std::sscanf(word.c_str(), "step=%15f", &value) == 1) {
+            view.height_step = std::clamp(value, kLeastStep, kMostMetres);
+        }
+    }
+    if (!is_wished || !(top - bottom >= kLeastStep)) {
+        if (is_wished) {
+            MSG_out(kMsgWarn, "A section's top must lie above its bottom: %g and %g m\n",
+                    static_cast<double>(top), static_cast<double>(bottom));
+        }
+        return view;
+    }
+    view.bottom = bottom;
+    view.span = top - bottom;
+    // 1, 2 or 5 times a power of ten
+    const float wide = view.span / kGridLines;
+    const float ten = std::pow(10.0F, std::floor(std::log10(wide)));
+    view.grid_step = wide <= ten          ? ten
+                     : wide <= 2.0F * ten ? 2.0F * ten
+                     : wide <= 5.0F * ten ? 5.0F * ten
+                                          : 10.0F * ten;
+    return view;
+}
+
 HeightSetting height_setting()
 {
     for (const std::string &word : RES_list("plot_param")) {
@@ -72,7 +115,7 @@ int column_span()
 
 void setup_section(HeightSetting heights, DomainRec *domain, DriverSetup *setup)
 {
-    const SectionView &view = heights == HeightSetting::kLower ? kLowerView : kHighView;
+    const SectionView view = with_wishes(heights == HeightSetting::kLower ? kLowerView : kHighView);
     FILE_set_default_hours(kDefaultHours);
     domain->proj = kProjTimeHeight;
     domain->clat = -1.0F;
