@@ -2,6 +2,7 @@
 
 #include <array>
 
+#include "programs/profiler/evaluate.h"
 #include "programs/profiler/level_map.h"
 #include "programs/profiler/point_plot.h"
 #include "programs/profiler/records.h"
@@ -104,6 +105,9 @@ int PRF_select_variable()
         }
     }
     VAR_decode(nullptr, state.variable.data());
+    for (int i = 0; i < VAR_count(); ++i) {
+        PRF_check_variable(&VAR_get_list()[i]);
+    }
     return result;
 }
 
