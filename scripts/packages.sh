@@ -1,9 +1,9 @@
 # Sourced by the scripts at the root: installs what is missing from Debian's packages.
 # shellcheck shell=bash disable=SC2034
 
-BUILD_PACKAGES="g++ cmake ninja-build libnetcdf-dev libx11-dev libpng-dev zlib1g-dev pkg-config libopenjp2-7-dev"
+BUILD_PACKAGES="g++ cmake ninja-build libnetcdf-dev libx11-dev libpng-dev zlib1g-dev pkg-config libopenjp2-7-dev libeccodes-dev"
 DEMO_PACKAGES="$BUILD_PACKAGES ghostscript"
-TEST_PACKAGES="$DEMO_PACKAGES libgtest-dev libbenchmark-dev netcdf-bin libxml2-utils libeccodes-tools libeccodes-dev xvfb imagemagick"
+TEST_PACKAGES="$DEMO_PACKAGES libgtest-dev libbenchmark-dev netcdf-bin libxml2-utils libeccodes-tools xvfb imagemagick"
 CHECK_PACKAGES="clang-format clang-tidy cppcheck shellcheck"
 
 # need_packages PACKAGE...: does nothing where all are there.

@@ -1,25 +1,10 @@
 #pragma once
 
-#include <string>
-#include <vector>
-
-#include "tyr/base/date.h"
+#include "programs/profiler/setup.h"
 #include "tyr/geo/domain.h"
 
 /// The plot of the program: the time-height section of one station, or the level map.
 
-enum PlotMode {
-    kLevelMap = 71, ///< all stations of one file at a level, on a map
-    kSection = 73,  ///< one station: a column a file, height up
-};
-
-/// What the command line settled, once, before the first plot.
-struct DriverSetup {
-    PlotMode mode = kSection;
-    float height_step = 500.0F;        ///< m between symbols up a column
-    std::vector<std::string> stations; ///< the first is drawn
-    DateRec date = {};                 ///< of the file chosen
-};
 void PRF_setup(const DriverSetup &setup);
 
 /// Settles the variable (resource `variable`, "wbrb" in batch mode, or the menu) and parses it.
@@ -31,6 +16,8 @@ void PRF_set_ask_variable(int flag);
 
 /// Draws the plot of a domain. The first call opens the graphics and stays in PLT_end; a later one
 /// draws again, from the files as they then are. @return 0; -1 if the map's file can't be opened
+///         in a later call. A first one of which nothing could be drawn ends the process with
+///         kExitNothing, the output complete.
 int PRF_plot(DomainRec *domain);
 
 /// The event callback of the window: zoom, the way back, and a new size draw again.

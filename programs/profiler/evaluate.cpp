@@ -6,8 +6,11 @@
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include "tyr/base/missing.h"
+#include "tyr/base/msg.h"
+#include "tyr/base/nearest.h"
 #include "tyr/base/str.h"
 #include "tyr/met/sounding.h"
 #include "tyr/met/thermo.h"
@@ -331,4 +334,18 @@ int PRF_var_units(VarRec *variable)
         STR_copy(variable->units, sizeof variable->units, row_of(*variable).display_units);
     }
     return 1;
+}
+
+void PRF_check_variable(const VarRec *variable)
+{
+    if (row_of(*variable).answer != Answer::kNone) {
+        return;
+    }
+    std::vector<std::string_view> known;
+    for (const NameRow &row : kNames) {
+        known.emplace_back(row.name);
+    }
+    const std::string near = tyr::nearest_words(variable->name, known);
+    MSG_out(kMsgWarn, "variable: %s is none that a profiler file has%s%s\n", variable->name,
+            near.empty() ? "" : "; near it: ", near.c_str());
 }

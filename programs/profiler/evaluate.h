@@ -28,3 +28,6 @@ int PRF_evaluate(const ProfilerRecord *record, VarRec *variable, PlotValue *valu
 
 /// Fills the units of a variable that has none with the usual ones of its name. @return 1
 int PRF_var_units(VarRec *variable);
+
+/// Tells of a variable whose name isn't one of those above, with the nearest that are.
+void PRF_check_variable(const VarRec *variable);

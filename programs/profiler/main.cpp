@@ -1,10 +1,16 @@
+#include <algorithm>
 #include <array>
+#include <cmath>
+#include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <string>
 #include <vector>
 
+#include "programs/profiler/bufr_library.h"
 #include "programs/profiler/driver.h"
 #include "tyr/base/ask.h"
+#include "tyr/base/file.h"
 #include "tyr/base/missing.h"
 #include "tyr/base/msg.h"
 #include "tyr/base/prm.h"
@@ -76,6 +82,46 @@ void set_name_convention(std::string word)
     FILE_set_name(word.data());
 }
 
+/// What the user's words `top=`, `bottom=` and `step=` (m) make of a view of heights.
+SectionView with_wishes(SectionView view)
+{
+    constexpr float kMostMetres = 30000.0F;
+    constexpr float kLeastStep = 10.0F;
+    constexpr float kGridLines = 9.0F; ///< about so many in a picture
+    float top = view.bottom + view.span;
+    float bottom = view.bottom;
+    bool is_wished = false;
+    for (const std::string &word : RES_list("plot_param")) {
+        float value = 0.0F;
+        if (std::sscanf(word.c_str(), "top=%15f", &value) == 1) {
+            top = std::clamp(value, -kMostMetres, kMostMetres);
+            is_wished = true;
+        } else if (std::sscanf(word.c_str(), "bottom=%15f", &value) == 1) {
+            bottom = std::clamp(value, -kMostMetres, kMostMetres);
+            is_wished = true;
+        } else if (std::sscanf(word.c_str(), "step=%15f", &value) == 1) {
+            view.height_step = std::clamp(value, kLeastStep, kMostMetres);
+        }
+    }
+    if (!is_wished || !(top - bottom >= kLeastStep)) {
+        if (is_wished) {
+            MSG_out(kMsgWarn, "A section's top must lie above its bottom: %g and %g m\n",
+                    static_cast<double>(top), static_cast<double>(bottom));
+        }
+        return view;
+    }
+    view.bottom = bottom;
+    view.span = top - bottom;
+    // 1, 2 or 5 times a power of ten
+    const float wide = view.span / kGridLines;
+    const float ten = std::pow(10.0F, std::floor(std::log10(wide)));
+    view.grid_step = wide <= ten          ? ten
+                     : wide <= 2.0F * ten ? 2.0F * ten
+                     : wide <= 5.0F * ten ? 5.0F * ten
+                                          : 10.0F * ten;
+    return view;
+}
+
 HeightSetting height_setting()
 {
     for (const std::string &word : RES_list("plot_param")) {
@@ -97,7 +143,7 @@ int column_span()
 
 void setup_section(HeightSetting heights, DomainRec *domain, DriverSetup *setup)
 {
-    const SectionView &view = heights == HeightSetting::kLower ? kLowerView : kHighView;
+    const SectionView view = with_wishes(heights == HeightSetting::kLower ? kLowerView : kHighView);
     FILE_set_default_hours(kDefaultHours);
     domain->proj = kProjTimeHeight;
     domain->clat = -1.0F;
@@ -149,10 +195,21 @@ void print_usage()
     OPT_usage(program.data(), kKeyed, kPositional);
 }
 
+void print_version()
+{
+    const std::string library = tyr::bufr_library_version();
+    MSG_out(kPrint, "profiler %s\nBUFR: editions 2 and 3, own table; others %s%s\n", SYS_version(),
+            library.empty() ? "refused (built without ecCodes)" : "by ", library.c_str());
+}
+
 } // namespace
 
 int main(int argc, char **argv)
 {
+    if (argc == 2 && std::strcmp(argv[1], "--version") == 0) {
+        print_version();
+        return kExitNormal;
+    }
     OPT_init(argc, argv, kKeyed, kPositional);
     if (PRM_is_help() != 0) {
         print_usage();
@@ -168,6 +225,7 @@ int main(int argc, char **argv)
     FILE_get_name("Enter the profiler filename: ", file.data());
     DriverSetup setup;
     FILE_get_date(&setup.date);
+    setup.file = FILE_exists(file.data()) != 0 ? file.data() : "";
     setup.stations = RES_list("identifier");
     DomainRec domain;
     DOM_init(&domain);

@@ -192,6 +192,22 @@ void check_types(const char *name)
     }
 }
 
+/// Tells of a file without winds and what it holds instead, or of names that it hasn't got.
+void tell_what_lacks(const char *name)
+{
+    constexpr int kNamesShown = 12;
+    bool has_wind = false;
+    for (int m = 0; m < state.mode_count; ++m) {
+        has_wind = has_wind || state.modes[m].u.id != -1 || state.modes[m].v.id != -1;
+    }
+    if (!has_wind) {
+        MSG_out(192, "PROF_read_header: %s: not a wind-profiler file: no winds; it holds %s\n",
+                name, CDF_variable_names(kNamesShown).c_str());
+    } else if (!state.absent.empty()) {
+        MSG_out(192, "PROF_read_header: %s: not in the file:%s\n", name, state.absent.c_str());
+    }
+}
+
 void read_station_date(PrfFileInfo *info)
 {
     const auto number = [](const char *name) {
@@ -326,15 +342,8 @@ void netcdf_read_header(ProfilerLayout layout, const char *name, int64_t whole_r
     }
     check_types(name);
     CDF_set_quiet(1);
-    if (!state.absent.empty()) {
-        MSG_out(192, "PROF_read_header: %s: not in the file:%s\n", name, state.absent.c_str());
-    }
+    tell_what_lacks(name);
     TIME_format(&info->date, info->date_label);
-}
-
-int64_t netcdf_record_count()
-{
-    return state.records;
 }
 
 int netcdf_read_record(ProfilerLayout layout, int64_t index, ProfilerRecord *record)

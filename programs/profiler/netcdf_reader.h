@@ -11,8 +11,5 @@
 void netcdf_read_header(ProfilerLayout layout, const char *name, int64_t whole_records,
                         PrfFileInfo *info);
 
-/// Number of records the header told.
-int64_t netcdf_record_count();
-
 /// Reads record `index`. @return 1, or -1 at the end and for a blank station name
 int netcdf_read_record(ProfilerLayout layout, int64_t index, ProfilerRecord *record);

@@ -1,88 +1,95 @@
 #include "programs/profiler/reader.h"
 
 #include <array>
-#include <cstdio>
 #include <string>
 
-#include "programs/profiler/bufr.h"
-#include "programs/profiler/netcdf_reader.h"
-#include "tyr/base/classic_extent.h"
+#include "programs/profiler/bufr_layout.h"
+#include "programs/profiler/input.h"
+#include "programs/profiler/layout.h"
+#include "programs/profiler/netcdf_layout.h"
+#include "programs/profiler/text_layout.h"
 #include "tyr/base/file.h"
 #include "tyr/base/msg.h"
 #include "tyr/base/netcdf.h"
-#include "tyr/base/str.h"
+
+using namespace tyr;
 
 namespace {
 
-constexpr int kBufrHandle = 1;
-constexpr int kStartOfHeading = 1; ///< first character of a bulletin as transmitted
+using tyr::LayoutRow;
+using tyr::ProfilerInput;
+
+/// The first row whose probe says yes is the file's: the narrower tests stand above.
+constexpr LayoutRow kLayouts[] = {
+    tyr::kConsensusLayout,
+    tyr::kBufrLayout,
+    tyr::kStationLayout,
+    tyr::kRecNumLayout,
+};
 
 struct State {
-    int layout = kLayoutNone;
-    int mode = 0;
-    FilePtr stream;
+    const LayoutRow *row = nullptr; ///< of the open file; null while none is open
+    int handle = -1;
     int64_t next = 0;
-    int64_t whole_records = 0;
-    std::string name;
+    ProfilerInput input;
 };
 
 State state;
 
-bool is_netcdf(int layout)
+const LayoutRow *row_of(int code)
 {
-    return layout == kLayoutStation || layout == kLayoutRecNum;
-}
-
-/// Whether a file can be given to the library; tells of one that is cut short or damaged.
-bool is_sound(const char *path)
-{
-    const ClassicExtent extent = classic_extent(path);
-    if (extent.is_classic && !(extent.is_whole && extent.fixed_part)) {
-        MSG_out(192, "PROF_open: %s: the file is cut short or damaged\n", path);
+    for (const LayoutRow &row : kLayouts) {
+        if (row.layout == code) {
+            return &row;
+        }
     }
-    state.whole_records = extent.whole_records;
-    return extent.is_whole && extent.fixed_part;
+    return nullptr;
 }
 
-int netcdf_layout(const char *path)
+const LayoutRow *row_of(const ProfilerInput &input)
 {
-    if (!is_sound(path)) {
+    for (const LayoutRow &row : kLayouts) {
+        if (row.probe(input)) {
+            return &row;
+        }
+    }
+    return nullptr;
+}
+
+bool is_open(int handle)
+{
+    return state.row != nullptr && handle == state.handle;
+}
+
+void close_current()
+{
+    if (state.row != nullptr) {
+        state.row->close();
+    }
+    state = {};
+}
+
+int refuse(const char *name, const std::string &why)
+{
+    MSG_out(kMsgWarn, "PROF_open: %s: %s\n", name, why.c_str());
+    return -1;
+}
+
+int create(const char *name, int code)
+{
+    if (code != kLayoutStation && code != kLayoutRecNum) {
         return -1;
     }
+    std::array<char, kFileNameRoom> path;
+    FILE_expand(name, path.data());
     CDF_set_quiet(0);
-    if (CDF_open(path, 0) == -1) {
-        return -1;
-    }
-    const int dimension = CDF_dim_id("station");
-    CDF_close();
-    CDF_set_quiet(1);
-    return dimension != -1 ? kLayoutStation : kLayoutRecNum;
-}
-
-int open_bufr(const char *name, int mode)
-{
-    if (mode != 0) {
-        return -1;
-    }
-    state.stream.reset(FILE_open(name, "rb"));
-    if (!state.stream) {
-        return -1;
-    }
-    state.layout = kLayoutBufr;
-    state.mode = mode;
-    return kBufrHandle;
-}
-
-int open_netcdf(const char *path, int mode, int layout)
-{
-    CDF_set_quiet(0);
-    const int id = CDF_open(path, mode);
+    const int id = CDF_open(path.data(), 1);
     if (id == -1) {
         return -1;
     }
     CDF_set_quiet(1);
-    state.layout = layout;
-    state.mode = mode;
+    state.row = row_of(code);
+    state.handle = id;
     return id;
 }
 
@@ -90,84 +97,81 @@ int open_netcdf(const char *path, int mode, int layout)
 
 int PROF_file_type(const char *name)
 {
-    int first = EOF;
-    {
-        const FilePtr stream(FILE_open(name, "r"));
-        first = stream ? std::fgetc(stream.get()) : EOF;
-    }
-    if (first == '*' || first == '\n' || first == 'G' || first == kStartOfHeading) {
-        return kLayoutBufr;
-    }
-    if (first != 'C') {
+    close_current();
+    ProfilerInput input;
+    if (!tyr::read_input(name, &input).empty()) {
         return -1;
     }
-    std::array<char, kFileNameRoom> path;
-    FILE_expand(name, path.data());
-    return netcdf_layout(path.data());
+    const LayoutRow *row = row_of(input);
+    if (row == nullptr || row->open(input) == -1) {
+        return -1;
+    }
+    row->close();
+    return row->layout;
 }
 
 int PROF_open(const char *name, int mode, int *code)
 {
+    close_current();
+    if (mode != 0) {
+        return create(name, *code);
+    }
     const bool is_given = *code != kLayoutNone;
-    if (!is_given) {
-        if (mode != 0) {
-            return -1;
-        }
-        *code = PROF_file_type(name);
+    std::string why = tyr::read_input(name, &state.input);
+    if (why.empty() && state.input.bytes.empty()) {
+        why = "the file is empty";
     }
-    state.name = name;
-    if (*code == kLayoutBufr) {
-        return open_bufr(name, mode);
+    if (!why.empty()) {
+        *code = is_given ? *code : -1;
+        return refuse(name, why);
     }
-    if (!is_netcdf(*code)) {
-        return -1;
+    const LayoutRow *row = is_given ? row_of(*code) : row_of(state.input);
+    if (row == nullptr) {
+        *code = is_given ? *code : -1;
+        return is_given ? -1 : refuse(name, "not a profiler file");
     }
-    std::array<char, kFileNameRoom> path;
-    FILE_expand(name, path.data());
-    if (is_given && mode == 0 && !is_sound(path.data())) {
-        return -1;
+    *code = row->layout;
+    const int handle = row->open(state.input);
+    if (handle == -1) {
+        state = {};
+        return -1; // told by the layout
     }
-    return open_netcdf(path.data(), mode, *code);
+    state.row = row;
+    state.handle = handle;
+    return handle;
 }
 
 int PROF_read_header(int handle, PrfFileInfo *info)
 {
-    if (is_netcdf(state.layout)) {
-        CDF_set_current(handle);
-        netcdf_read_header(static_cast<ProfilerLayout>(state.layout), state.name.c_str(),
-                           state.whole_records, info);
+    if (is_open(handle)) {
+        state.row->header(state.input, info);
     }
     return 0;
 }
 
 int PROF_read(int handle, ProfilerRecord *record, int /*flags*/, const int *index)
 {
+    if (!is_open(handle)) {
+        return -1;
+    }
     if (*index != -1) {
         state.next = *index;
     }
-    if (state.layout == kLayoutBufr) {
-        return bufr_read_record(state.stream.get(), state.name.c_str(), record);
-    }
-    if (!is_netcdf(state.layout)) {
-        return -1;
-    }
-    CDF_set_current(handle);
-    return netcdf_read_record(static_cast<ProfilerLayout>(state.layout), state.next, record);
+    return state.row->read(state.input, state.next, record);
 }
 
 bool PROF_record_date(DateRec *date)
 {
-    return state.layout == kLayoutBufr && bufr_message_date(date);
+    return state.row != nullptr && state.row->date != nullptr && state.row->date(date);
 }
 
-int PROF_rewind(int /*handle*/)
+int PROF_rewind(int handle)
 {
-    if (state.layout == kLayoutNone) {
+    if (!is_open(handle)) {
         return -1;
     }
-    if (state.layout == kLayoutBufr) {
-        std::rewind(state.stream.get());
-        STR_skip_line(state.stream.get());
+    if (state.row->rewind != nullptr) {
+        state.row->rewind();
     }
     state.next = 0;
     return 0;
@@ -175,15 +179,9 @@ int PROF_rewind(int /*handle*/)
 
 int PROF_close(int handle)
 {
-    if (state.layout == kLayoutNone) {
+    if (!is_open(handle)) {
         return -1;
     }
-    if (state.layout == kLayoutBufr) {
-        state.stream.reset();
-    } else {
-        CDF_set_current(handle);
-        CDF_close();
-    }
-    state.layout = kLayoutNone;
+    close_current();
     return 0;
 }

@@ -2,13 +2,17 @@
 
 #include "programs/profiler/records.h"
 
-/// The reader of profiler files: one record from whatever layout a file has. One file at a time.
+/// The reader of profiler files: one record from whatever layout a file has. One file at a time: a
+/// second open closes the first, and its handle is then worth nothing. A file is read once, into
+/// memory; one packed by gzip is unpacked there.
 
-/// Finds out the layout from the first character and, for netCDF, the dimensions.
-/// @return 11, 12, 31, or -1 for a file that can't be read or is none of these
+/// Finds out the layout from the first characters and, for netCDF, the dimensions.
+/// @return 11, 12, 21, 31, or -1 for a file that can't be read or is none of these; a file that was
+/// open
+///         is closed
 int PROF_file_type(const char *name);
 
-/// Opens a file.
+/// Opens a file. Why one can't be read is told at `warn`, with its name.
 /// @param mode  0 read, 1 create
 /// @param code  the layout; 0 (mode 0 only) finds it out and stores it
 /// @return a handle, or -1
@@ -24,14 +28,14 @@ int PROF_read_header(int handle, PrfFileInfo *info);
 /// Values that the file marks as missing (its `_FillValue`, or 1e30 and more) are Missing.
 /// @param flags  0
 /// @param index  record number from 0; -1 the same again
-/// @return 1, or -1 at the end or on a failure
+/// @return 1, or -1 at the end, on a failure, or for a handle that isn't open
 int PROF_read(int handle, ProfilerRecord *record, int flags, const int *index);
 
 /// Date of the last record, where records tell one rather than the header (BUFR). False where not.
 bool PROF_record_date(DateRec *date);
 
-/// Back to the first record. @return 0, or -1 without a valid layout
+/// Back to the first record. @return 0, or -1 for a handle that isn't open
 int PROF_rewind(int handle);
 
-/// Closes the file. @return 0, or -1 without a valid layout
+/// Closes the file. @return 0, or -1 for a handle that isn't open
 int PROF_close(int handle);

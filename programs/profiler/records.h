@@ -13,9 +13,10 @@ inline constexpr int kMaxProfilerLevels = 100;
 /// Codes of the file layouts.
 enum ProfilerLayout {
     kLayoutNone = 0,
-    kLayoutStation = 11, ///< netCDF with a dimension `station`: separate low and high mode
-    kLayoutRecNum = 12,  ///< netCDF without it: 72 levels
-    kLayoutBufr = 31,    ///< BUFR messages
+    kLayoutStation = 11,   ///< netCDF with a dimension `station`: separate low and high mode
+    kLayoutRecNum = 12,    ///< netCDF without it: 72 levels
+    kLayoutConsensus = 21, ///< text: consensus winds of boundary-layer profilers
+    kLayoutBufr = 31,      ///< BUFR messages
 };
 
 /// One level of a wind profile. A value that isn't there is Missing.

@@ -1,12 +1,15 @@
-#include "tyr/base/classic_extent.h"
-
 #include <algorithm>
-#include <cstdio>
 #include <limits>
-#include <memory>
 #include <vector>
 
+#include <fcntl.h>
+#include <sys/mman.h>
 #include <sys/stat.h>
+#include <unistd.h>
+
+#include "tyr/base/classic_extent_private.h"
+
+using namespace tyr;
 
 namespace {
 
@@ -20,26 +23,18 @@ constexpr int64_t kMostDimensions = 1024; ///< of a variable
 /// Reads big-endian numbers; fails for good at the first that isn't there.
 class HeaderCursor {
   public:
-    explicit HeaderCursor(const char *name) : file_(std::fopen(name, "rb"), &std::fclose)
-    {
-        struct stat info = {};
-        if (file_ && fstat(fileno(file_.get()), &info) == 0) {
-            size_ = info.st_size;
-        }
-        ok_ = file_ != nullptr;
-    }
+    explicit HeaderCursor(std::string_view bytes) : bytes_(bytes) {}
 
     bool ok() const { return ok_; }
-    int64_t size() const { return size_; }
+    int64_t size() const { return static_cast<int64_t>(bytes_.size()); }
     void fail() { ok_ = false; }
 
     int64_t number(int bytes)
     {
         uint64_t value = 0;
         for (int i = 0; i < bytes && ok_; ++i) {
-            const int c = std::fgetc(file_.get());
-            ok_ = c != EOF;
-            value = value << 8 | static_cast<uint64_t>(c & 0xFF);
+            ok_ = at_ < bytes_.size();
+            value = value << 8 | (ok_ ? static_cast<unsigned char>(bytes_[at_++]) : 0U);
         }
         return ok_ ? static_cast<int64_t>(value) : 0;
     }
@@ -57,14 +52,15 @@ class HeaderCursor {
     void skip(int64_t bytes)
     {
         const int64_t padded = (bytes + kPad - 1) / kPad * kPad;
-        ok_ = ok_ && bytes >= 0 && padded <= size_ &&
-              std::fseek(file_.get(), static_cast<long>(padded), SEEK_CUR) == 0;
+        const int64_t left = size() - static_cast<int64_t>(at_);
+        ok_ = ok_ && bytes >= 0 && padded >= 0 && padded <= left;
+        at_ += ok_ ? static_cast<size_t>(padded) : 0;
     }
 
   private:
-    std::unique_ptr<std::FILE, int (*)(std::FILE *)> file_;
-    int64_t size_ = 0;
-    bool ok_ = false;
+    std::string_view bytes_;
+    size_t at_ = 0;
+    bool ok_ = true;
 };
 
 struct Widths {
@@ -190,10 +186,10 @@ void measure(const std::vector<Variable> &vars, int64_t file_size, ClassicExtent
 
 } // namespace
 
-ClassicExtent classic_extent(const char *name)
+ClassicExtent tyr::classic_extent(std::string_view bytes)
 {
     constexpr int64_t kMagic = 'C' << 16 | 'D' << 8 | 'F';
-    HeaderCursor in(name);
+    HeaderCursor in(bytes);
     ClassicExtent extent;
     extent.is_classic = in.ok() && in.number(3) == kMagic;
     if (!extent.is_classic) {
@@ -217,6 +213,25 @@ ClassicExtent classic_extent(const char *name)
     extent.is_whole = in.ok();
     if (extent.is_whole) {
         measure(vars, in.size(), extent);
+    }
+    return extent;
+}
+
+ClassicExtent tyr::classic_file_extent(const char *path)
+{
+    const int file = open(path, O_RDONLY | O_CLOEXEC);
+    struct stat info = {};
+    ClassicExtent extent;
+    if (file >= 0 && fstat(file, &info) == 0 && S_ISREG(info.st_mode) && info.st_size > 0) {
+        const auto size = static_cast<std::size_t>(info.st_size);
+        void *bytes = mmap(nullptr, size, PROT_READ, MAP_PRIVATE, file, 0);
+        if (bytes != MAP_FAILED) {
+            extent = classic_extent({static_cast<const char *>(bytes), size});
+            munmap(bytes, size);
+        }
+    }
+    if (file >= 0) {
+        close(file);
     }
     return extent;
 }

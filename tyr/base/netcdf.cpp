@@ -5,6 +5,7 @@
 #include <string>
 
 #include <netcdf.h>
+#include <netcdf_mem.h>
 
 #include "tyr/base/missing.h"
 #include "tyr/base/str.h"
@@ -60,6 +61,32 @@ int CDF_open(const char *name, int mode)
 {
     state.file = mode == 0 ? ncopen(name, NC_NOWRITE) : nccreate(name, NC_CLOBBER);
     return state.file;
+}
+
+int CDF_open_memory(std::string_view bytes)
+{
+    // the library doesn't write to what it opens read-only; the name is for its messages
+    void *memory = const_cast<char *>(bytes.data());
+    if (nc_open_mem("profiler", NC_NOWRITE, bytes.size(), memory, &state.file) != NC_NOERR) {
+        state.file = kNotOpen;
+    }
+    return state.file;
+}
+
+std::string CDF_variable_names(int most)
+{
+    int count = 0;
+    if (state.file == kNotOpen || nc_inq_nvars(state.file, &count) != NC_NOERR) {
+        return "";
+    }
+    std::string names;
+    for (int var = 0; var < std::min(count, most); ++var) {
+        std::array<char, NC_MAX_NAME + 1> name = {};
+        if (nc_inq_varname(state.file, var, name.data()) == NC_NOERR) {
+            names += (names.empty() ? "" : ", ") + std::string(name.data());
+        }
+    }
+    return names + (count > most ? ", ..." : "");
 }
 
 void CDF_set_current(int id)

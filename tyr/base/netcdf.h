@@ -2,8 +2,10 @@
 
 #include <cstdint>
 #include <initializer_list>
+#include <string>
+#include <string_view>
 
-/// Thin access to netCDF classic files. One file is current; an index or range, set beforehand,
+/// Thin access to netCDF files. One file is current; an index or range, set beforehand,
 /// says what a getter reads. Values come out in the type asked for, converted by the library; a
 /// variable of characters can't be read as a number, and reads as a failure.
 
@@ -13,6 +15,14 @@ void CDF_set_quiet(int flag);
 /// Opens a file read-only (mode 0) or creates one (mode 1) and makes it current.
 /// @return its id, or -1
 int CDF_open(const char *name, int mode);
+
+/// Opens a file that is in memory, read-only, in any format of the library, and makes it current.
+/// The bytes stay as they are until it is closed.
+/// @return its id, or -1
+int CDF_open_memory(std::string_view bytes);
+
+/// The names of the current file's variables, `most` of them, between commas.
+std::string CDF_variable_names(int most);
 
 /// Makes an open file current.
 void CDF_set_current(int id);

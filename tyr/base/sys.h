@@ -14,6 +14,9 @@ enum ExitCode {
     kExitNoGraphics = 4,
     kExitQueue = 7,
     kExitNoFile = 10,
+    kExitNothing = 11,
+    kExitNoDump = 12,
+    kExitNoAnswer = 13,
     kExitNoStation = 31,
     kExitDomain = 43
 };

@@ -5,6 +5,8 @@
 #include <cstdio>
 #include <string>
 
+#include <unistd.h>
+
 #include "tyr/base/ask.h"
 #include "tyr/base/file.h"
 #include "tyr/base/msg.h"
@@ -53,6 +55,20 @@ void set_names()
         title = name[0] == '+' ? name + 1 : name;
     }
     gset_title(title != nullptr ? title : program.c_str());
+}
+
+/// Ends the program where nobody can answer which device is meant.
+void require_input()
+{
+    if (isatty(STDIN_FILENO) != 0) {
+        return;
+    }
+    const int next = std::getchar();
+    if (next == EOF) {
+        MSG_out(kMsgError, "GPH_begin: No device to draw on: no DISPLAY, and no answer\n");
+        SYS_exit(kExitNoAnswer);
+    }
+    std::ungetc(next, stdin);
 }
 
 void open_or_exit(bool failed, const char *what)
@@ -114,6 +130,7 @@ void GPH_begin(int *ws, const char *params, int *device)
     *ws = 1;
     state.asked = *device;
     if (*device == kDeviceNone) {
+        require_input();
         char answer[kAnswerRoom];
         *device = GPH_device_code(ASK_text("Display (D) or Postscript (P): ", answer, kAnswerRoom));
         PRM_set(kPrmDevice, *device);

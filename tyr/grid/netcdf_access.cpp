@@ -3,7 +3,7 @@
 
 #include <netcdf.h>
 
-#include "tyr/base/classic_extent.h"
+#include "tyr/base/classic_extent_private.h"
 #include "tyr/base/file.h"
 #include "tyr/base/msg.h"
 #include "tyr/grid/netcdf_grids_private.h"
@@ -137,7 +137,7 @@ int NcFile::attribute_number(const char *name, int otherwise) const
 int nc_open_checked(const char *path)
 {
     ncopts = 0;
-    const ClassicExtent extent = classic_extent(path);
+    const ClassicExtent extent = classic_file_extent(path);
     int id = -1;
     if (!extent.is_classic || !extent.is_whole || !extent.fixed_part) {
         MSG_out(kMsgWarn, "GRD_open: %s: the netCDF file is cut or damaged\n", path);

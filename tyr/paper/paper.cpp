@@ -134,7 +134,9 @@ std::optional<Paper> tyr::paper_from_word(const std::string &word)
 {
     if (STR_has_prefix(word, "sz=")) {
         Paper paper{0.0F, 0.0F};
-        std::sscanf(word.c_str() + 3, "%fx%f", &paper.width, &paper.height);
+        if (std::sscanf(word.c_str() + 3, "%fx%f", &paper.width, &paper.height) == 0) {
+            return paper_from_word(word.substr(3)); // a name, as sz=a4
+        }
         return is_paper(paper) ? std::optional(paper) : std::nullopt;
     }
     for (const NamedPaper &named : kPapers) {

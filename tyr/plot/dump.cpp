@@ -1,7 +1,9 @@
 #include "tyr/plot/dump.h"
 
 #include <array>
+#include <cerrno>
 #include <cstdio>
+#include <cstring>
 #include <string>
 
 #include "tyr/base/file.h"
@@ -21,6 +23,7 @@ namespace {
 struct State {
     int kind = kDumpNone;
     std::string name;
+    bool has_failed = false;
 };
 
 State state;
@@ -53,13 +56,19 @@ std::string path_of(const std::string &key)
 void write(const std::string &path)
 {
     const ImageFormat &format = image_format(state.kind);
+    errno = 0;
     const int result = state.kind == kDumpImage ? IMG_write_window(path.c_str())
                                                 : write_window_image(format, path.c_str());
     if (result == 1) {
         MSG_out(kMsgMess, "Wrote %s file: %s\n", format.dump_name, path.c_str());
     } else {
+        const int why = errno;
+        state.has_failed = true;
         MSG_out(kMsgWarn, "PLT_dump: Unable to write %s file: %s\n", format.dump_name,
                 path.c_str());
+        if (why != 0) {
+            MSG_out(kMsgWarn, "%s: %s\n", path.c_str(), std::strerror(why));
+        }
     }
 }
 
@@ -72,6 +81,11 @@ void PLT_set_dump(int kind, const char *name)
     if (state.name.empty()) {
         state.name = image_format(kind).default_file;
     }
+}
+
+bool PLT_dump_failed()
+{
+    return state.has_failed;
 }
 
 int PLT_get_dump()

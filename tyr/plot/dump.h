@@ -9,6 +9,8 @@
 /// "tyr.png", else "tyr.xwd".
 void PLT_set_dump(int kind, const char *name);
 int PLT_get_dump();
+/// Whether a file of this run couldn't be written.
+bool PLT_dump_failed();
 
 /// Writes the file, in the folder of the resource `image_path`; a failure is told.
 /// @param frame  a frame number of gks/frames, kAllFrames for a file of each

@@ -8,7 +8,7 @@
 
 #include <netcdf.h>
 
-#include "tyr/base/classic_extent.h"
+#include "tyr/base/classic_extent_private.h"
 #include "tyr/base/missing.h"
 #include "tyr/base/msg.h"
 #include "tyr/base/netcdf.h"
@@ -228,7 +228,7 @@ void read_lists(const UpaNetcdf &file, int index, UpaReport *report)
 
 bool is_sound_netcdf(const char *routine, const char *path, int64_t *records)
 {
-    const ClassicExtent extent = classic_extent(path);
+    const ClassicExtent extent = classic_file_extent(path);
     const bool sound = extent.is_whole && extent.fixed_part;
     if (extent.is_classic && !sound) {
         MSG_out(kMsgWarn, "%s: %s: the file is cut short or damaged\n", routine, path);
