@@ -128,9 +128,14 @@ class Compressor {
     void put(unsigned pixel)
     {
         if (!prefix_) {
-            prefix_ = pixel;
+            prefix_ = last_ = pixel;
             return;
         }
+        if (pixel == last_) {
+            put_same(pixel);
+            return;
+        }
+        last_ = pixel;
         const std::uint32_t key = *prefix_ + (pixel << kGifMaxWidth);
         const std::size_t place = table_.find(key);
         if (table_.has(place)) {
@@ -155,9 +160,28 @@ class Compressor {
     }
 
   private:
+    /// A pixel like the one before: its strings stand in a table of their own, without a search.
+    void put_same(unsigned pixel)
+    {
+        std::uint16_t &same = same_[*prefix_];
+        if (same != 0) {
+            prefix_ = same;
+            return;
+        }
+        emit(*prefix_);
+        prefix_ = pixel;
+        if (free_ >= kGifCodes) {
+            emit(clear_);
+            reset();
+        } else {
+            same = static_cast<std::uint16_t>(free_++);
+        }
+    }
+
     void reset()
     {
         table_.clear();
+        same_.fill(0);
         free_ = clear_ + 2;
         width_ = code_size_ + 1;
     }
@@ -171,7 +195,9 @@ class Compressor {
     }
 
     CodeWriter out_;
-    StringTable table_;
+    StringTable table_;                         ///< strings that end in two different pixels
+    std::array<std::uint16_t, kGifCodes> same_; ///< by prefix: its last pixel once more
+    unsigned last_ = 0;                         ///< the pixel put last
     int code_size_;
     unsigned clear_;
     unsigned free_ = 0;

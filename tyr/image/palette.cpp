@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <bit>
 #include <unordered_map>
+#include <utility>
 
 #include "tyr/base/msg.h"
 #include "tyr/image/palette_private.h"
@@ -94,6 +95,79 @@ class Colors {
     MaskPart red_, green_, blue_;
 };
 
+/// Pixels of whole bytes out of a row; the loop over them knows their width.
+template <int Count, bool IsHighFirst> struct PixelBytes {
+    std::uint32_t operator()(const unsigned char *row, int x) const
+    {
+        const unsigned char *bytes = row + static_cast<std::ptrdiff_t>(x) * Count;
+        std::uint32_t value = 0;
+        for (int i = 0; i < Count; ++i) {
+            value = value << 8 | bytes[IsHighFirst ? i : Count - 1 - i];
+        }
+        return value;
+    }
+};
+
+/// Pixels of less than a byte.
+struct PixelBits {
+    const ImageRec &image;
+
+    std::uint32_t operator()(const unsigned char *row, int x) const
+    {
+        const int bits = image.bits_per_pixel;
+        return (row[x * bits / 8] >> shift_of(image, x)) & ((1U << bits) - 1U);
+    }
+};
+
+/// Gives the pixel values of a picture their places, run by run.
+class PlaceFinder {
+  public:
+    explicit PlaceFinder(const ImageRec &image) : image_(image), colors_(image)
+    {
+        result_.places.resize(static_cast<std::size_t>(image.width) *
+                              static_cast<std::size_t>(image.height));
+    }
+
+    template <class Pixel> void index(const Pixel &pixel)
+    {
+        std::uint8_t *out = result_.places.data();
+        for (int y = 0; y < image_.height; ++y) {
+            const unsigned char *row = row_of(image_, y);
+            for (int x = 0; x < image_.width;) {
+                const std::uint32_t value = pixel(row, x);
+                const std::uint8_t place = place_of(value);
+                do {
+                    *out++ = place;
+                } while (++x < image_.width && pixel(row, x) == value);
+            }
+        }
+    }
+
+    IndexedImage take() { return std::move(result_); }
+
+  private:
+    std::uint8_t place_of(std::uint32_t value)
+    {
+        const auto known = places_.find(value);
+        if (known != places_.end()) {
+            return known->second;
+        }
+        if (result_.values.size() == kPaletteSize) {
+            return 0;
+        }
+        const auto place = static_cast<std::uint8_t>(result_.values.size());
+        places_.emplace(value, place);
+        result_.colors[place] = colors_.of(value);
+        result_.values.push_back(value);
+        return place;
+    }
+
+    const ImageRec &image_;
+    Colors colors_;
+    IndexedImage result_ = {};
+    std::unordered_map<std::uint32_t, std::uint8_t> places_;
+};
+
 } // namespace
 
 std::uint32_t tyr::image_pixel(const ImageRec &image, int x, int y)
@@ -115,31 +189,25 @@ std::uint32_t tyr::image_pixel(const ImageRec &image, int x, int y)
 
 IndexedImage tyr::image_index(const ImageRec &image)
 {
-    IndexedImage result = {};
-    result.places.reserve(static_cast<std::size_t>(image.width) *
-                          static_cast<std::size_t>(image.height));
-    const Colors colors(image);
-    std::unordered_map<std::uint32_t, std::uint8_t> places;
-    std::uint32_t last = ~image_pixel(image, 0, 0); // neighbours are mostly alike
-    std::uint8_t place = 0;
-    for (int y = 0; y < image.height; ++y) {
-        for (int x = 0; x < image.width; ++x) {
-            const std::uint32_t value = image_pixel(image, x, y);
-            if (value != last) {
-                last = value;
-                const auto known = places.find(value);
-                place = known != places.end() ? known->second : std::uint8_t{0};
-                if (known == places.end() && result.values.size() < kPaletteSize) {
-                    place = static_cast<std::uint8_t>(result.values.size());
-                    places.emplace(value, place);
-                    result.colors[place] = colors.of(value);
-                    result.values.push_back(value);
-                }
-            }
-            result.places.push_back(place);
-        }
+    PlaceFinder finder(image);
+    const bool high = image.byte_order == kHighByteFirst;
+    switch (image.bits_per_pixel) {
+    case 8:
+        finder.index(PixelBytes<1, true>{});
+        break;
+    case 16:
+        high ? finder.index(PixelBytes<2, true>{}) : finder.index(PixelBytes<2, false>{});
+        break;
+    case 24:
+        high ? finder.index(PixelBytes<3, true>{}) : finder.index(PixelBytes<3, false>{});
+        break;
+    case 32:
+        high ? finder.index(PixelBytes<4, true>{}) : finder.index(PixelBytes<4, false>{});
+        break;
+    default:
+        finder.index(PixelBits{image});
     }
-    return result;
+    return finder.take();
 }
 
 void tyr::image_store_places(const IndexedImage &indexed, ImageRec *image)
