@@ -116,8 +116,7 @@ void send_mollweide(int kind, std::span<const FieldPoint> points, const WorldSid
 
 void draw_piece(int kind, std::span<const FieldPoint> points, const WorldSides &sides)
 {
-    if (points.size() < (is_filled(kind) ? 3U : 2U) ||
-        (sides.proj == kProjLambert && jumps(points))) {
+    if (points.size() < (is_filled(kind) ? 3U : 2U)) {
         return;
     }
     const float width = sides.width(points.front().y);
@@ -156,6 +155,9 @@ void CONT_piece(int kind, int count, const float *points)
     for (int i = 0; i < count; ++i) {
         const FieldPoint p{points[2 * i], points[2 * i + 1]};
         list.push_back(list.empty() ? p : sides.beside(p, list.back()));
+    }
+    if (sides.proj == kProjLambert && jumps(list)) {
+        return;
     }
     const bool fills = kind == kContFilled || (kind == kContBoth && count > 2);
     draw_piece(fills ? kContFilled : kContLines, list, sides);

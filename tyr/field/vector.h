@@ -31,7 +31,9 @@ int VECT_draw(GridRec *u, GridRec *v);
 
 /// One streamline of components in plot orientation, from a grid point (rows counted from the
 /// bottom), in at most `steps` steps of a quarter unit. Each step is a Runge-Kutta step of fourth
-/// order along the direction of the wind.
+/// order along the direction of the wind. It draws in the transformation in force, which must show
+/// the places of VECT_set_arrays or, without them, grid units from the lower left: VECT_draw sets
+/// it.
 void VECT_trace(float steps, GridRec *u, GridRec *v, int column, int row);
 
 /// The arrow of the largest speed with its text, at the lower right of the plot.
