@@ -69,7 +69,7 @@ int main(int argc, char **argv)
         return 1;
     }
     PRM_clear(kMissingInt);
-    PRM_set(kPrmBatch, 1);
+    PRM_set(kPrmBatch, 0); // a batch plot ends in a child, after this program
     RES_put("file_path", "data");
     RES_put("device", ("p," + std::string(argv[1]) + ",color").c_str());
     const int points = argc > 4 ? std::atoi(argv[4]) : 73;

@@ -11,6 +11,7 @@
 #include "tyr/field/vector_private.h"
 #include "tyr/gks/gks.h"
 #include "tyr/grid/grid.h"
+#include "tyr/plot/levels.h"
 
 namespace {
 
@@ -50,6 +51,7 @@ struct WindGrids {
 /// Streamlines without heads, in grid units: the plot's origin is the middle of the grid.
 void prepare()
 {
+    CONT_reset(); // speeds have no colours of their own
     tyr::vectors() = tyr::VectorState();
     tyr::vectors().spacing = 0.0F;
     tyr::vectors().attr.color = 1;

@@ -211,7 +211,9 @@ int LevelPlan::row(int i) const
         return i;
     }
     const int rows = std::max(CONT_view().rows, 1);
-    const float start = std::floor((first - (is_missing(base) ? 0.0F : base)) / interval + 0.01F);
+    // counted as CONT_value_attr and the colour bar do: an unset base is 0, not the first level
+    const float zero = is_missing(CONT_view().base) ? 0.0F : CONT_view().base;
+    const float start = std::floor((first - zero) / interval + 0.01F);
     const float place = std::fmod(start, static_cast<float>(rows));
     const int row = (std::isfinite(place) ? static_cast<int>(place) : 0) + i % rows;
     return (row + rows) % rows;
