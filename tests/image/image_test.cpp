@@ -794,6 +794,21 @@ TEST_F(ImageFile, TyrimgIsOneByteAPixel)
     }
 }
 
+TEST_F(ImageFile, WideGifIsRead)
+{
+    Image image;
+    image.width = image.bytes_per_line = 20000;
+    image.height = 3;
+    image.depth = image.bits_per_pixel = 8;
+    ASSERT_TRUE(image_allocate(&image));
+    image.data[2 * 20000 + 19999] = 7;
+    ASSERT_EQ(GIF_write(path("wide").c_str(), &image), 1);
+    Image back;
+    ASSERT_EQ(IMG_read_file(path("wide").c_str(), &back), 1);
+    EXPECT_EQ(back.width, 20000);
+    EXPECT_EQ(back.data[2 * 20000 + 19999], 1); // the second colour found
+}
+
 TEST_F(ImageFile, PrintsItsHead)
 {
     Image image;

@@ -10,8 +10,9 @@
 
 inline constexpr std::size_t kImageDateRoom = 52;
 inline constexpr std::size_t kImageInfoRoom = 76;
-/// The largest picture that is read or written: pixels of a side, and bytes in all.
-inline constexpr int kMaxImageSide = 16384;
+/// The largest picture that is read or written: pixels of a side (as much as a GIF can say), and
+/// bytes in all.
+inline constexpr int kMaxImageSide = 65535;
 inline constexpr std::size_t kMaxImageBytes = std::size_t{1} << 28;
 
 enum ImageColorType { kImageMasks = 0, kImageTable = 1 };
