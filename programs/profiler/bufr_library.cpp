@@ -20,8 +20,8 @@
 
 namespace {
 
-[[maybe_unused]] constexpr int kMostFalls = 20;        ///< of the library, before the rest is left
-[[maybe_unused]] constexpr unsigned kMostSeconds = 10; ///< for the messages of a file
+[[maybe_unused]] constexpr int kMostFalls = 3;        ///< of the library, before the rest is left
+[[maybe_unused]] constexpr unsigned kMostSeconds = 2; ///< for the messages of a file
 
 using namespace tyr;
 
