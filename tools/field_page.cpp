@@ -33,9 +33,10 @@ GridRec world_grid(int points, double (*value)(double lat, double lon))
     if (GRD_alloc(&g) == 0) {
         return g;
     }
+    const int middle = g.domain.ny / 2;
     for (int row = 0; row < g.domain.ny; ++row) {
         for (int column = 0; column < points; ++column) {
-            const double lat = (g.domain.ny / 2 - row) * static_cast<double>(g.domain.dy);
+            const double lat = (middle - row) * static_cast<double>(g.domain.dy);
             const double lon = -180.0 + column * static_cast<double>(g.domain.dx);
             g.values[row * points + column] =
                 static_cast<float>(value(lat * M_PI / 180.0, lon * M_PI / 180.0));

@@ -84,7 +84,8 @@ FieldPoint TracedField::place(int corner) const
     if (x_) {
         return {x_[corner], y_[corner]};
     }
-    return {static_cast<float>(corner % nx_), static_cast<float>(ny_ - 1 - corner / nx_)};
+    const auto row = corner / nx_;
+    return {static_cast<float>(corner % nx_), static_cast<float>(ny_ - 1 - row)};
 }
 
 FieldPoint TracedField::crossing(int a, int b, float level) const

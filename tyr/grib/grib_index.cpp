@@ -83,7 +83,7 @@ std::optional<IndexLine> parse_index_line(const std::string &text)
     const std::size_t slash = rest.find('/');
     if (word != std::string::npos) {
         line.is_described = true;
-        const std::size_t pairs = rest.find_first_not_of(" ", word + kWordSize);
+        const std::size_t pairs = rest.find_first_not_of(' ', word + kWordSize);
         // the word may carry a number of its own
         const std::size_t letters =
             pairs == std::string::npos ? rest.size() : rest.find_first_not_of("0123456789 ", pairs);

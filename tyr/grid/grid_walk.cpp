@@ -52,8 +52,9 @@ tyr::Corner tyr::walk_corner(const DomainRec &domain)
     float x = 0.0F;
     float y = 0.0F;
     MAP_center_xy(&x, &y);
-    return {x - static_cast<float>((domain.nx - 1) / 2) * domain.dx,
-            y + static_cast<float>((domain.ny - 1) / 2) * domain.dy};
+    const int left = (domain.nx - 1) / 2;
+    const int above = (domain.ny - 1) / 2;
+    return {x - static_cast<float>(left) * domain.dx, y + static_cast<float>(above) * domain.dy};
 }
 
 bool tyr::run_places(const MathCall &call)

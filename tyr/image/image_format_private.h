@@ -12,13 +12,13 @@ namespace tyr {
 
 struct ImageFormat {
     int kind;                 ///< DumpKind, or a number of its own behind those
+    bool keeps_background;    ///< takes the pixel of a window's background as `transparent`
     const char *name;         ///< in messages of keys
     const char *dump_name;    ///< in messages of dumps
     const char *word;         ///< of `plot_param`, and the ending of files that a key writes
     const char *default_file; ///< of a dump without a name
     std::string_view magic;   ///< in the first bytes; empty: what no other claims
     std::size_t magic_at;
-    bool keeps_background; ///< takes the pixel of a window's background as `transparent`
     int (*read)(const char *path, ImageRec *image, int header_only);
     int (*write)(const char *path, ImageRec *image);
 };

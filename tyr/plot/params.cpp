@@ -195,30 +195,27 @@ void set_full(int with_labels)
 
 /// A word and what it does: set a number, or take the text behind one more character ("tz=EST").
 struct Word {
-    enum class Kind { set, take };
-
-    Kind kind;
     const char *word;
+    void (*set)(int number);
+    void (*take)(const char *text); ///< null where a number is set
+    int number;
     bool is_prefix; ///< the user's word may go on
-    void (*set)(int number) = nullptr;
-    int number = 0;
-    void (*take)(const char *text) = nullptr;
 };
 
 constexpr Word sets(const char *word, void (*set)(int number), int number)
 {
-    return {Word::Kind::set, word, false, set, number};
+    return {word, set, nullptr, number, false};
 }
 
 /// A word may go on behind its beginning.
 constexpr Word begins(const char *word, void (*set)(int number), int number)
 {
-    return {Word::Kind::set, word, true, set, number};
+    return {word, set, nullptr, number, true};
 }
 
 constexpr Word takes(const char *word, void (*take)(const char *text))
 {
-    return {Word::Kind::take, word, true, nullptr, 0, take};
+    return {word, nullptr, take, 0, true};
 }
 
 /// In the order of the tests: an earlier word hides a later one that shares its beginning.
@@ -280,13 +277,10 @@ void apply(const Word &row, const char *word)
     const std::size_t length = std::strlen(row.word);
     // "gridx2": the number stands right behind the word
     const char *text = row.take == set_refinement ? word + length : value_of(word, length);
-    switch (row.kind) {
-    case Word::Kind::set:
-        row.set(row.number);
-        break;
-    case Word::Kind::take:
+    if (row.take != nullptr) {
         row.take(text);
-        break;
+    } else {
+        row.set(row.number);
     }
 }
 
