@@ -3,7 +3,7 @@
 
 BUILD_PACKAGES="g++ cmake ninja-build libnetcdf-dev libx11-dev libpng-dev zlib1g-dev pkg-config libopenjp2-7-dev libeccodes-dev"
 DEMO_PACKAGES="$BUILD_PACKAGES ghostscript"
-TEST_PACKAGES="$DEMO_PACKAGES libgtest-dev libbenchmark-dev netcdf-bin libxml2-utils libeccodes-tools xvfb imagemagick"
+TEST_PACKAGES="$DEMO_PACKAGES python3 libgtest-dev libbenchmark-dev netcdf-bin libxml2-utils libeccodes-tools xvfb imagemagick"
 CHECK_PACKAGES="clang-format clang-tidy cppcheck shellcheck"
 
 # need_packages PACKAGE...: does nothing where all are there.
