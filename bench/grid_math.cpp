@@ -1,7 +1,7 @@
 // Grid math on 3,600 by 1,801 points: seconds of the best of five runs. bench/grid_math.py times
 // the same beside it.
 
-#include "tyr/grid/grid_math.h"
+#include "tyr/grid_math/grid_math.h"
 
 #include <algorithm>
 #include <array>
@@ -13,8 +13,8 @@
 
 #include "tyr/base/missing.h"
 #include "tyr/base/res.h"
-#include "tyr/grid/remap.h"
-#include "tyr/grid/row_bands.h"
+#include "tyr/grid_math/remap.h"
+#include "tyr/grid_math/row_bands.h"
 
 using namespace tyr;
 

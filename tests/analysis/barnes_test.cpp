@@ -12,7 +12,7 @@
 #include "tyr/base/missing.h"
 #include "tyr/base/res.h"
 #include "tyr/geo/projection.h"
-#include "tyr/grid/row_bands.h"
+#include "tyr/grid_math/row_bands.h"
 
 namespace {
 

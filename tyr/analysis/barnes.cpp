@@ -13,7 +13,7 @@
 #include "tyr/base/msg.h"
 #include "tyr/base/res.h"
 #include "tyr/base/str.h"
-#include "tyr/grid/row_bands.h"
+#include "tyr/grid_math/row_bands.h"
 
 using namespace tyr;
 

@@ -14,7 +14,7 @@
 #include "tyr/field/contour_private.h"
 #include "tyr/geo/domain.h"
 #include "tyr/gks/gks.h"
-#include "tyr/grid/sample.h"
+#include "tyr/grid_math/sample.h"
 #include "tyr/map/map_entry.h"
 #include "tyr/map/map_layer.h"
 #include "tyr/plot/colour_bar.h"

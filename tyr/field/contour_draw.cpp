@@ -12,7 +12,7 @@
 #include "tyr/gks/colour_table.h"
 #include "tyr/gks/gks.h"
 #include "tyr/gks/session.h"
-#include "tyr/grid/sample.h"
+#include "tyr/grid_math/sample.h"
 #include "tyr/plot/area.h"
 #include "tyr/plot/attributes.h"
 #include "tyr/plot/levels.h"

@@ -6,7 +6,7 @@
 #include "tyr/field/vector_private.h"
 #include "tyr/geo/domain.h"
 #include "tyr/geo/projection.h"
-#include "tyr/grid/sample.h"
+#include "tyr/grid_math/sample.h"
 #include "tyr/plot/barb.h"
 
 using namespace tyr;

@@ -13,7 +13,7 @@
 #include "tyr/geo/projection.h"
 #include "tyr/gks/colour_table.h"
 #include "tyr/gks/gks.h"
-#include "tyr/grid/sample.h"
+#include "tyr/grid_math/sample.h"
 #include "tyr/met/wind.h"
 #include "tyr/plot/area.h"
 #include "tyr/plot/barb.h"

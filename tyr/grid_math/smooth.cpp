@@ -2,7 +2,7 @@
 #include <cmath>
 #include <vector>
 
-#include "tyr/grid/pointwise.h"
+#include "tyr/grid_math/pointwise.h"
 
 namespace {
 

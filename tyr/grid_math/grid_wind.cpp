@@ -2,8 +2,8 @@
 
 #include "tyr/base/angle.h"
 #include "tyr/geo/projection.h"
-#include "tyr/grid/pointwise.h"
-#include "tyr/grid/sample.h"
+#include "tyr/grid_math/pointwise.h"
+#include "tyr/grid_math/sample.h"
 
 using namespace tyr;
 

@@ -1,4 +1,4 @@
-#include "tyr/grid/grid_function.h"
+#include "tyr/grid_math/grid_function.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "tyr/grid/remap.h"
+#include "tyr/grid_math/remap.h"
 
 #include <algorithm>
 #include <limits>
@@ -8,8 +8,8 @@
 #include "tyr/base/msg.h"
 #include "tyr/base/str.h"
 #include "tyr/geo/projection.h"
-#include "tyr/grid/grid_places.h"
-#include "tyr/grid/row_bands.h"
+#include "tyr/grid_math/grid_places.h"
+#include "tyr/grid_math/row_bands.h"
 
 using namespace tyr;
 

@@ -1,9 +1,9 @@
 #include <array>
 
 #include "tyr/base/str.h"
-#include "tyr/grid/derivative.h"
-#include "tyr/grid/grid_units.h"
-#include "tyr/grid/pointwise.h"
+#include "tyr/grid_math/derivative.h"
+#include "tyr/grid_math/grid_units.h"
+#include "tyr/grid_math/pointwise.h"
 
 using namespace tyr;
 

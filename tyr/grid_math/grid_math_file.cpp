@@ -1,4 +1,4 @@
-#include "tyr/grid/grid_math_file.h"
+#include "tyr/grid_math/grid_math_file.h"
 
 #include <algorithm>
 #include <array>
@@ -6,8 +6,8 @@
 
 #include "tyr/base/missing.h"
 #include "tyr/base/msg.h"
-#include "tyr/grid/grid_operands.h"
-#include "tyr/grid/grid_places.h"
+#include "tyr/grid_math/grid_operands.h"
+#include "tyr/grid_math/grid_places.h"
 
 using namespace tyr;
 

@@ -4,10 +4,10 @@
 
 #include <gtest/gtest.h>
 
-#include "grid/math_grids.h"
+#include "grid_math/math_grids.h"
 #include "tyr/geo/projection.h"
-#include "tyr/grid/remap.h"
-#include "tyr/grid/sample.h"
+#include "tyr/grid_math/remap.h"
+#include "tyr/grid_math/sample.h"
 
 using namespace tyr;
 

@@ -1,4 +1,4 @@
-#include "tyr/grid/grid_units.h"
+#include "tyr/grid_math/grid_units.h"
 
 #include <array>
 #include <cmath>
@@ -7,8 +7,8 @@
 #include "tyr/base/missing.h"
 #include "tyr/base/msg.h"
 #include "tyr/base/str.h"
-#include "tyr/grid/grid_places.h"
-#include "tyr/grid/row_bands.h"
+#include "tyr/grid_math/grid_places.h"
+#include "tyr/grid_math/row_bands.h"
 #include "tyr/var/catalogue.h"
 #include "tyr/var/label.h"
 #include "tyr/var/units.h"

@@ -3,7 +3,7 @@
 
 #include "tyr/base/str.h"
 #include "tyr/geo/projection.h"
-#include "tyr/grid/pointwise.h"
+#include "tyr/grid_math/pointwise.h"
 
 using namespace tyr;
 

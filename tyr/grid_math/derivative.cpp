@@ -1,4 +1,4 @@
-#include "tyr/grid/derivative.h"
+#include "tyr/grid_math/derivative.h"
 
 #include <algorithm>
 #include <cmath>
@@ -8,8 +8,8 @@
 #include "tyr/base/angle.h"
 #include "tyr/base/missing.h"
 #include "tyr/base/msg.h"
-#include "tyr/grid/grid_places.h"
-#include "tyr/grid/row_bands.h"
+#include "tyr/grid_math/grid_places.h"
+#include "tyr/grid_math/row_bands.h"
 
 using namespace tyr;
 

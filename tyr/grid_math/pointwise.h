@@ -10,9 +10,9 @@
 #include <vector>
 
 #include "tyr/base/missing.h"
-#include "tyr/grid/grid_operands.h"
-#include "tyr/grid/grid_places.h"
-#include "tyr/grid/row_bands.h"
+#include "tyr/grid_math/grid_operands.h"
+#include "tyr/grid_math/grid_places.h"
+#include "tyr/grid_math/row_bands.h"
 
 namespace tyr {
 

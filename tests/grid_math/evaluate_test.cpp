@@ -3,11 +3,11 @@
 
 #include <gtest/gtest.h>
 
-#include "grid/math_grids.h"
+#include "grid_math/math_grids.h"
 #include "support/capture.h"
 #include "tyr/base/res.h"
-#include "tyr/grid/evaluate.h"
-#include "tyr/grid/grid_math_file.h"
+#include "tyr/grid_math/evaluate.h"
+#include "tyr/grid_math/grid_math_file.h"
 
 using namespace tyr;
 

@@ -1,4 +1,4 @@
-#include "tyr/grid/sample.h"
+#include "tyr/grid_math/sample.h"
 
 #include <cmath>
 #include <cstdlib>
@@ -7,7 +7,7 @@
 #include "tyr/base/missing.h"
 #include "tyr/base/str.h"
 #include "tyr/geo/projection.h"
-#include "tyr/grid/grid_places.h"
+#include "tyr/grid_math/grid_places.h"
 
 using namespace tyr;
 

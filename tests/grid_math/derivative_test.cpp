@@ -2,8 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include "grid/math_grids.h"
-#include "tyr/grid/derivative.h"
+#include "grid_math/math_grids.h"
+#include "tyr/grid_math/derivative.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "tyr/grid/row_bands.h"
+#include "tyr/grid_math/row_bands.h"
 
 #include <algorithm>
 #include <system_error>

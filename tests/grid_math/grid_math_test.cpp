@@ -6,13 +6,13 @@
 
 #include <gtest/gtest.h>
 
-#include "grid/math_grids.h"
+#include "grid_math/math_grids.h"
 #include "support/capture.h"
 #include "tyr/base/res.h"
-#include "tyr/grid/derivative.h"
-#include "tyr/grid/grid_math.h"
-#include "tyr/grid/grid_units.h"
-#include "tyr/grid/row_bands.h"
+#include "tyr/grid_math/derivative.h"
+#include "tyr/grid_math/grid_math.h"
+#include "tyr/grid_math/grid_units.h"
+#include "tyr/grid_math/row_bands.h"
 #include "tyr/met/thermo.h"
 #include "tyr/var/units.h"
 

@@ -1,6 +1,6 @@
 #include <cmath>
 
-#include "tyr/grid/pointwise.h"
+#include "tyr/grid_math/pointwise.h"
 #include "tyr/met/comfort.h"
 #include "tyr/met/thermo.h"
 #include "tyr/var/level.h"

@@ -6,9 +6,9 @@
 #include "tyr/base/angle.h"
 #include "tyr/base/missing.h"
 #include "tyr/base/str.h"
-#include "tyr/grid/derivative.h"
-#include "tyr/grid/grid_places.h"
-#include "tyr/grid/row_bands.h"
+#include "tyr/grid_math/derivative.h"
+#include "tyr/grid_math/grid_places.h"
+#include "tyr/grid_math/row_bands.h"
 
 using namespace tyr;
 

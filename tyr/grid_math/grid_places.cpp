@@ -1,10 +1,10 @@
-#include "tyr/grid/grid_places.h"
+#include "tyr/grid_math/grid_places.h"
 
 #include <algorithm>
 
 #include "tyr/base/missing.h"
 #include "tyr/geo/projection.h"
-#include "tyr/grid/row_bands.h"
+#include "tyr/grid_math/row_bands.h"
 
 namespace {
 

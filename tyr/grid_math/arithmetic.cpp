@@ -2,7 +2,7 @@
 #include <limits>
 
 #include "tyr/base/angle.h"
-#include "tyr/grid/pointwise.h"
+#include "tyr/grid_math/pointwise.h"
 
 using namespace tyr;
 

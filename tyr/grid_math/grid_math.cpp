@@ -1,4 +1,4 @@
-#include "tyr/grid/grid_math.h"
+#include "tyr/grid_math/grid_math.h"
 
 #include <algorithm>
 #include <array>
@@ -7,9 +7,9 @@
 
 #include "tyr/base/msg.h"
 #include "tyr/base/str.h"
-#include "tyr/grid/grid_operands.h"
-#include "tyr/grid/grid_places.h"
-#include "tyr/grid/grid_units.h"
+#include "tyr/grid_math/grid_operands.h"
+#include "tyr/grid_math/grid_places.h"
+#include "tyr/grid_math/grid_units.h"
 #include "tyr/var/level.h"
 #include "tyr/var/type_words.h"
 #include "tyr/var/units.h"

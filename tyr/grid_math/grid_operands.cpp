@@ -1,8 +1,8 @@
-#include "tyr/grid/grid_operands.h"
+#include "tyr/grid_math/grid_operands.h"
 
 #include "tyr/base/str.h"
-#include "tyr/grid/grid_places.h"
-#include "tyr/grid/grid_units.h"
+#include "tyr/grid_math/grid_places.h"
+#include "tyr/grid_math/grid_units.h"
 #include "tyr/var/catalogue.h"
 #include "tyr/var/type_words.h"
 

@@ -6,7 +6,7 @@
 
 #include "tyr/base/missing.h"
 #include "tyr/grid/grid.h"
-#include "tyr/grid/grid_function.h"
+#include "tyr/grid_math/grid_function.h"
 
 /// How many leading entries behind entry 0, up to 20, are a grid with values or a constant other
 /// than Missing. Both arrays have at least 21 entries.

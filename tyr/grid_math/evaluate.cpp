@@ -1,4 +1,4 @@
-#include "tyr/grid/evaluate.h"
+#include "tyr/grid_math/evaluate.h"
 
 #include <array>
 #include <cstdlib>
@@ -9,10 +9,10 @@
 #include "tyr/base/missing.h"
 #include "tyr/base/msg.h"
 #include "tyr/base/str.h"
-#include "tyr/grid/grid_math.h"
-#include "tyr/grid/grid_operands.h"
-#include "tyr/grid/grid_places.h"
-#include "tyr/grid/grid_units.h"
+#include "tyr/grid_math/grid_math.h"
+#include "tyr/grid_math/grid_operands.h"
+#include "tyr/grid_math/grid_places.h"
+#include "tyr/grid_math/grid_units.h"
 #include "tyr/var/expression.h"
 #include "tyr/var/label.h"
 #include "tyr/var/type_words.h"
