@@ -202,13 +202,57 @@ int GribStream::Impl::read_header(GribHeader *out)
     return 0;
 }
 
+bool GribStream::Impl::move_to(int wanted)
+{
+    if (wanted < here.index) {
+        if (!source.can_seek()) {
+            return false;
+        }
+        source.seek(0);
+        here = Place{};
+        has_next = false;
+    } else if (has_next && wanted > here.index) {
+        here = next;
+        has_next = false;
+    }
+    return true;
+}
+
+int GribStream::Impl::read_here(GridRec *grid, int mode)
+{
+    source.hold(true); // the way back to a message of several fields, on a pipe
+    product.origin.message = here.message + 1;
+    const long start = found.start;
+    bool is_last = true;
+    const long end = whole_end();
+    int result = kNothing;
+    if (end == 0) {
+        product.origin.refuse("it is cut: no 7777 stands where its length ends");
+    } else {
+        result = product.edition == 2 ? read_message2(here.field, mode, grid, &is_last)
+                                      : read_message1(grid, mode);
+    }
+    next = here;
+    ++next.index;
+    if (is_last) {
+        next.offset = end != 0 ? end : start + 4; // another may begin within a cut one
+        next.message = here.message + 1;
+        next.field = 0;
+        source.hold(false);
+    } else {
+        next.offset = start;
+        ++next.field;
+    }
+    here.offset = start;
+    return result;
+}
+
 int GribStream::Impl::read_grid(GridRec *grid, int mode, int *index_)
 {
     grid->values = nullptr;
     const int wanted = std::max(*index_, 0);
-    std::optional<IndexLine> line;
     if (index.is_open()) {
-        line = index.line(wanted);
+        const std::optional<IndexLine> line = index.line(wanted);
         if (!line) {
             return kEnd;
         }
@@ -218,61 +262,29 @@ int GribStream::Impl::read_grid(GridRec *grid, int mode, int *index_)
         }
         here = Place{wanted, line->offset, wanted, line->field};
         has_next = false;
-    } else if (wanted < here.index) {
-        if (!source.can_seek()) {
-            return kEnd;
-        }
-        source.seek(0);
-        here = Place{};
-        has_next = false;
-    } else if (has_next && wanted > here.index) {
-        here = next;
-        has_next = false;
+    } else if (!move_to(wanted)) {
+        return kEnd;
     }
     product.guard.max_bad = grib_settings().max_bad;
-    for (;;) {
-        const bool is_wanted = here.index == wanted;
+    for (;; here = next) {
         if (!source.seek(here.offset) || !next_grib()) {
             return kEnd;
         }
-        source.hold(true); // the way back to a message of several fields, on a pipe
-        product.origin.message = here.message + 1;
+        const bool is_wanted = here.index == wanted;
         product.origin.is_quiet = !is_wanted;
-        const long start = found.start;
-        bool is_last = true;
-        const int read_mode = is_wanted ? mode : 1;
-        const long end = whole_end();
-        int result = kNothing;
-        if (end == 0) {
-            product.origin.refuse("it is cut: no 7777 stands where its length ends");
-        } else {
-            result = product.edition == 2 ? read_message2(here.field, read_mode, grid, &is_last)
-                                          : read_message1(grid, read_mode);
-        }
+        const int result = read_here(grid, is_wanted ? mode : 1);
         product.origin.is_quiet = false;
-        next = here;
-        ++next.index;
-        if (is_last) {
-            next.offset = end != 0 ? end : start + 4; // another may begin within a cut one
-            next.message = here.message + 1;
-            next.field = 0;
-            source.hold(false);
+        if (!is_wanted) {
+            continue;
+        }
+        if (result != 0) {
+            GRD_free(grid);
         } else {
-            next.offset = start;
-            ++next.field;
+            make_info(product.ensemble, grid);
         }
-        if (is_wanted) {
-            if (result != 0) {
-                GRD_free(grid);
-            } else {
-                make_info(product.ensemble, grid);
-            }
-            has_next = !index.is_open();
-            here.offset = start;
-            *index_ = wanted;
-            return result;
-        }
-        here = next;
+        has_next = !index.is_open();
+        *index_ = wanted;
+        return result;
     }
 }
 

@@ -49,6 +49,11 @@ struct GribStream::Impl {
     long whole_end();
 
     int read_grid(GridRec *grid, int mode, int *index_);
+    /// Stands at a place wanted, or at the nearest known before it. False where a pipe can't go
+    /// back.
+    bool move_to(int wanted);
+    /// Reads the field of the product found, and notes where the next one begins.
+    int read_here(GridRec *grid, int mode);
     int read_described(const IndexLine &line, int mode, GridRec *grid);
     int read_header(GribHeader *out);
 

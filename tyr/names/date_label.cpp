@@ -83,12 +83,6 @@ void TIME_set_plot(const DateRec *date, int forecast)
     state.forecast = forecast;
 }
 
-void TIME_get_plot(DateRec *date, int *forecast)
-{
-    *date = state.date;
-    *forecast = state.forecast;
-}
-
 void TIME_expand_label(const char *format, char *out)
 {
     std::string text;

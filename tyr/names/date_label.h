@@ -9,7 +9,6 @@ inline constexpr size_t kLabelRoom = 256;
 
 /// Date and forecast code (kMissingInt for none) of the plot, that TIME_expand_label works on.
 void TIME_set_plot(const DateRec *date, int forecast);
-void TIME_get_plot(DateRec *date, int *forecast);
 
 /// Expands the `%` codes of plot labels for the date and forecast of TIME_set_plot, and turns `_`
 /// into a blank. D date, V valid time, W valid day, y m b d h n fields, f and F forecast, %.

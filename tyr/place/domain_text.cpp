@@ -54,25 +54,26 @@ struct Form {
 
 const std::vector<Form> &forms()
 {
+    // The form before the station's takes a station alone; the station's is left for "none".
+    // clang-format off
     static const std::vector<Form> table = {
-        {{kProj, kNx, kNy},                                kOnlySize,                 "proj,nx,ny"                     },
-        {{kProj, kPlon, kClat, kClon, kNx, kNy, kDx, kDy},
-         kNothing,                                                                    "proj,plon,clat,clon,nx,ny,dx,dy"},
-        {{kProj, kClat, kClon, kNx, kNy, kDx, kDy},        kNothing,                  "proj,clat,clon,nx,ny,dx,dy"     },
-        {{kProj, kPlon, kClat, kClon, kDx, kDy},           kSize,                     "proj,plon,clat,clon,dx,dy"      },
-        {{kProj, kClat, kClon, kNx, kNy, kDx},             kSquare,                   "proj,clat,clon,nx,ny,dx"        },
-        {{kClat, kClon, kNx, kNy, kDx, kDy},               kPolar,                    "clat,clon,nx,ny,dx,dy"          },
-        {{kProj, kClat, kClon, kDx, kDy},                  kSize,                     "proj,clat,clon,dx,dy"           },
-        {{kClat, kClon, kNx, kNy, kDx},                    kPolar | kSquare,          "clat,clon,nx,ny,dx"             },
-        {{kProj, kClat, kClon, kDx},                       kSize | kSquare,           "proj,clat,clon,dx"              },
-        {{kClat, kClon, kNx, kNy},                         kPolar | kSpacing,         "clat,clon,nx,ny"                },
-        {{kClat, kClon, kDx},                              kPolar | kSize | kSquare,  "clat,clon,dx"                   },
-        {{kProj, kClat, kClon},                            kByProj,                   "proj,clat,clon"                 },
-        {{kClat, kClon},                                   kPolar | kSize | kSpacing, "clat,clon"                      },
- // a station alone is taken by the form before; this one is left for "none"
-        {{kClat},                                          kPolar | kSize | kSpacing, "id:###"                         },
-        {{kRegion},                                        kNothing,                  "reg:REG"                        }
+        {{kProj, kNx, kNy}, kOnlySize, "proj,nx,ny"},
+        {{kProj, kPlon, kClat, kClon, kNx, kNy, kDx, kDy}, kNothing, "proj,plon,clat,clon,nx,ny,dx,dy"},
+        {{kProj, kClat, kClon, kNx, kNy, kDx, kDy}, kNothing, "proj,clat,clon,nx,ny,dx,dy"},
+        {{kProj, kPlon, kClat, kClon, kDx, kDy}, kSize, "proj,plon,clat,clon,dx,dy"},
+        {{kProj, kClat, kClon, kNx, kNy, kDx}, kSquare, "proj,clat,clon,nx,ny,dx"},
+        {{kClat, kClon, kNx, kNy, kDx, kDy}, kPolar, "clat,clon,nx,ny,dx,dy"},
+        {{kProj, kClat, kClon, kDx, kDy}, kSize, "proj,clat,clon,dx,dy"},
+        {{kClat, kClon, kNx, kNy, kDx}, kPolar | kSquare, "clat,clon,nx,ny,dx"},
+        {{kProj, kClat, kClon, kDx}, kSize | kSquare, "proj,clat,clon,dx"},
+        {{kClat, kClon, kNx, kNy}, kPolar | kSpacing, "clat,clon,nx,ny"},
+        {{kClat, kClon, kDx}, kPolar | kSize | kSquare, "clat,clon,dx"},
+        {{kProj, kClat, kClon}, kByProj, "proj,clat,clon"},
+        {{kClat, kClon}, kPolar | kSize | kSpacing, "clat,clon"},
+        {{kClat}, kPolar | kSize | kSpacing, "id:###"},
+        {{kRegion}, kNothing, "reg:REG"},
     };
+    // clang-format on
     return table;
 }
 constexpr size_t kStationForm = 13;

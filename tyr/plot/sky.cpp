@@ -1,7 +1,7 @@
 #include "tyr/plot/sky.h"
 
-#include <array>
 #include <cmath>
+#include <string_view>
 #include <vector>
 
 #include "tyr/base/angle.h"
@@ -36,13 +36,25 @@ struct Circle {
         return points;
     }
 
-    void line(std::initializer_list<std::array<float, 2>> path) const
+    /// A stroke from one place to another.
+    void line(float dx0, float dy0, float dx1, float dy1) const
     {
         std::vector<float> points;
-        for (const auto &p : path) {
-            add(points, p[0], p[1]);
-        }
-        gpolyline(static_cast<int>(path.size()), points.data());
+        add(points, dx0, dy0);
+        add(points, dx1, dy1);
+        gpolyline(2, points.data());
+    }
+
+    /// The letter M: the sky can't be told.
+    void letter() const
+    {
+        std::vector<float> points;
+        add(points, -kLetter, -kLetter);
+        add(points, -kLetter, kLetter);
+        add(points, 0.0F, 0.0F);
+        add(points, kLetter, kLetter);
+        add(points, kLetter, -kLetter);
+        gpolyline(5, points.data());
     }
 
     static void fill(const std::vector<float> &points)
@@ -59,51 +71,30 @@ struct Circle {
     }
 };
 
-} // namespace
-
-int WX_sky_symbol(float x, float y, float radius, char code)
+/// What fills the circle, by the cover in eighths.
+void draw_cover(const Circle &circle, char eighths)
 {
-    const Circle circle = {x, y, radius};
-    const std::vector<float> outline = circle.arc(0, 360);
-    gpolyline(static_cast<int>(outline.size() / 2), outline.data());
-    switch (code) {
+    switch (eighths) {
     case '0':
-    case 'C':
-    case 'b':
-    case 'o':
-    case 's':
-    case 'x':
         break;
     case '1':
-    case 'F':
-        circle.line({
-            {0.0F, 1.0F },
-            {0.0F, -1.0F}
-        });
+        circle.line(0.0F, 1.0F, 0.0F, -1.0F);
         break;
     case '2':
-    case '3':
-    case 'S':
         circle.sector(0, 90);
-        if (code == '3') {
-            circle.line({
-                {0.0F, 0.0F },
-                {0.0F, -1.0F}
-            });
-        }
+        break;
+    case '3':
+        circle.sector(0, 90);
+        circle.line(0.0F, 0.0F, 0.0F, -1.0F);
         break;
     case '4':
+        circle.sector(-90, 90);
+        break;
     case '5':
         circle.sector(-90, 90);
-        if (code == '5') {
-            circle.line({
-                {-1.0F, 0.0F},
-                {0.0F,  0.0F}
-            });
-        }
+        circle.line(-1.0F, 0.0F, 0.0F, 0.0F);
         break;
     case '6':
-    case 'B':
         circle.sector(-180, 90);
         break;
     case '7':
@@ -111,29 +102,34 @@ int WX_sky_symbol(float x, float y, float radius, char code)
         Circle::fill(circle.arc(105, 255));
         break;
     case '8':
-    case 'O':
-        Circle::fill(outline);
+        Circle::fill(circle.arc(0, 360));
         break;
     case '9':
-    case 'X':
-        circle.line({
-            {-kDiagonal, -kDiagonal},
-            {kDiagonal,  kDiagonal }
-        });
-        circle.line({
-            {-kDiagonal, kDiagonal },
-            {kDiagonal,  -kDiagonal}
-        });
+        circle.line(-kDiagonal, -kDiagonal, kDiagonal, kDiagonal);
+        circle.line(-kDiagonal, kDiagonal, kDiagonal, -kDiagonal);
         break;
     default:
-        circle.line({
-            {-kLetter, -kLetter},
-            {-kLetter, kLetter },
-            {0.0F,     0.0F    },
-            {kLetter,  kLetter },
-            {kLetter,  -kLetter}
-        });
+        circle.letter();
         break;
     }
+}
+
+/// The cover in eighths, 9 for a hidden sky, that a code or a letter of a report stands for.
+char eighths_of(char code)
+{
+    constexpr std::string_view kLetters = "CbosxFSBOX";
+    constexpr std::string_view kEighths = "0000012689";
+    const size_t at = kLetters.find(code);
+    return code == '\0' || at == std::string_view::npos ? code : kEighths[at];
+}
+
+} // namespace
+
+int WX_sky_symbol(float x, float y, float radius, char code)
+{
+    const Circle circle = {x, y, radius};
+    const std::vector<float> outline = circle.arc(0, 360);
+    gpolyline(static_cast<int>(outline.size() / 2), outline.data());
+    draw_cover(circle, eighths_of(code));
     return 0;
 }

@@ -185,11 +185,6 @@ constexpr std::array<OptionRow, 89> kRows = {{
 
 } // namespace
 
-std::span<const OptionRow> tyr::option_rows()
-{
-    return kRows;
-}
-
 const OptionRow *tyr::option_row(int code)
 {
     const auto row = std::find_if(kRows.begin(), kRows.end(),

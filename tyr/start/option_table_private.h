@@ -1,7 +1,5 @@
 #pragma once
 
-#include <span>
-
 namespace tyr {
 
 /// One row of the option vocabulary.
@@ -17,8 +15,6 @@ struct OptionRow {
     bool long_help = false; ///< help is all that follows the usage word, newlines and all
 };
 
-/// The whole vocabulary, by code.
-std::span<const OptionRow> option_rows();
 /// A row by its code; null if there is none.
 const OptionRow *option_row(int code);
 

@@ -13,10 +13,13 @@
 #include "tyr/var/base_stack.h"
 #include "tyr/var/catalogue.h"
 #include "tyr/var/level.h"
+#include "tyr/var/record_fields_private.h"
 #include "tyr/var/time_range.h"
 #include "tyr/var/type_words.h"
 #include "tyr/var/var_file.h"
 #include "tyr/var/var_name.h"
+
+using namespace tyr;
 
 namespace {
 
@@ -55,58 +58,6 @@ VarRec *next_record()
     return VAR_get(VAR_count());
 }
 
-std::vector<std::string> split_fields(std::string_view text)
-{
-    std::string plain(text);
-    STR_unescape(plain.data());
-    plain.resize(plain.find('\0') == std::string::npos ? plain.size() : plain.find('\0'));
-    return STR_fields(plain, ':');
-}
-
-std::string field_text(const std::vector<std::string> &fields, std::size_t i)
-{
-    return i < fields.size() ? std::string(VAR_trim(fields[i])) : std::string();
-}
-
-// A text into a field of a record; one that doesn't fit is refused and the field stays.
-void set_field(char *field, std::size_t room, const std::string &text, const char *what)
-{
-    if (text.size() < room)
-        STR_copy(field, room, text);
-    else
-        MSG_out(kMsgWarn, "VAR_process_var: The %s has more than %d characters: %s\n", what,
-                static_cast<int>(room) - 1, text.c_str());
-}
-
-void set_units(VarRec *record, const std::string &units)
-{
-    if (!units.empty())
-        set_field(record->units, kVarUnitsSize, units, "unit");
-}
-
-// The format from field f on, joined again.
-void set_format(VarRec *record, const std::vector<std::string> &fields, std::size_t f)
-{
-    if (f >= fields.size())
-        return;
-    std::string format = fields[f];
-    for (++f; f < fields.size(); ++f)
-        format += ":" + fields[f];
-    set_field(record->format, kVarFormatSize, std::string(VAR_trim(format)), "format");
-}
-
-// One of the words that stand for a record of their own; -1 for none.
-int word_type(const std::string &word)
-{
-    if (STR_casecmp(word.c_str(), "map") == 0)
-        return kTypeMap;
-    if (STR_casecmp(word.c_str(), "plot") == 0)
-        return kTypePlot;
-    if (STR_casecmp(word.c_str(), "frame") == 0)
-        return kTypeFrame;
-    return STR_casecmp(word.c_str(), "panel") == 0 ? kTypePanel : -1;
-}
-
 int role_of(Part part)
 {
     const int depth = state.function_depth * 10;
@@ -122,25 +73,6 @@ int role_of(Part part)
         return depth + kRoleVector;
     }
     return depth;
-}
-
-// Reads time and level from the first two fields, or takes the defaults. Returns the index of the
-// name's field.
-std::size_t settle_time_and_level(const std::vector<std::string> &fields, VarRec *record)
-{
-    if (fields.size() > 2) {
-        record->time_class = VAR_time(field_text(fields, 0).c_str(), &record->time);
-        if (record->time_class != 0) {
-            record->level_class =
-                VAR_level(field_text(fields, 1).c_str(), &record->level_kind, &record->level_value);
-            return 2;
-        }
-    }
-    if (record->time == kMissingInt)
-        record->time_class = VAR_time("", &record->time);
-    if (record->level_kind == kMissingInt)
-        record->level_class = VAR_level("", &record->level_kind, &record->level_value);
-    return 0;
 }
 
 // Replaces a name by its definition in the variable file. False if there is none.

@@ -121,11 +121,6 @@ int VAR_is_function(int i)
     return is_role(i, kRoleFunction);
 }
 
-int VAR_is_in_group_3(int i)
-{
-    return is_role(i, 3);
-}
-
 int VAR_is_group(int i)
 {
     return is_role(i, kRoleGroup);
@@ -139,11 +134,6 @@ int VAR_is_vector_head(int i)
 int VAR_is_second(int i)
 {
     return is_role(i, kRoleSecond);
-}
-
-int VAR_is_role_9(int i)
-{
-    return is_role(i, 9);
 }
 
 void VAR_print(unsigned mask, const VarRec *record)

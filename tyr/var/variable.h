@@ -65,11 +65,9 @@ int VAR_is_vector(int i); ///< type 20 to 23
 int VAR_is_plain(int i);       ///< 0
 int VAR_is_in_group(int i);    ///< 1: plain, one group deep
 int VAR_is_function(int i);    ///< 2
-int VAR_is_in_group_3(int i);  ///< 3: plain, three groups deep
 int VAR_is_group(int i);       ///< 5: head of a group
 int VAR_is_vector_head(int i); ///< 6: head of a vector
 int VAR_is_second(int i);      ///< 8: second record of a vector function
-int VAR_is_role_9(int i);      ///< 9: plain, nine groups deep
 
 /// Prints a record in one line at the levels of the mask: name, units, time, level kind and value,
 /// number, type, role and format.
