@@ -22,3 +22,6 @@ const VarBase *VAR_base_top();
 bool VAR_base_add(const VarBase &base);
 /// Takes the topmost entry off.
 void VAR_base_pop();
+/// Makes the settings of the record at the count the defaults of what stands inside it. Returns 0,
+/// or -1 with a message when the stack is full.
+int VAR_base_push();

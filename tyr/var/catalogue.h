@@ -5,9 +5,9 @@
 #include <string>
 #include <vector>
 
-inline constexpr int kMaxCatalogue = 750;           ///< entries
-inline constexpr std::size_t kVarTextSize = 80;     ///< room for VAR_str: description and units
-inline constexpr std::size_t kVarNameTextSize = 10; ///< room for VAR_abbr
+inline constexpr int kMaxCatalogue = 750;      ///< entries
+inline constexpr size_t kVarTextSize = 80;     ///< room for VAR_str: description and units
+inline constexpr size_t kVarNameTextSize = 10; ///< room for VAR_abbr
 
 /// One line of "variable.lup"; numbers that it doesn't give are kMissingInt.
 struct CatalogueEntry {

@@ -35,7 +35,7 @@ struct State {
 };
 State state;
 
-// The part that a list of fields has in the expression.
+/// The part that a list of fields has in the expression.
 enum class Part { plain, looked_up, function, group, vector };
 
 void report_too_long(const char *routine, std::string_view text)
@@ -46,13 +46,14 @@ void report_too_long(const char *routine, std::string_view text)
 
 void report_full(std::string_view text)
 {
-    if (!state.is_full_told)
+    if (!state.is_full_told) {
         MSG_out(kMsgWarn, "VAR_process: More than %d variables, left out from here: %.40s\n",
                 kMaxVariables, std::string(text.substr(0, 40)).c_str());
+    }
     state.is_full_told = true;
 }
 
-// The record at the count, null when the list is full.
+/// The record at the count, null when the list is full.
 VarRec *next_record()
 {
     return VAR_get(VAR_count());
@@ -75,25 +76,30 @@ int role_of(Part part)
     return depth;
 }
 
-// Replaces a name by its definition in the variable file. False if there is none.
+/// Replaces a name by its definition in the variable file. False if there is none.
 bool expand_definition(const std::string &name, VarRec *record)
 {
-    if (name.empty() || name.substr(0, kVarNameSize - 1) == record->name)
-        return false;
-    STR_copy(record->name, kVarNameSize, name);
-    if (VAR_plot_code(name.c_str()) >= 0)
-        record->type = VAR_plot_code(name.c_str());
-    std::string definition(kMaxVarDefinition, '\0');
-    if (VAR_lookup(name.c_str(), definition.data()) == 0 || definition[0] == '\0')
-        return false;
-    if (++state.definitions > kMaxVarDefinitions) {
-        if (state.definitions == kMaxVarDefinitions + 1)
-            MSG_out(kMsgWarn, "VAR_process_var: More than %d definitions, left out from: %s\n",
-                    kMaxVarDefinitions, name.c_str());
+    if (name.empty() || name.substr(0, kVarNameSize - 1) == record->name) {
         return false;
     }
-    if (VAR_base_push() < 0)
+    STR_copy(record->name, kVarNameSize, name);
+    if (VAR_plot_code(name.c_str()) >= 0) {
+        record->type = VAR_plot_code(name.c_str());
+    }
+    std::string definition(kMaxVarDefinition, '\0');
+    if (VAR_lookup(name.c_str(), definition.data()) == 0 || definition[0] == '\0') {
         return false;
+    }
+    if (++state.definitions > kMaxVarDefinitions) {
+        if (state.definitions == kMaxVarDefinitions + 1) {
+            MSG_out(kMsgWarn, "VAR_process_var: More than %d definitions, left out from: %s\n",
+                    kMaxVarDefinitions, name.c_str());
+        }
+        return false;
+    }
+    if (VAR_base_push() < 0) {
+        return false;
+    }
     const int count = VAR_count();
     VAR_process(definition.data());
     VAR_base_pop();
@@ -121,7 +127,7 @@ void read_fields(std::string_view text, Part part)
     const std::vector<std::string> fields = split_fields(text);
     MSG_out(kMsgDebugC, "VAR_process_var:%d:%d:%s:\n", VAR_count(), state.function_depth,
             std::string(text).c_str());
-    std::size_t f = 0;
+    size_t f = 0;
     const int word = word_type(field_text(fields, 0));
     if (word >= 0) {
         STR_copy(record->name, kVarNameSize, field_text(fields, 0));
@@ -143,36 +149,25 @@ void read_fields(std::string_view text, Part part)
     set_format(record, fields, f);
 }
 
-// Place of the bracket that closes the one at `open`, by the nesting of its kind; npos for none.
-std::size_t find_closing(std::string_view text, std::size_t open, char closing)
-{
-    int depth = 0;
-    for (std::size_t i = open; i < text.size(); ++i) {
-        if (text[i] == text[open])
-            ++depth;
-        else if (text[i] == closing && --depth == 0)
-            return i;
-    }
-    return std::string_view::npos;
-}
-
-// Makes a record of a token that isn't empty. Returns its index, kNoRecord for none.
+/// Makes a record of a token that isn't empty. Returns its index, kNoRecord for none.
 int add_token(std::string_view token)
 {
     token = VAR_trim(token);
-    if (token.empty())
+    if (token.empty()) {
         return kNoRecord;
+    }
     const int index = VAR_count();
     read_fields(token, Part::looked_up);
     VarRec *record = next_record();
-    if (record != nullptr && record->name[0] != '\0')
+    if (record != nullptr && record->name[0] != '\0') {
         VAR_set_count(VAR_count() + 1);
-    else if (record != nullptr) // no name, so nothing to draw
+    } else if (record != nullptr) { // no name, so nothing to draw
         VAR_init(record);
+    }
     return index < VAR_count() ? index : kNoRecord;
 }
 
-// The kinds of bracket that a head stands in front of.
+/// The kinds of bracket that a head stands in front of.
 struct Bracket {
     char open;
     char close;
@@ -188,13 +183,15 @@ constexpr std::array<Bracket, 3> kBrackets{
 
 const Bracket *find_bracket(char c)
 {
-    for (const Bracket &bracket : kBrackets)
-        if (bracket.open == c)
+    for (const Bracket &bracket : kBrackets) {
+        if (bracket.open == c) {
             return &bracket;
+        }
+    }
     return nullptr;
 }
 
-// A function with two results needs a record for the second.
+/// A function with two results needs a record for the second.
 void add_second_record(const VarRec &head)
 {
     VarRec *second = next_record();
@@ -208,29 +205,31 @@ void add_second_record(const VarRec &head)
     VAR_set_count(VAR_count() + 1);
 }
 
-// A head's record, and whether there is room for what stands inside its bracket.
+/// A head's record, and whether there is room for what stands inside its bracket.
 struct Head {
     int index = kNoRecord;
     bool has_base = false;
 };
 
-// Makes the record of a head and hands its settings on.
+/// Makes the record of a head and hands its settings on.
 Head add_head(const Bracket &bracket, std::string_view token)
 {
     const int index = VAR_count();
     read_fields(VAR_trim(token), bracket.part);
     VarRec *record = VAR_get(index);
-    if (record == nullptr)
+    if (record == nullptr) {
         return {};
+    }
     record->role = role_of(bracket.part);
     const bool has_base = VAR_base_push() == 0;
     VAR_set_count(index + 1);
-    if (bracket.part == Part::function && GRD_is_vector_func(record->name) == 1)
+    if (bracket.part == Part::function && GRD_is_vector_func(record->name) == 1) {
         add_second_record(*record);
+    }
     return {index, has_base};
 }
 
-// Parses what stands inside a bracket, one level deeper.
+/// Parses what stands inside a bracket, one level deeper.
 void process_inside(const Bracket &bracket, std::string inside)
 {
     int &depth = bracket.part == Part::function ? state.function_depth : state.group_depth;
@@ -240,31 +239,35 @@ void process_inside(const Bracket &bracket, std::string inside)
     VAR_base_pop();
 }
 
-// Applies "units:type:format" of square brackets to a record.
+/// Applies "units:type:format" of square brackets to a record.
 void apply_parameters(int index, std::string_view inside)
 {
     const std::vector<std::string> fields = split_fields(inside);
     std::string joined;
-    for (const std::string &field : fields)
+    for (const std::string &field : fields) {
         joined += (joined.empty() ? "" : ":") + field;
+    }
     MSG_out(kMsgDebugC, "Parameter [ %s ]\n", joined.c_str());
     VarRec *record = VAR_get(index);
-    if (state.function_depth != 0 || record == nullptr)
+    if (state.function_depth != 0 || record == nullptr) {
         return;
-    std::size_t f = 0;
-    if (record->role != kRoleWord)
+    }
+    size_t f = 0;
+    if (record->role != kRoleWord) {
         set_units(record, field_text(fields, f++));
+    }
     const int type = VAR_plot_code(field_text(fields, f).c_str());
     if (type >= 0) {
         const auto plot = static_cast<int>(PRM_get(kPrmPlotType));
-        if (plot == kMissingInt || plot == kNoPlot)
+        if (plot == kMissingInt || plot == kNoPlot) {
             record->type = type;
+        }
         ++f;
     }
     set_format(record, fields, f);
 }
 
-// A walk along one expression.
+/// A walk along one expression.
 class Walk {
   public:
     explicit Walk(std::string_view text) : text_(text) {}
@@ -273,8 +276,9 @@ class Walk {
     {
         while (place_ < text_.size() && step()) {
         }
-        if (place_ >= text_.size())
+        if (place_ >= text_.size()) {
             finish_token();
+        }
     }
 
   private:
@@ -283,19 +287,21 @@ class Walk {
     // A token within its room, else empty.
     std::string_view checked(std::string_view text) const
     {
-        if (text.size() < kMaxVarToken)
+        if (text.size() < kMaxVarToken) {
             return text;
+        }
         report_too_long("VAR_process", text);
         return {};
     }
 
-    void move_to(std::size_t place) { start_ = place_ = place; }
+    void move_to(size_t place) { start_ = place_ = place; }
 
     void finish_token()
     {
         const std::string_view text = checked(token());
-        if (VAR_trim(text).empty())
+        if (VAR_trim(text).empty()) {
             return;
+        }
         MSG_out(kMsgDebugC, "Variable %s\n", std::string(text).c_str());
         noted_ = add_token(text);
     }
@@ -306,10 +312,12 @@ class Walk {
         const char c = text_[place_];
         const bool is_escaped = place_ > start_ && text_[place_ - 1] == '\\';
         const Bracket *bracket = find_bracket(c);
-        if (!is_escaped && bracket != nullptr)
+        if (!is_escaped && bracket != nullptr) {
             return take_bracket(*bracket);
-        if (!is_escaped && c == '[')
+        }
+        if (!is_escaped && c == '[') {
             return take_parameters();
+        }
         if (!is_escaped && c == ',') {
             finish_token();
             move_to(place_ + 1);
@@ -323,18 +331,20 @@ class Walk {
     {
         const std::string_view head = checked(token());
         const Head made = add_head(bracket, head);
-        const std::size_t end = find_closing(text_, place_, bracket.close);
+        const size_t end = find_closing(text_, place_, bracket.close);
         if (end == std::string_view::npos) {
             MSG_out(kMsgDebugC, "Unmatched %s\n", bracket.unmatched);
-            if (made.has_base)
+            if (made.has_base) {
                 VAR_base_pop();
+            }
             return false;
         }
         const std::string inside(checked(text_.substr(place_ + 1, end - place_ - 1)));
         MSG_out(kMsgDebugC, "%s %s %c %s %c\n", bracket.word, std::string(head).c_str(),
                 bracket.open, inside.c_str(), bracket.close);
-        if (made.has_base)
+        if (made.has_base) {
             process_inside(bracket, inside);
+        }
         noted_ = made.index;
         move_to(end + 1);
         return true;
@@ -343,9 +353,10 @@ class Walk {
     bool take_parameters()
     {
         const std::string_view name = checked(token());
-        if (!VAR_trim(name).empty())
+        if (!VAR_trim(name).empty()) {
             noted_ = add_token(name);
-        const std::size_t end = text_.find(']', place_);
+        }
+        const size_t end = text_.find(']', place_);
         if (end == std::string_view::npos) {
             MSG_out(kMsgDebugC, "Unmatched []\n");
             return false;
@@ -357,12 +368,12 @@ class Walk {
     }
 
     std::string_view text_;
-    std::size_t start_ = 0; // where the token begins
-    std::size_t place_ = 0; // where the walk stands
+    size_t start_ = 0;      // where the token begins
+    size_t place_ = 0;      // where the walk stands
     int noted_ = kNoRecord; // record of the last head or variable
 };
 
-// The settings that stand below an expression.
+/// The settings that stand below an expression.
 void start_base()
 {
     VarBase base{
@@ -373,23 +384,13 @@ void start_base()
     VAR_base_add(base);
 }
 
-// Splits "fi:file:expression"; the file stays empty without that form.
-std::string take_file(std::string *text)
-{
-    constexpr std::size_t kPrefix = 3;
-    if (!STR_has_prefix(*text, "fi:"))
-        return {};
-    const std::size_t end = text->find(':', kPrefix);
-    std::string file = text->substr(kPrefix, end == std::string::npos ? end : end - kPrefix);
-    *text = end == std::string::npos ? std::string() : text->substr(end + 1);
-    return file;
-}
-
 int has_role()
 {
-    for (int i = 0; i < VAR_count(); ++i)
-        if (VAR_get(i)->role >= 0)
+    for (int i = 0; i < VAR_count(); ++i) {
+        if (VAR_get(i)->role >= 0) {
             return 1;
+        }
+    }
     return 0;
 }
 
@@ -402,10 +403,12 @@ int VAR_decode(const char *file, const char *text)
     std::string expression = text == nullptr ? "" : text;
     std::string file_name = file == nullptr ? "" : file;
     const std::string prefix = take_file(&expression);
-    if (!prefix.empty())
+    if (!prefix.empty()) {
         file_name = prefix;
-    if (!file_name.empty())
+    }
+    if (!file_name.empty()) {
         VAR_open_file(file_name.c_str());
+    }
     state = State{};
     start_base();
     VAR_process(expression.data());
@@ -433,35 +436,5 @@ int VAR_process(char *text)
 int VAR_process_var(char *text, int lookup)
 {
     read_fields(text, lookup != 0 ? Part::looked_up : Part::plain);
-    return 0;
-}
-
-int VAR_base_push()
-{
-    const VarRec *record = next_record();
-    if (record == nullptr)
-        return -1;
-    VarBase base{record->type,       record->time,        record->time_class,
-                 record->level_kind, record->level_value, record->level_class};
-    if (const VarBase *outer = VAR_base_top()) { // what a record doesn't set goes on from outside
-        if (base.type == kMissingInt)
-            base.type = outer->type;
-        if (base.time_class == 0) {
-            base.time = outer->time;
-            base.time_class = outer->time_class;
-        }
-        if (base.level_class == 0) {
-            base.level_kind = outer->level_kind;
-            base.level_value = outer->level_value;
-            base.level_class = outer->level_class;
-        }
-    }
-    if (!VAR_base_add(base)) {
-        MSG_out(kMsgWarn, "VAR_base_push: More than %d levels, left out what stands in: %s\n",
-                kMaxVarBase, record->name);
-        return -1;
-    }
-    MSG_out(kMsgDebugC, "VAR_base_push: %d = %d %d %d %d %d\n", VAR_base_index(), base.type,
-            base.time, base.level_kind, base.level_value, base.level_class);
     return 0;
 }

@@ -4,8 +4,8 @@
 
 #include "tyr/var/variable.h"
 
-inline constexpr std::size_t kMaxVarToken = 512; ///< bytes of a token or of a bracket's inside
-inline constexpr int kMaxVarDefinitions = 200;   ///< definitions that one expression may use
+inline constexpr size_t kMaxVarToken = 512;    ///< bytes of a token or of a bracket's inside
+inline constexpr int kMaxVarDefinitions = 200; ///< definitions that one expression may use
 
 /// Parses a variable expression into the variable list, from a fresh start.
 ///
@@ -31,7 +31,3 @@ int VAR_process(char *text);
 /// One list of fields into the record at the count, which isn't counted yet.
 /// @param lookup  1 to look the name up in the variable file. Returns 0
 int VAR_process_var(char *text, int lookup);
-
-/// Makes the settings of the record at the count the defaults of what stands inside it. Returns 0,
-/// or -1 with a message when the stack is full.
-int VAR_base_push();

@@ -97,51 +97,61 @@ std::string time_text(int time)
     const int code = time / kRangeUnit;
     const int first = time % kRangeUnit / 1000;
     const int second = time % 1000;
-    if (code <= 1)
+    if (code <= 1) {
         return {};
+    }
     const int n = code > 9 ? second : std::abs(second - first);
     const char *unit = second >= kFirstMonthCode ? "month"
                        : second >= kFirstDayCode ? "day"
                                                  : "hour";
     std::string text = print("%d %s ", n, unit);
-    for (const RangeText &known : kRangeTexts)
-        if (known.code == code)
+    for (const RangeText &known : kRangeTexts) {
+        if (known.code == code) {
             text += known.text;
+        }
+    }
     return text;
 }
 
-// Layers of pressure; the values below 1001 are codes of old files.
+/// Layers of pressure; the values below 1001 are codes of old files.
 std::string pressure_layer_text(int value)
 {
     const int high = value / 1000 * 10;
     const int low = value % 1000 * 10;
     if (value < 1001) {
-        if (value == 510)
+        if (value == 510) {
             return "1000-500 mb";
-        if (value == 508)
+        }
+        if (value == 508) {
             return "850-500 mb";
+        }
         return value == 599 ? "SFC-500 mb" : "";
     }
-    if (low == kFromSurface || low == kFromSurfaceIndex)
+    if (low == kFromSurface || low == kFromSurfaceIndex) {
         return print("sfc-%d mb", high);
-    if (low == kFromTropopause)
+    }
+    if (low == kFromTropopause) {
         return print("trop-%d mb", high);
-    if (low > kFromSurfaceIndex)
+    }
+    if (low > kFromSurfaceIndex) {
         return print("sfc[%d]-%d mb", low - kFromSurfaceIndex, high);
+    }
     return print("%d-%d mb", low, high);
 }
 
 std::string height_layer_text(int low, int high)
 {
-    if (low * 100 == kAboveTropopause)
+    if (low * 100 == kAboveTropopause) {
         return print("trop+%d m", high * 100);
+    }
     return print("%d-%dm", low * 100, high * 100);
 }
 
 std::string surface_text(int value)
 {
-    if (value <= 0)
+    if (value <= 0) {
         return "Surface";
+    }
     return print("Surface[%d]", value > 2000 ? value - 2000 : value);
 }
 
@@ -191,11 +201,14 @@ std::string level_text(int kind, int value)
     default:
         break;
     }
-    for (const LevelText &known : kLevelTexts)
-        if (known.kind == kind)
+    for (const LevelText &known : kLevelTexts) {
+        if (known.kind == kind) {
             return known.text;
-    if (kind > 0)
+        }
+    }
+    if (kind > 0) {
         MSG_out(kMsgWarn, "VAR_make_datatype: no ltype: %d\n", kind);
+    }
     return {};
 }
 
@@ -214,13 +227,15 @@ char *VAR_record_label(const VarRec *record, char *out)
         std::array<char, kDatatypeSize> text{};
         label =
             VAR_make_datatype(record->time, record->level_kind, record->level_value, text.data());
-        if (!label.empty())
+        if (!label.empty()) {
             label += " ";
+        }
     }
     std::array<char, kVarTextSize> name{};
     label += VAR_str(name.data(), record->var_number, record->units);
-    if (record->format[0] != '\0' && VAR_label_mode() > kLabelNormal)
+    if (record->format[0] != '\0' && VAR_label_mode() > kLabelNormal) {
         label.append(" - ").append(record->format);
+    }
     STR_copy(out, kVarLabelSize, label);
     return out;
 }
@@ -228,7 +243,8 @@ char *VAR_record_label(const VarRec *record, char *out)
 char *VAR_make_label(int i, char *out)
 {
     *out = '\0';
-    if (i < 0 || i >= VAR_count())
+    if (i < 0 || i >= VAR_count()) {
         return out;
+    }
     return VAR_record_label(VAR_get(i), out);
 }

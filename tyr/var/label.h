@@ -4,8 +4,8 @@
 
 #include "tyr/var/variable.h"
 
-inline constexpr std::size_t kDatatypeSize = 80;  ///< room for VAR_make_datatype
-inline constexpr std::size_t kVarLabelSize = 300; ///< room for VAR_make_label
+inline constexpr size_t kDatatypeSize = 80;  ///< room for VAR_make_datatype
+inline constexpr size_t kVarLabelSize = 300; ///< room for VAR_make_label
 
 /// Text of a time range and a level, such as "12 hour avg 500 mb" or "0-3000 m AG"; empty for none.
 /// @param[out] out  kDatatypeSize bytes. Returns out

@@ -18,13 +18,13 @@ struct Limits {
     float extra = kMissing;
 };
 
-// a + b, Missing if either is.
+/// a + b, Missing if either is.
 float sum(float a, float b)
 {
     return is_missing(a) || is_missing(b) ? kMissing : a + b;
 }
 
-// a - b, Missing if either is.
+/// a - b, Missing if either is.
 float difference(float a, float b)
 {
     return is_missing(a) || is_missing(b) ? kMissing : a - b;
@@ -32,8 +32,9 @@ float difference(float a, float b)
 
 float surface_lcl(const SoundLevel &surface)
 {
-    if (is_missing(surface.t) || is_missing(surface.td))
+    if (is_missing(surface.t) || is_missing(surface.td)) {
         return kMissing;
+    }
     return MET_lcl_pressure(static_cast<float>(surface.t + kZeroCelsius),
                             static_cast<float>(surface.td + kZeroCelsius), surface.p);
 }
@@ -41,15 +42,17 @@ float surface_lcl(const SoundLevel &surface)
 Limits pressure_limits(float bottom, float top)
 {
     const float surface = MET_special_level(kSpecialSurface)->p;
-    if (bottom == kFromSurface || bottom == kFromMaxTemp)
+    if (bottom == kFromSurface || bottom == kFromMaxTemp) {
         return {surface, top, kMissing};
+    }
     if (bottom == kFromTropopause) {
         const float tropopause = MET_special_level(kSpecialTropopause)->p;
         const float above = difference(tropopause, top);
         return above < 0.0F ? Limits{} : Limits{tropopause, above, kMissing};
     }
-    if (bottom >= kFromSurfaceIndex)
+    if (bottom >= kFromSurfaceIndex) {
         return {surface, top, bottom - kFromSurfaceIndex};
+    }
     return {bottom, top, kMissing};
 }
 
@@ -57,16 +60,17 @@ Limits height_limits(float bottom, float top)
 {
     const float tropopause = MET_special_level(kSpecialTropopause)->z;
     Limits limits{bottom, top, kMissing};
-    if (bottom == kAboveTropopause)
+    if (bottom == kAboveTropopause) {
         limits = {tropopause, sum(tropopause, top), kMissing};
-    else if (bottom == kBelowTropopause)
+    } else if (bottom == kBelowTropopause) {
         limits = {difference(tropopause, top), tropopause, kMissing};
-    else
+    } else {
         return limits;
+    }
     return limits.bottom < 0.0F || limits.top < 0.0F ? Limits{} : limits;
 }
 
-// Limits of a level that has a kind of its own in a sounding.
+/// Limits of a level that has a kind of its own in a sounding.
 Limits coordinate_limits(int kind, int value)
 {
     const SoundLevel &surface = *MET_special_level(kSpecialSurface);
@@ -96,15 +100,18 @@ bool is_layer(int kind)
            kind == kLevelHeightAgLayer || kind == kLevelThetaLayer || kind == kLevelPressureAgLayer;
 }
 
-// Pressure of a named level.
+/// Pressure of a named level.
 float named_pressure(int kind)
 {
-    if (kind == kLevelMaxWind)
+    if (kind == kLevelMaxWind) {
         return MET_special_level(kSpecialMaxWind)->p;
-    if (kind == kLevelTropopause)
+    }
+    if (kind == kLevelTropopause) {
         return MET_special_level(kSpecialTropopause)->p;
-    if (kind == kLevelLcl)
+    }
+    if (kind == kLevelLcl) {
         return surface_lcl(*MET_special_level(kSpecialSurface));
+    }
     int count = 0;
     const SoundLevel *sounding = MET_get_sounding(&count);
     return MET_freezing_level(sounding, count);
@@ -135,8 +142,9 @@ void VAR_decode_layer(int kind, int value, float *first, float *second)
     }
     *first = static_cast<float>(low) * scale;
     *second = static_cast<float>(high) * scale;
-    if (*second > *first)
+    if (*second > *first) {
         std::swap(*first, *second);
+    }
 }
 
 void VAR_encode_layer(int kind, int *out_kind, int *out_value, float bottom, float top)
@@ -152,16 +160,17 @@ void VAR_encode_layer(int kind, int *out_kind, int *out_value, float bottom, flo
     *out_kind = kind;
     *out_value = b;
     const bool has_top = !is_missing(top);
-    if (kind == kLevelPressureLayer || (kind == kLevelPressure && has_top))
+    if (kind == kLevelPressureLayer || (kind == kLevelPressure && has_top)) {
         pack(kLevelPressureLayer, 10);
-    else if (kind == kLevelHeightLayer || (kind == kLevelHeight && has_top))
+    } else if (kind == kLevelHeightLayer || (kind == kLevelHeight && has_top)) {
         pack(kLevelHeightLayer, 100);
-    else if (kind == kLevelHeightAgLayer || (kind == kLevelHeightAg && has_top))
+    } else if (kind == kLevelHeightAgLayer || (kind == kLevelHeightAg && has_top)) {
         pack(kLevelHeightAgLayer, 100);
-    else if (kind == kLevelThetaLayer || (kind == kLevelTheta && has_top))
+    } else if (kind == kLevelThetaLayer || (kind == kLevelTheta && has_top)) {
         pack(kLevelThetaLayer, 1);
-    else if (kind == kLevelSigmaLayer || (kind == kLevelSigma && has_top))
+    } else if (kind == kLevelSigmaLayer || (kind == kLevelSigma && has_top)) {
         pack(kLevelSigmaLayer, 1);
+    }
 }
 
 int VAR_layer_limits(const VarRec *record, int *kind, float *bottom, float *top, float *extra)
@@ -178,8 +187,9 @@ int VAR_layer_limits(const VarRec *record, int *kind, float *bottom, float *top,
         return 2;
     case kLevelSurface:
         *bottom = surface.p;
-        if (record->level_value > 0)
+        if (record->level_value > 0) {
             *extra = static_cast<float>(record->level_value);
+        }
         return 1;
     case kLevelFreezing:
     case kLevelLcl:

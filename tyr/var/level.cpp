@@ -56,7 +56,7 @@ constexpr std::array<Keyword, 40> kKeywords{
      }
 };
 
-// What a unit makes of one number, and of two.
+/// What a unit makes of one number, and of two.
 struct Unit {
     const char *text;
     int single;
@@ -83,13 +83,15 @@ constexpr std::array<Unit, 12> kUnits{
 
 const Unit *find_unit(const std::string &text)
 {
-    for (const Unit &unit : kUnits)
-        if (STR_casecmp(text.c_str(), unit.text) == 0)
+    for (const Unit &unit : kUnits) {
+        if (STR_casecmp(text.c_str(), unit.text) == 0) {
             return &unit;
+        }
+    }
     return nullptr;
 }
 
-// One part of a level: a number and a unit, or a word.
+/// One part of a level: a number and a unit, or a word.
 struct Part {
     std::string text;
     std::optional<float> number;
@@ -105,12 +107,13 @@ Part read_part(std::string_view text)
     Part part;
     part.text = text;
     part.number = VAR_take_real(&text);
-    if (part.number.has_value())
+    if (part.number.has_value()) {
         part.unit = VAR_trim(text);
+    }
     return part;
 }
 
-// Products of small integers from texts of any size stay within int.
+/// Products of small integers from texts of any size stay within int.
 int pack(long long high, long long low)
 {
     return VAR_whole(static_cast<double>(high * 1000 + low));
@@ -136,54 +139,64 @@ int fraction(float number)
     return VAR_whole(number * 10000.0F);
 }
 
-// Index of the surface in "sfc[n", 0 without one.
+/// Index of the surface in "sfc[n", 0 without one.
 int surface_index(const std::string &text)
 {
-    constexpr std::size_t kBracket = 3;
-    if (text.size() <= kBracket || text[kBracket] != '[')
+    constexpr size_t kBracket = 3;
+    if (text.size() <= kBracket || text[kBracket] != '[') {
         return 0;
+    }
     std::string_view rest = std::string_view(text).substr(kBracket + 1);
     return std::clamp(VAR_take_int(&rest).value_or(0), 0, 999);
 }
 
 std::optional<Level> keyword_level(const char *text)
 {
-    for (const Keyword &known : kKeywords)
-        if (STR_casecmp(text, known.text) == 0)
+    for (const Keyword &known : kKeywords) {
+        if (STR_casecmp(text, known.text) == 0) {
             return Level{known.kind, 0};
-    if (STR_casecmp(text, "miss") == 0)
+        }
+    }
+    if (STR_casecmp(text, "miss") == 0) {
         return Level{kMissingInt, kMissingInt};
+    }
     return std::nullopt;
 }
 
-// "s0.995" and "s0.9-0.8".
+/// "s0.995" and "s0.9-0.8".
 std::optional<Level> sigma_level(std::string_view rest)
 {
-    if (rest.empty() || std::isdigit(static_cast<unsigned char>(rest[0])) == 0)
+    if (rest.empty() || std::isdigit(static_cast<unsigned char>(rest[0])) == 0) {
         return std::nullopt;
+    }
     const std::optional<float> first = VAR_take_real(&rest);
-    if (!first.has_value())
+    if (!first.has_value()) {
         return std::nullopt;
+    }
     if (!rest.empty() && rest[0] == '-') {
         rest.remove_prefix(1);
-        if (const std::optional<float> second = VAR_take_real(&rest))
+        if (const std::optional<float> second = VAR_take_real(&rest)) {
             return Level{kLevelSigmaLayer, fraction_layer(*first, *second)};
+        }
     }
     return Level{kLevelSigma, fraction(*first)};
 }
 
-// A letter in front of one number or two: "p850-700", "h500", "a0-3000", "k300-310".
+/// A letter in front of one number or two: "p850-700", "h500", "a0-3000", "k300-310".
 std::optional<Level> prefixed_level(std::string_view text)
 {
     const int letter = std::tolower(static_cast<unsigned char>(text[0]));
     std::string_view rest = text.substr(1);
-    if (letter == 's')
+    if (letter == 's') {
         return sigma_level(rest);
-    if (std::string_view("phak").find(static_cast<char>(letter)) == std::string_view::npos)
+    }
+    if (std::string_view("phak").find(static_cast<char>(letter)) == std::string_view::npos) {
         return std::nullopt;
+    }
     const std::optional<int> first = VAR_take_int(&rest);
-    if (!first.has_value())
+    if (!first.has_value()) {
         return std::nullopt;
+    }
     std::optional<int> second;
     if (!rest.empty() && rest[0] == '-') {
         rest.remove_prefix(1);
@@ -193,84 +206,99 @@ std::optional<Level> prefixed_level(std::string_view text)
     const int other = second.value_or(0);
     switch (letter) {
     case 'p':
-        if (is_layer)
+        if (is_layer) {
             return Level{kLevelPressureLayer,
                          pressure_layer(std::max(*first, other), std::min(*first, other))};
+        }
         return Level{kLevelPressure, *first};
     case 'h':
-        if (is_layer)
+        if (is_layer) {
             return Level{kLevelHeightLayer, height_layer(*first, other)};
+        }
         return Level{kLevelHeight, *first};
     case 'a':
-        if (is_layer)
+        if (is_layer) {
             return Level{kLevelHeightAgLayer, height_layer(*first, other)};
+        }
         return Level{kLevelHeightAg, *first};
     default:
-        if (is_layer)
+        if (is_layer) {
             return Level{kLevelThetaLayer, pack(other, *first)};
+        }
         return Level{kLevelTheta, *first};
     }
 }
 
-// The two parts of a text, and the sign between them; the first character is never that sign,
-// but a sign behind it is.
+/// The two parts of a text, and the sign between them; the first character is never that sign,
+/// but a sign behind it is.
 struct Split {
     std::string first;
     std::string second;
     char sign = '\0';
 };
 
-std::optional<Split> split_at(std::string_view text, char sign, std::size_t from)
+std::optional<Split> split_at(std::string_view text, char sign, size_t from)
 {
-    const std::size_t place = text.find(sign, from);
-    if (place == std::string_view::npos || place + 1 >= text.size())
+    const size_t place = text.find(sign, from);
+    if (place == std::string_view::npos || place + 1 >= text.size()) {
         return std::nullopt;
+    }
     std::string_view second = text.substr(place + 1);
     second = second.substr(0, second.find(' '));
-    if (second.empty())
+    if (second.empty()) {
         return std::nullopt;
+    }
     return Split{std::string(text.substr(0, place)), std::string(second), sign};
 }
 
 std::optional<Split> split_parts(std::string_view text)
 {
-    if (text.size() > 1 && (text[1] == '-' || text[1] == '+'))
+    if (text.size() > 1 && (text[1] == '-' || text[1] == '+')) {
         return split_at(text, text[1], 1);
-    if (std::optional<Split> parts = split_at(text, '-', 2))
+    }
+    if (std::optional<Split> parts = split_at(text, '-', 2)) {
         return parts;
+    }
     return split_at(text, '+', 2);
 }
 
 std::optional<Level> single_level(const Part &part)
 {
     if (!part.number.has_value()) {
-        if (part.begins("sfc"))
+        if (part.begins("sfc")) {
             return Level{kLevelSurface, surface_index(part.text)};
+        }
         return std::nullopt;
     }
-    if (part.unit.empty())
+    if (part.unit.empty()) {
         return Level{kLevelPressure, part.whole()};
+    }
     const Unit *unit = find_unit(part.unit);
-    if (unit == nullptr)
+    if (unit == nullptr) {
         return std::nullopt;
-    if (unit->single == kLevelSigma || unit->single == kLevelEta)
+    }
+    if (unit->single == kLevelSigma || unit->single == kLevelEta) {
         return Level{unit->single, fraction(*part.number)};
+    }
     const double metres = unit->is_feet ? *part.number * kFoot : double{*part.number};
     return Level{unit->single, VAR_whole(metres)};
 }
 
-// Sets the kind of a layer from the unit of one part, and turns feet into metres. False for a
-// unit that no layer has.
+/// Sets the kind of a layer from the unit of one part, and turns feet into metres. False for a
+/// unit that no layer has.
 bool apply_unit(const Part &part, int *kind, int *number)
 {
-    if (part.unit.empty())
+    if (part.unit.empty()) {
         return true;
+    }
     const Unit *unit = find_unit(part.unit);
-    if (unit == nullptr || unit->layer == kNone)
+    if (unit == nullptr || unit->layer == kNone) {
         return false;
+    }
     *kind = unit->layer;
-    if (unit->is_feet && *number != kMissingInt)
+    if (unit->is_feet && *number != kMissingInt) {
         *number = VAR_whole(*number * kFoot);
+    }
     return true;
 }
 
@@ -279,21 +307,23 @@ int layer_value(int kind, const Part &low, int first, const Part &high, int seco
     switch (kind) {
     case kLevelHeightLayer:
     case kLevelHeightAgLayer:
-        if (kind == kLevelHeightLayer && low.is("trop"))
+        if (kind == kLevelHeightLayer && low.is("trop")) {
             first = sign == '+' ? kAboveTropopause : kBelowTropopause;
-        else if (low.begins("sfc"))
+        } else if (low.begins("sfc")) {
             first = 0;
+        }
         return height_layer(first, second);
     case kLevelPressureLayer:
-        if (low.begins("sfc"))
+        if (low.begins("sfc")) {
             first =
                 low.text.size() > 3 ? kFromSurfaceIndex + surface_index(low.text) : kFromSurface;
-        else if (low.is("maxt"))
+        } else if (low.is("maxt")) {
             first = kFromMaxTemp;
-        else if (low.is("trop"))
+        } else if (low.is("trop")) {
             first = kFromTropopause;
-        else if (first < second)
+        } else if (first < second) {
             std::swap(first, second);
+        }
         return pressure_layer(first, second);
     case kLevelSigmaLayer:
     case kLevelEtaLayer:
@@ -308,30 +338,36 @@ std::optional<Level> layer_level(const Split &split)
     const Part low = read_part(split.first);
     const Part high = read_part(split.second);
     const bool is_named = low.begins("sfc") || low.is("maxt") || low.is("trop");
-    if (!high.number.has_value() || !(low.number.has_value() || is_named))
+    if (!high.number.has_value() || !(low.number.has_value() || is_named)) {
         return std::nullopt;
+    }
     int kind = kLevelPressureLayer;
     int first = low.whole();
     int second = high.whole();
-    if (!apply_unit(low, &kind, &first) || !apply_unit(high, &kind, &second))
+    if (!apply_unit(low, &kind, &first) || !apply_unit(high, &kind, &second)) {
         return std::nullopt;
+    }
     return Level{kind, layer_value(kind, low, first, high, second, split.sign)};
 }
 
 std::optional<Level> parse_level(const std::string &text)
 {
-    if (const std::optional<Level> level = keyword_level(text.c_str()))
+    if (const std::optional<Level> level = keyword_level(text.c_str())) {
         return level;
-    if (const std::optional<Level> level = prefixed_level(text))
+    }
+    if (const std::optional<Level> level = prefixed_level(text)) {
         return level;
-    if (text == "-")
+    }
+    if (text == "-") {
         return Level{kLevelDash, 0};
-    if (const std::optional<Split> parts = split_parts(text))
+    }
+    if (const std::optional<Split> parts = split_parts(text)) {
         return layer_level(*parts);
+    }
     return single_level(read_part(text));
 }
 
-// The level of the settings: its class.
+/// The level of the settings: its class.
 int requested_level(int *kind, int *value)
 {
     *kind = static_cast<int>(PRM_get(kPrmLevelKind));
@@ -346,8 +382,9 @@ int default_level(int *kind, int *value)
         *value = base->level_value;
         return base->level_class;
     }
-    if (PRM_get(kPrmLevelKind) == kMissingInt)
+    if (PRM_get(kPrmLevelKind) == kMissingInt) {
         return kGivenClass;
+    }
     return requested_level(kind, value);
 }
 
@@ -356,10 +393,12 @@ int default_level(int *kind, int *value)
 int VAR_level(const char *text, int *kind, int *value)
 {
     const std::string given(VAR_trim(text == nullptr ? "" : text));
-    if (given.empty())
+    if (given.empty()) {
         return default_level(kind, value);
-    if (STR_casecmp(given.c_str(), "level") == 0)
+    }
+    if (STR_casecmp(given.c_str(), "level") == 0) {
         return requested_level(kind, value);
+    }
     if (const std::optional<Level> level = parse_level(given)) {
         *kind = level->kind;
         *value = level->value;

@@ -4,33 +4,37 @@
 
 namespace {
 
-// One element of a pattern: a character, "any character", or a set between brackets.
+/// One element of a pattern: a character, "any character", or a set between brackets.
 struct Element {
     std::string_view text;
 
     bool fits(char c) const
     {
-        if (text[0] == '?' || text[0] == '.')
+        if (text[0] == '?' || text[0] == '.') {
             return true;
-        if (text[0] != '[')
+        }
+        if (text[0] != '[') {
             return text[0] == c;
+        }
         const std::string_view set = text.substr(1, text.find(']') - 1);
-        for (std::size_t i = 0; i < set.size(); ++i) {
+        for (size_t i = 0; i < set.size(); ++i) {
             const bool is_range = i + 2 < set.size() && set[i + 1] == '-';
             const char last = is_range ? set[i + 2] : set[i];
-            if (c >= set[i] && c <= last)
+            if (c >= set[i] && c <= last) {
                 return true;
-            if (is_range)
+            }
+            if (is_range) {
                 i += 2;
+            }
         }
         return false;
     }
 };
 
-// The element at the front of a pattern that isn't empty.
+/// The element at the front of a pattern that isn't empty.
 Element front(std::string_view pattern)
 {
-    const std::size_t end = pattern[0] == '[' ? pattern.find(']') : 0;
+    const size_t end = pattern[0] == '[' ? pattern.find(']') : 0;
     return {pattern.substr(0, end == std::string_view::npos ? end : end + 1)};
 }
 
@@ -41,23 +45,26 @@ bool holds(std::string_view pattern, std::string_view text)
         const Element element = front(pattern);
         pattern.remove_prefix(element.text.size());
         if (element.text == "*") {
-            while (!text.empty() && (pattern.empty() || !front(pattern).fits(text[0])))
+            while (!text.empty() && (pattern.empty() || !front(pattern).fits(text[0]))) {
                 text.remove_prefix(1);
+            }
             continue;
         }
         is_good = is_good && !text.empty() && element.fits(text[0]);
-        if (!text.empty())
+        if (!text.empty()) {
             text.remove_prefix(1);
+        }
     }
     return is_good && text.empty();
 }
 
-// Length of the alternative at the front of a pattern; a '|' inside a set doesn't end it.
-std::size_t alternative_length(std::string_view pattern)
+/// Length of the alternative at the front of a pattern; a '|' inside a set doesn't end it.
+size_t alternative_length(std::string_view pattern)
 {
-    std::size_t length = 0;
-    while (length < pattern.size() && pattern[length] != '|')
+    size_t length = 0;
+    while (length < pattern.size() && pattern[length] != '|') {
         length += front(pattern.substr(length)).text.size();
+    }
     return length;
 }
 
@@ -65,19 +72,23 @@ std::size_t alternative_length(std::string_view pattern)
 
 int VAR_match(const char *pattern, const char *text)
 {
-    if (pattern == nullptr || text == nullptr || *pattern == '\0' || *text == '\0')
+    if (pattern == nullptr || text == nullptr || *pattern == '\0' || *text == '\0') {
         return 0;
+    }
     std::string_view rest = pattern;
     while (true) {
-        const std::size_t length = alternative_length(rest);
+        const size_t length = alternative_length(rest);
         std::string_view alternative = rest.substr(0, length);
         const bool is_turned = !alternative.empty() && alternative[0] == '~';
-        if (is_turned)
+        if (is_turned) {
             alternative.remove_prefix(1);
-        if (holds(alternative, text) != is_turned)
+        }
+        if (holds(alternative, text) != is_turned) {
             return 1;
-        if (length == rest.size())
+        }
+        if (length == rest.size()) {
             return 0;
+        }
         rest.remove_prefix(length + 1);
     }
 }

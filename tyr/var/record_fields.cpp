@@ -93,3 +93,28 @@ size_t tyr::settle_time_and_level(const std::vector<std::string> &fields, VarRec
     }
     return 0;
 }
+
+size_t tyr::find_closing(std::string_view text, size_t open, char closing)
+{
+    int depth = 0;
+    for (size_t i = open; i < text.size(); ++i) {
+        if (text[i] == text[open]) {
+            ++depth;
+        } else if (text[i] == closing && --depth == 0) {
+            return i;
+        }
+    }
+    return std::string_view::npos;
+}
+
+std::string tyr::take_file(std::string *text)
+{
+    constexpr size_t kPrefix = 3;
+    if (!STR_has_prefix(*text, "fi:")) {
+        return {};
+    }
+    const size_t end = text->find(':', kPrefix);
+    std::string file = text->substr(kPrefix, end == std::string::npos ? end : end - kPrefix);
+    *text = end == std::string::npos ? std::string() : text->substr(end + 1);
+    return file;
+}

@@ -31,4 +31,10 @@ int word_type(const std::string &word);
 /// name's field
 size_t settle_time_and_level(const std::vector<std::string> &fields, VarRec *record);
 
+/// Place of the bracket that closes the one at `open`, by the nesting of its kind; npos for none.
+size_t find_closing(std::string_view text, size_t open, char closing);
+
+/// Splits "fi:file:expression": the file, and what stays in the text; empty without that form.
+std::string take_file(std::string *text);
+
 } // namespace tyr

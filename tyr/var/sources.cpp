@@ -24,7 +24,7 @@ struct State {
 };
 State state;
 
-// One line of the model file.
+/// One line of the model file.
 struct Model {
     std::optional<int> center;
     int number = 0;
@@ -41,8 +41,9 @@ std::optional<Model> read_model(std::string_view line)
         number = VAR_take_int(&line);
     }
     model.name = VAR_trim(line);
-    if (!number.has_value() || model.name.empty())
+    if (!number.has_value() || model.name.empty()) {
         return std::nullopt;
+    }
     model.number = *number;
     return model;
 }
@@ -56,8 +57,9 @@ bool find_model(int code, std::string *name)
     while (VAR_next_line(state.models.get(), &line)) {
         const std::optional<Model> model = read_model(line);
         if (!model.has_value() || model->number != number ||
-            model->center.value_or(center) != center)
+            model->center.value_or(center) != center) {
             continue;
+        }
         *name = model->name;
         return true;
     }
@@ -79,8 +81,9 @@ char *VAR_source(char *out, int code)
     while (VAR_next_line(file.get(), &line)) {
         std::string_view rest = line;
         const std::optional<int> number = VAR_take_int(&rest);
-        if (!number.has_value() || *number != code || VAR_trim(rest).empty())
+        if (!number.has_value() || *number != code || VAR_trim(rest).empty()) {
             continue;
+        }
         STR_copy(out, kSourceTextSize, VAR_trim(rest));
         break;
     }
@@ -90,8 +93,9 @@ char *VAR_source(char *out, int code)
 char *VAR_model(char *out, int code)
 {
     *out = '\0';
-    if (state.models == nullptr || state.path != VAR_data_path(kModelFile))
+    if (state.models == nullptr || state.path != VAR_data_path(kModelFile)) {
         state = State{VAR_open_data(kModelFile), VAR_data_path(kModelFile), kMissingInt, {}};
+    }
     if (state.models == nullptr) {
         MSG_out(kMsgWarnA, "VAR_model: Unable to open file: %s\n", state.path.c_str());
         return out;

@@ -2,8 +2,8 @@
 
 #include <cstddef>
 
-inline constexpr std::size_t kSourceTextSize = 41; ///< room for VAR_source
-inline constexpr std::size_t kModelTextSize = 81;  ///< room for VAR_model
+inline constexpr size_t kSourceTextSize = 41; ///< room for VAR_source
+inline constexpr size_t kModelTextSize = 81;  ///< room for VAR_model
 
 /// Name of a data source by its number, from "source.lup"; empty if the file hasn't got it.
 /// @param[out] out  kSourceTextSize bytes. Returns out, or null after a message without the file

@@ -35,7 +35,7 @@ constexpr std::array<RangeWord, 9> kRangeWords{
      {"var", kRangeVariance}}
 };
 
-// The pieces of "word-number suffix".
+/// The pieces of "word-number suffix".
 struct Pieces {
     std::string word;
     std::optional<int> number;
@@ -45,14 +45,16 @@ struct Pieces {
 Pieces split(std::string_view text)
 {
     Pieces pieces;
-    const std::size_t dash = text.find('-');
+    const size_t dash = text.find('-');
     pieces.word = text.substr(0, dash);
-    if (dash == std::string_view::npos)
+    if (dash == std::string_view::npos) {
         return pieces;
+    }
     text.remove_prefix(dash + 1);
     pieces.number = VAR_take_int(&text);
-    if (pieces.number.has_value())
+    if (pieces.number.has_value()) {
         pieces.suffix = VAR_trim(text);
+    }
     return pieces;
 }
 
@@ -67,35 +69,39 @@ bool is_letter_and_digit(const std::string &word, char letter)
            std::isdigit(static_cast<unsigned char>(word[1])) != 0;
 }
 
-// A number of hours, or nothing where it makes no sense.
+/// A number of hours, or nothing where it makes no sense.
 std::optional<int> hours(long long value)
 {
-    if (value < -kMaxHours || value > kMaxHours)
+    if (value < -kMaxHours || value > kMaxHours) {
         return std::nullopt;
+    }
     return static_cast<int>(value);
 }
 
-// The range that ends at `last` and began `length` hours before.
+/// The range that ends at `last` and began `length` hours before.
 std::optional<int> range(int last, int length, const std::string &suffix)
 {
     int code = kRangePlain;
-    for (const RangeWord &known : kRangeWords)
-        if (is_word(suffix, known.text))
+    for (const RangeWord &known : kRangeWords) {
+        if (is_word(suffix, known.text)) {
             code = known.code;
+        }
+    }
     const long long first = static_cast<long long>(last) - length;
     const long long packed = static_cast<long long>(code) * kRangeUnit + first * 1000 + last;
     return hours(packed);
 }
 
-// A time with its suffix, if it has one.
+/// A time with its suffix, if it has one.
 std::optional<int> with_suffix(std::optional<int> time, const Pieces &pieces)
 {
-    if (!time.has_value() || pieces.suffix.empty())
+    if (!time.has_value() || pieces.suffix.empty()) {
         return time;
+    }
     return range(*time, *pieces.number, pieces.suffix);
 }
 
-// The default for an empty text, with its class.
+/// The default for an empty text, with its class.
 int default_time(int *time)
 {
     if (const VarBase *base = VAR_base_top()) {
@@ -111,54 +117,66 @@ std::optional<int> relative_time(const Pieces &pieces)
 {
     int base = 0;
     default_time(&base);
-    if (base == kMissingInt)
+    if (base == kMissingInt) {
         base = 0;
-    if (!pieces.number.has_value())
+    }
+    if (!pieces.number.has_value()) {
         return base;
+    }
     const int last = base % 1000;
-    if (pieces.suffix.empty())
+    if (pieces.suffix.empty()) {
         return hours(static_cast<long long>(last) - *pieces.number);
+    }
     return range(last, *pieces.number, pieces.suffix);
 }
 
 std::optional<int> analysis_time(const Pieces &pieces)
 {
-    if (pieces.suffix.empty())
+    if (pieces.suffix.empty()) {
         return 0;
+    }
     const std::optional<int> code = range(0, 0, pieces.suffix);
     return hours(static_cast<long long>(*code) + *pieces.number * 1000LL);
 }
 
-// A number of days or hours at the front of the word, behind a letter or with a unit.
+/// A number of days or hours at the front of the word, behind a letter or with a unit.
 std::optional<int> counted_time(const Pieces &pieces)
 {
     std::string_view rest = pieces.word;
     const bool has_letter = std::isdigit(static_cast<unsigned char>(rest[0])) == 0;
-    if (has_letter)
+    if (has_letter) {
         rest.remove_prefix(1);
+    }
     const long long number = VAR_take_int(&rest).value_or(0);
     const std::string unit(has_letter ? pieces.word.substr(0, 1) : std::string(VAR_trim(rest)));
-    if (is_word(unit, "day") || is_word(unit, "d"))
+    if (is_word(unit, "day") || is_word(unit, "d")) {
         return hours(number * kDay);
-    if (is_word(unit, ".5day") || is_word(unit, "e"))
+    }
+    if (is_word(unit, ".5day") || is_word(unit, "e")) {
         return hours(number * kDay + kDay / 2);
+    }
     return hours(number);
 }
 
 std::optional<int> given_time(const Pieces &pieces)
 {
     const std::string &word = pieces.word;
-    if (is_word(word, "anal"))
+    if (is_word(word, "anal")) {
         return analysis_time(pieces);
-    if (is_word(word, "miss"))
+    }
+    if (is_word(word, "miss")) {
         return kMissingInt;
-    if (is_word(word, "init") || is_word(word, "in"))
+    }
+    if (is_word(word, "init") || is_word(word, "in")) {
         return 0;
-    if (is_letter_and_digit(word, 'd') || is_letter_and_digit(word, 'e'))
+    }
+    if (is_letter_and_digit(word, 'd') || is_letter_and_digit(word, 'e')) {
         return counted_time(pieces);
+    }
     const bool is_number = !word.empty() && std::isdigit(static_cast<unsigned char>(word[0])) != 0;
-    if (is_number || is_letter_and_digit(word, 'h'))
+    if (is_number || is_letter_and_digit(word, 'h')) {
         return with_suffix(counted_time(pieces), pieces);
+    }
     return std::nullopt;
 }
 
@@ -167,13 +185,15 @@ std::optional<int> given_time(const Pieces &pieces)
 int VAR_time(const char *text, int *time)
 {
     const std::string_view given = VAR_trim(text == nullptr ? "" : text);
-    if (given.empty())
+    if (given.empty()) {
         return default_time(time);
+    }
     const Pieces pieces = split(given);
     const bool is_relative = is_word(pieces.word, "time");
     const std::optional<int> value = is_relative ? relative_time(pieces) : given_time(pieces);
-    if (!value.has_value())
+    if (!value.has_value()) {
         return 0;
+    }
     *time = *value;
     return is_relative ? kDefaultClass : kGivenClass;
 }

@@ -66,26 +66,32 @@ std::string_view function_word(const char *name)
 
 int VAR_plot_code(const char *word)
 {
-    for (const Word &known : kPlotWords)
-        if (STR_casecmp(word, known.text) == 0)
+    for (const Word &known : kPlotWords) {
+        if (STR_casecmp(word, known.text) == 0) {
             return known.code;
+        }
+    }
     return -1;
 }
 
 const char *VAR_plot_name(int code)
 {
-    for (const Word &known : kPlotNames)
-        if (known.code == code)
+    for (const Word &known : kPlotNames) {
+        if (known.code == code) {
             return known.text;
+        }
+    }
     return "----";
 }
 
 int GRD_func_type(const char *name)
 {
     const std::string_view word = function_word(name);
-    for (const Word &known : kWindFunctions)
-        if (word == known.text)
+    for (const Word &known : kWindFunctions) {
+        if (word == known.text) {
             return known.code;
+        }
+    }
     const bool is_known = !word.empty() && std::find(kGridFunctions.begin(), kGridFunctions.end(),
                                                      word) != kGridFunctions.end();
     return is_known ? kTypeGrid : 0;

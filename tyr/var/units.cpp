@@ -20,7 +20,7 @@ constexpr unsigned kFileTrace = 0x80000000;
 constexpr int kMaxUnit = 15; // characters of a unit text
 constexpr const char *kUnitsFile = "units.lup";
 
-// A unit text in its two parts: the number in front, and the unit as the file has it.
+/// A unit text in its two parts: the number in front, and the unit as the file has it.
 struct Unit {
     float scale = 1.0F;
     std::string name;
@@ -56,11 +56,11 @@ std::string file_name(std::string_view unit)
 
 std::string_view skip_blanks(std::string_view text)
 {
-    const std::size_t first = text.find_first_not_of(' ');
+    const size_t first = text.find_first_not_of(' ');
     return first == std::string_view::npos ? std::string_view{} : text.substr(first);
 }
 
-// Takes the number in front of a unit text apart: a power, a number, or a minus.
+/// Takes the number in front of a unit text apart: a power, a number, or a minus.
 Unit read_unit(std::string_view text, const char *which)
 {
     std::string_view rest = text;
@@ -88,7 +88,7 @@ Unit read_unit(std::string_view text, const char *which)
     return {1.0F, file_name(text)};
 }
 
-// Reads the conversion "*scale+offset" or "*scale-offset", every piece optional.
+/// Reads the conversion "*scale+offset" or "*scale-offset", every piece optional.
 void read_conversion(std::string_view text, UnitConversion *conversion)
 {
     if (!text.empty() && text[0] == '*') {
@@ -106,7 +106,7 @@ void read_conversion(std::string_view text, UnitConversion *conversion)
     }
 }
 
-// Finds a pair in the file, case ignored as everywhere with units; without it nothing changes.
+/// Finds a pair in the file, case ignored as everywhere with units; without it nothing changes.
 void find_pair(FILE *file, const std::string &from, const std::string &to,
                UnitConversion *conversion)
 {
@@ -117,8 +117,9 @@ void find_pair(FILE *file, const std::string &from, const std::string &to,
         std::string second;
         std::string third;
         words >> first >> second >> third;
-        if (first.empty() || first[0] == '#' || !is_same(first, from) || !is_same(second, to))
+        if (first.empty() || first[0] == '#' || !is_same(first, from) || !is_same(second, to)) {
             continue;
+        }
         read_conversion(third, conversion);
         MSG_out(kMsgDebugC, "%s %s %s %f %f\n", first.c_str(), second.c_str(), third.c_str(),
                 double{conversion->scale}, double{conversion->offset});
@@ -132,15 +133,18 @@ UnitConversion tyr::find_unit_conversion(const char *from, const char *to)
 {
     const std::string from_text = unit_text(from);
     const std::string to_text = unit_text(to);
-    if (is_same(from_text, to_text) || (!from_text.empty() && to_text.empty()))
+    if (is_same(from_text, to_text) || (!from_text.empty() && to_text.empty())) {
         return {};
-    if (is_same(from_text, state.from) && is_same(to_text, state.to))
+    }
+    if (is_same(from_text, state.from) && is_same(to_text, state.to)) {
         return state.conversion;
+    }
     const Unit in = read_unit(from_text, "ISC");
     const Unit out = read_unit(to_text, "OSC");
     UnitConversion conversion{in.scale, out.scale, 1.0F, 0.0F};
-    if (is_same(in.name, out.name))
+    if (is_same(in.name, out.name)) {
         return conversion;
+    }
     const FilePtr file = VAR_open_data(kUnitsFile);
     if (file == nullptr) {
         MSG_out(kFileTrace, "Unable to open units file: %s\n", VAR_data_path(kUnitsFile).c_str());
@@ -153,8 +157,9 @@ UnitConversion tyr::find_unit_conversion(const char *from, const char *to)
 
 float UNIT_convert(const char *from, const char *to, float value)
 {
-    if (is_missing(value))
+    if (is_missing(value)) {
         return kMissing;
+    }
     return tyr::find_unit_conversion(from, to).apply(value);
 }
 

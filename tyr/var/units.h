@@ -5,7 +5,7 @@
 
 #include "tyr/base/missing.h"
 
-inline constexpr std::size_t kUnitTextRoom = 32; ///< bytes that UNIT_scale_text fills at most
+inline constexpr size_t kUnitTextRoom = 32; ///< bytes that UNIT_scale_text fills at most
 
 /// Converts a value between two unit texts by "units.lup", found by `file_path`.
 ///

@@ -14,8 +14,8 @@
 
 namespace {
 
-constexpr std::size_t kMaxAbbreviation = 8;
-constexpr std::size_t kMaxTitle = 79;
+constexpr size_t kMaxAbbreviation = 8;
+constexpr size_t kMaxTitle = 79;
 
 struct State {
     FilePtr file;
@@ -25,7 +25,7 @@ struct State {
 };
 State state;
 
-// Takes the next word off the front of a line.
+/// Takes the next word off the front of a line.
 std::string_view take_word(std::string_view *line)
 {
     *line = VAR_trim(*line);
@@ -34,29 +34,35 @@ std::string_view take_word(std::string_view *line)
     return word;
 }
 
-// Adds a piece of a definition without its blanks. True if a backslash at its end says that the
-// next line goes on with it; the backslash is dropped.
+/// Adds a piece of a definition without its blanks. True if a backslash at its end says that the
+/// next line goes on with it; the backslash is dropped.
 bool add_definition(std::string_view piece, std::string *definition)
 {
-    for (const char c : piece)
-        if (c != ' ' && c != '\t')
+    for (const char c : piece) {
+        if (c != ' ' && c != '\t') {
             definition->push_back(c);
+        }
+    }
     const bool goes_on = !definition->empty() && definition->back() == '\\';
-    if (goes_on)
+    if (goes_on) {
         definition->pop_back();
+    }
     return goes_on;
 }
 
-// A test "mo=pattern", "le=pattern" or "ft=pattern".
+/// A test "mo=pattern", "le=pattern" or "ft=pattern".
 bool holds(const std::string &test)
 {
     const std::string pattern = test.size() > 3 ? test.substr(3) : "";
-    if (STR_has_prefix(test, "mo="))
+    if (STR_has_prefix(test, "mo=")) {
         return VAR_match(pattern.c_str(), state.model.c_str()) == 1;
-    if (STR_has_prefix(test, "le="))
+    }
+    if (STR_has_prefix(test, "le=")) {
         return VAR_match(pattern.c_str(), state.level.c_str()) == 1;
-    if (STR_has_prefix(test, "ft="))
+    }
+    if (STR_has_prefix(test, "ft=")) {
         return VAR_match(pattern.c_str(), state.time.c_str()) == 1;
+    }
     return test == "1";
 }
 
@@ -75,8 +81,9 @@ int VAR_open_file(const char *name)
         file = std::string(RES_program_name(program.data())) + ".var";
     }
     state.file = VAR_open_data(file.c_str());
-    if (state.file != nullptr)
+    if (state.file != nullptr) {
         return 1;
+    }
     MSG_out(kMsgWarnA, "VAR_open_file: Unable to open var file: %s\n",
             VAR_data_path(file.c_str()).c_str());
     return 0;
@@ -89,8 +96,9 @@ void VAR_close_file()
 
 bool VAR_file_rewind()
 {
-    if (state.file == nullptr)
+    if (state.file == nullptr) {
         return false;
+    }
     std::rewind(state.file.get());
     return true;
 }
@@ -107,10 +115,12 @@ bool VAR_file_next(VarFileEntry *entry)
         entry->condition = take_word(&rest);
         bool goes_on = add_definition(rest, &entry->definition);
         while (goes_on && entry->definition.size() < kMaxVarDefinition &&
-               VAR_next_line(state.file.get(), &line))
+               VAR_next_line(state.file.get(), &line)) {
             goes_on = add_definition(line, &entry->definition);
-        if (!entry->condition.empty() && entry->abbreviation[0] != '#')
+        }
+        if (!entry->condition.empty() && entry->abbreviation[0] != '#') {
             return true;
+        }
     }
     return false;
 }
@@ -126,20 +136,23 @@ int VAR_condition(const char *condition)
 {
     for (const std::string &alternative : STR_fields(text_of(condition), ',')) {
         const std::vector<std::string> tests = STR_fields(alternative, '&');
-        if (!tests.empty() && std::all_of(tests.begin(), tests.end(), holds))
+        if (!tests.empty() && std::all_of(tests.begin(), tests.end(), holds)) {
             return 1;
+        }
     }
     return 0;
 }
 
 int VAR_lookup(const char *name, char *definition)
 {
-    if (name == nullptr || *name == '\0' || !VAR_file_rewind())
+    if (name == nullptr || *name == '\0' || !VAR_file_rewind()) {
         return 0;
+    }
     VarFileEntry entry;
     while (VAR_file_next(&entry)) {
-        if (entry.abbreviation != name)
+        if (entry.abbreviation != name) {
             continue;
+        }
         if (entry.definition.size() >= kMaxVarDefinition) {
             MSG_out(kMsgWarn, "VAR_lookup: Definition of %s is longer than %d characters\n", name,
                     static_cast<int>(kMaxVarDefinition) - 1);
@@ -158,7 +171,8 @@ int VAR_print_list()
     MSG_out(kMsgPrint, " Abbr    Description\n");
     VAR_file_rewind();
     VarFileEntry entry;
-    while (VAR_file_next(&entry))
+    while (VAR_file_next(&entry)) {
         MSG_out(kMsgPrint, "%-8s %-50s\n", entry.abbreviation.c_str(), entry.title.c_str());
+    }
     return -1;
 }

@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <string>
 
-inline constexpr std::size_t kMaxVarDefinition = 512; ///< room that VAR_lookup's caller gives
+inline constexpr size_t kMaxVarDefinition = 512; ///< room that VAR_lookup's caller gives
 
 /// One entry of the variable file, its continuation lines joined.
 struct VarFileEntry {

@@ -12,7 +12,7 @@
 
 namespace {
 
-constexpr std::size_t kMaxTitle = 30;
+constexpr size_t kMaxTitle = 30;
 
 struct Entry {
     std::string title;
@@ -30,8 +30,9 @@ std::vector<MenuRow> menu_rows()
         {"Return to previous menu", "back", 0, nullptr}
     };
     int value = 0;
-    for (const Entry &entry : state.entries)
+    for (const Entry &entry : state.entries) {
         rows.push_back({entry.title.c_str(), entry.abbreviation.c_str(), ++value, nullptr});
+    }
     rows.push_back({nullptr, nullptr, 0, nullptr});
     return rows;
 }
@@ -41,12 +42,15 @@ std::vector<MenuRow> menu_rows()
 int VAR_read_menu()
 {
     state.entries.clear();
-    if (!VAR_file_rewind())
+    if (!VAR_file_rewind()) {
         return 0;
+    }
     VarFileEntry entry;
-    while (state.entries.size() + 1 < kMaxVarMenu && VAR_file_next(&entry))
-        if (VAR_condition(entry.condition.c_str()) == 1)
+    while (state.entries.size() + 1 < kMaxVarMenu && VAR_file_next(&entry)) {
+        if (VAR_condition(entry.condition.c_str()) == 1) {
             state.entries.push_back({entry.title.substr(0, kMaxTitle), entry.abbreviation});
+        }
+    }
     return 1;
 }
 

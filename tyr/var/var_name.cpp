@@ -22,7 +22,7 @@ struct State {
 };
 State state;
 
-// Measures of an ensemble that a name may ask for.
+/// Measures of an ensemble that a name may ask for.
 enum class Ensemble { none, member, probability, mean, deviation };
 
 constexpr long long kMeanBase = 19000000;
@@ -33,7 +33,7 @@ constexpr long long kPositiveBase = 19340000;
 constexpr long long kBelowBase = 1910001000; // comparison '<'; the others in steps of 1000
 constexpr long long kNegativeValue = 5000;   // further on for values below 0
 
-// A name taken apart.
+/// A name taken apart.
 struct Name {
     Ensemble kind = Ensemble::none;
     char sign = 'c';    // of a member, or the comparison of a probability
@@ -43,35 +43,41 @@ struct Name {
 
 bool take_prefix(std::string_view *text, std::string_view prefix)
 {
-    if (text->substr(0, prefix.size()) != prefix)
+    if (text->substr(0, prefix.size()) != prefix) {
         return false;
+    }
     text->remove_prefix(prefix.size());
     return true;
 }
 
-// Reads "ensprob[<value]" or "ens[+n]" from the front of a text, with its bracket.
+/// Reads "ensprob[<value]" or "ens[+n]" from the front of a text, with its bracket.
 bool take_bracket(std::string_view *text, bool is_probability, Name *name)
 {
     std::string_view rest = *text;
-    if (rest.empty())
+    if (rest.empty()) {
         return false;
+    }
     const bool has_sign = is_probability || std::isdigit(static_cast<unsigned char>(rest[0])) == 0;
     name->sign = has_sign ? rest[0] : 'c';
-    if (has_sign)
+    if (has_sign) {
         rest.remove_prefix(1);
+    }
     if (is_probability) {
         const std::optional<float> value = VAR_take_real(&rest);
         name->value = value.value_or(0.0F);
-        if (!value.has_value())
+        if (!value.has_value()) {
             return false;
+        }
     } else {
         const std::optional<int> value = VAR_take_int(&rest);
         name->value = static_cast<float>(value.value_or(0));
-        if (!value.has_value())
+        if (!value.has_value()) {
             return false;
+        }
     }
-    if (!take_prefix(&rest, "]"))
+    if (!take_prefix(&rest, "]")) {
         return false;
+    }
     *text = rest;
     return true;
 }
@@ -80,26 +86,28 @@ Name read_name(std::string_view text)
 {
     Name name;
     std::string_view rest = text;
-    if (take_prefix(&rest, "ensmean[]"))
+    if (take_prefix(&rest, "ensmean[]")) {
         name.kind = Ensemble::mean;
-    else if (take_prefix(&rest, "ensdev[]"))
+    } else if (take_prefix(&rest, "ensdev[]")) {
         name.kind = Ensemble::deviation;
-    else if (take_prefix(&rest, "ensprob[") && take_bracket(&rest, true, &name))
+    } else if (take_prefix(&rest, "ensprob[") && take_bracket(&rest, true, &name)) {
         name.kind = Ensemble::probability;
-    else if (take_prefix(&rest, "ens[") && take_bracket(&rest, false, &name))
+    } else if (take_prefix(&rest, "ens[") && take_bracket(&rest, false, &name)) {
         name.kind = Ensemble::member;
-    else
+    } else {
         rest = text;
+    }
     name.base = rest.substr(0, rest.find('-'));
     return name;
 }
 
-// The number for a probability: comparison and packed threshold behind the variable's number.
+/// The number for a probability: comparison and packed threshold behind the variable's number.
 long long probability_number(long long number, const Name &name)
 {
-    const std::size_t comparison = std::string_view("<>^").find(name.sign);
-    if (comparison == std::string_view::npos)
+    const size_t comparison = std::string_view("<>^").find(name.sign);
+    if (comparison == std::string_view::npos) {
         return number;
+    }
     const long long base = kBelowBase + static_cast<long long>(comparison) * 1000;
     const long long packed = VAR_pack_value(name.value);
     return number * 10000 + (packed >= 0 ? base + packed : base + kNegativeValue - packed);
@@ -118,10 +126,12 @@ long long ensemble_number(long long number, const Name &name)
     case Ensemble::probability:
         return probability_number(number, name);
     case Ensemble::member:
-        if (name.sign == '-')
+        if (name.sign == '-') {
             return number + member + kNegativeBase;
-        if (name.sign == '+')
+        }
+        if (name.sign == '+') {
             return number + member + kPositiveBase;
+        }
         return name.sign == 'c' ? number + kControlBase : number;
     }
     return number;
@@ -138,7 +148,7 @@ bool is_grid_or_vector(int type)
     return type >= kTypeGrid && type <= kTypeStream;
 }
 
-// The type of a record, from its part in the expression, the plot type and the base.
+/// The type of a record, from its part in the expression, the plot type and the base.
 int settle_type(const std::string &name, const VarRec &record)
 {
     const auto plot = static_cast<int>(PRM_get(kPrmPlotType));
@@ -147,29 +157,36 @@ int settle_type(const std::string &name, const VarRec &record)
     MSG_out(kMsgDebugC, "TYPE: %d cur:%d def:%d fl: %d plt: %d\n", record.type,
             base == nullptr ? kMissingInt : base->type, state.default_type, record.role, plot);
     const int digit = record.role % 10;
-    if (digit == kRoleVector)
+    if (digit == kRoleVector) {
         return is_grid_or_vector(plot) ? plot : kTypeGrid;
-    if (digit == kRoleFunction && function != 0)
+    }
+    if (digit == kRoleFunction && function != 0) {
         return is_grid_or_vector(plot) ? plot : function;
-    if (is_drawn_grid(plot))
+    }
+    if (is_drawn_grid(plot)) {
         return plot;
-    if (base != nullptr && is_grid_or_vector(base->type))
+    }
+    if (base != nullptr && is_grid_or_vector(base->type)) {
         return kTypeGrid;
-    if (record.type != kMissingInt)
+    }
+    if (record.type != kMissingInt) {
         return record.type;
+    }
     MSG_out(kMsgDebugC, "DATA TYPE: %d\n", state.default_type);
     return state.default_type;
 }
 
-// Takes the numbers, or for a number the name, from the catalogue.
+/// Takes the numbers, or for a number the name, from the catalogue.
 void apply_catalogue(const std::string &base, VarRec *record)
 {
     int number = 0;
     std::string_view digits = base;
-    if (!base.empty() && std::isdigit(static_cast<unsigned char>(base[0])) != 0)
+    if (!base.empty() && std::isdigit(static_cast<unsigned char>(base[0])) != 0) {
         number = VAR_take_int(&digits).value_or(0);
-    if (number != 0)
+    }
+    if (number != 0) {
         record->var_number = number;
+    }
     const char *word = base[0] == '+' ? base.c_str() + 1 : base.c_str();
     for (const CatalogueEntry &entry : VAR_catalogue()) {
         if (number != 0 && number == entry.numbers[0]) {
@@ -197,16 +214,18 @@ void VAR_set_default_type(int type)
 int VAR_name(const char *name, VarRec *record)
 {
     const std::string given = name == nullptr ? "" : name;
-    if (!STR_copy(record->name, kVarNameSize, given))
+    if (!STR_copy(record->name, kVarNameSize, given)) {
         MSG_out(kMsgWarn, "VAR_name: Name cut to %d characters: %s\n",
                 static_cast<int>(kVarNameSize) - 1, given.c_str());
+    }
     if (!given.empty() && given[0] == '#') {
         record->type = kTypeConst;
         return 1;
     }
     record->type = settle_type(given, *record);
-    if (given.empty())
+    if (given.empty()) {
         return 0;
+    }
     const Name parts = read_name(given);
     apply_catalogue(parts.base, record);
     if (parts.kind != Ensemble::none) {
@@ -222,8 +241,9 @@ int VAR_name(const char *name, VarRec *record)
 int VAR_pack_value(float x)
 {
     constexpr double kRounding = 1.000001; // 0.12 as a float lies just below 0.12
-    if (x == 0.0F || !std::isfinite(x))
+    if (x == 0.0F || !std::isfinite(x)) {
         return 0;
+    }
     const double a = std::abs(double{x}) * kRounding;
     const int exponent = VAR_whole(std::log10(a) + 5.0) - 5;
     int code = exponent;

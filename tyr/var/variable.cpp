@@ -21,7 +21,7 @@ struct State {
 };
 State state;
 
-// Record i of those that count, null for none.
+/// Record i of those that count, null for none.
 const VarRec *counted(int i)
 {
     return i >= 0 && i < state.count ? VAR_get(i) : nullptr;
@@ -69,14 +69,15 @@ VarRec *VAR_get_list()
 
 VarRec *VAR_get(int i)
 {
-    return i >= 0 && i < kMaxVariables ? &state.list[static_cast<std::size_t>(i)] : nullptr;
+    return i >= 0 && i < kMaxVariables ? &state.list[static_cast<size_t>(i)] : nullptr;
 }
 
 int VAR_is_point(int i)
 {
     const VarRec *record = counted(i);
-    if (record == nullptr)
+    if (record == nullptr) {
         return 0;
+    }
     const bool is_word = record->type >= kTypeMap && record->type <= kTypePanel;
     return (record->type < kTypeGrid && !is_word) || record->type > kTypeStream ? 1 : 0;
 }

@@ -2,10 +2,10 @@
 
 #include <cstddef>
 
-inline constexpr int kMaxVariables = 60;           ///< records of the variable list
-inline constexpr std::size_t kVarNameSize = 20;    ///< bytes of VarRec::name
-inline constexpr std::size_t kVarUnitsSize = 16;   ///< bytes of VarRec::units
-inline constexpr std::size_t kVarFormatSize = 103; ///< bytes of VarRec::format
+inline constexpr int kMaxVariables = 60;      ///< records of the variable list
+inline constexpr size_t kVarNameSize = 20;    ///< bytes of VarRec::name
+inline constexpr size_t kVarUnitsSize = 16;   ///< bytes of VarRec::units
+inline constexpr size_t kVarFormatSize = 103; ///< bytes of VarRec::format
 
 /// One parsed variable of an expression. Unset numbers are kMissingInt, unset texts empty.
 struct VarRec {
