@@ -309,15 +309,15 @@ int GIF_write(const char *path, ImageRec *image)
     if (!image_fits("GIF_write", *image)) {
         return 0;
     }
-    FilePtr file(FILE_open(path, "wb"));
-    if (!file) {
+    WholeFile file;
+    if (!file.open(path)) {
         MSG_out(kMsgWarn, "Unable to open GIF file\n");
         return 0;
     }
     const IndexedImage indexed = image_index(*image);
     image_store_places(indexed, image);
-    write_picture(file.get(), *image, indexed);
-    return image_close("GIF_write", path, std::move(file)) ? 1 : 0;
+    write_picture(file.stream(), *image, indexed);
+    return image_close("GIF_write", path, file) ? 1 : 0;
 }
 
 void gset_gif_interlace(int on)

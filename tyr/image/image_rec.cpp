@@ -124,9 +124,9 @@ unsigned tyr::image_color_level(float part, unsigned full)
     return part > 0.0F ? static_cast<unsigned>(std::min(part, 1.0F) * static_cast<float>(full)) : 0;
 }
 
-bool tyr::image_close(const char *routine, const char *path, FilePtr file)
+bool tyr::image_close(const char *routine, const char *path, WholeFile &file)
 {
-    if (FILE_close(file.release()) == 0) {
+    if (file.keep() == 0) {
         return true;
     }
     MSG_out(kMsgWarn, "%s: Unable to write: %s\n", routine, path);

@@ -285,15 +285,14 @@ int IMG_write_png(const char *path, ImageRec *image)
     if (!image_fits("IMG_write_png", *image)) {
         return 0;
     }
-    FilePtr file(FILE_open(path, "wb"));
-    if (!file) {
+    WholeFile file;
+    if (!file.open(path)) {
         MSG_out(kMsgWarn, "Unable to open PNG file\n");
         return 0;
     }
     IndexedImage indexed = image_index(*image);
     MSG_out(kMsgDebug, "num_color: %d\n", static_cast<int>(indexed.values.size()));
-    return write_indexed(file.get(), indexed, *image) &&
-                   image_close("IMG_write_png", path, std::move(file))
+    return write_indexed(file.stream(), indexed, *image) && image_close("IMG_write_png", path, file)
                ? 1
                : 0;
 }

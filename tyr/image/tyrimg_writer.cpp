@@ -133,8 +133,8 @@ int IMG_write_tyr(const char *path, ImageRec *image, int compress)
     if (!image_fits("IMG_write_tyr", *image)) {
         return 0;
     }
-    FilePtr file(FILE_open(path, "wb"));
-    if (!file) {
+    WholeFile file;
+    if (!file.open(path)) {
         MSG_out(kMsgWarn, "Unable to open: %s\n", path);
         return 0;
     }
@@ -142,9 +142,9 @@ int IMG_write_tyr(const char *path, ImageRec *image, int compress)
     const std::string head = std::string(kMagic) + (deflates ? "Z" : "") + "\n" +
                              comment_text(image->date_text) + "\n" + comment_text(image->info) +
                              "\n" + place_text(*image);
-    std::fwrite(head.data(), 1, head.size(), file.get());
-    const bool is_out = write_data(file.get(), grey_bytes(*image), deflates);
-    return image_close("IMG_write_tyr", path, std::move(file)) && is_out ? 1 : 0;
+    std::fwrite(head.data(), 1, head.size(), file.stream());
+    const bool is_out = write_data(file.stream(), grey_bytes(*image), deflates);
+    return is_out && image_close("IMG_write_tyr", path, file) ? 1 : 0;
 }
 
 void tyr::image_fit_domain(DomainRec *domain, int width, int height)

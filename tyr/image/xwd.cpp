@@ -301,8 +301,8 @@ int IMG_write_xwd(const char *path, ImageRec *image)
     if (!image_fits("IMG_write_xwd", *image)) {
         return 0;
     }
-    FilePtr file(FILE_open(path, "wb"));
-    if (!file) {
+    WholeFile file;
+    if (!file.open(path)) {
         complain("Unable to open dump file\n");
         return 0;
     }
@@ -313,10 +313,10 @@ int IMG_write_xwd(const char *path, ImageRec *image)
     MSG_out(kMsgDebug, "Depth: %d\n", image->depth);
     MSG_out(kMsgDebug, "Bytes per line: %d\n", image->bytes_per_line);
     MSG_out(kMsgDebug, "Number of colors: %d\n", image->ncolors);
-    if (!write_dump(file.get(), *image)) {
+    if (!write_dump(file.stream(), *image)) {
         return 0;
     }
-    if (FILE_close(file.release()) != 0) {
+    if (file.keep() != 0) {
         complain("Unable to write to XWD file.\n");
         return 0;
     }

@@ -52,8 +52,11 @@ bool Output::open(const char *target)
     if (kind_ == Kind::pipe) {
         std::fflush(nullptr); // or the command's own output would come ahead of ours
     }
-    stream_ = FILE_open(kind_ == Kind::append ? name_.c_str() : target,
-                        kind_ == Kind::append ? "a" : "w");
+    if (kind_ == Kind::file) {
+        stream_ = whole_.open(target) ? whole_.stream() : nullptr;
+    } else {
+        stream_ = kind_ == Kind::append ? FILE_open(name_.c_str(), "a") : FILE_open(target, "w");
+    }
     if (stream_ != nullptr && kind_ == Kind::pipe) {
         old_sigpipe_ = std::signal(SIGPIPE, SIG_IGN); // a reader that dies is an error, not our end
     }
@@ -144,8 +147,14 @@ bool Output::close(const char *routine)
 {
     flush();
     errno = 0;
-    bool closed = FILE_close(stream_) == 0;
+    bool closed = true;
+    if (kind_ != Kind::file) {
+        closed = FILE_close(stream_) == 0;
+    } else if (error_ == 0) {
+        closed = whole_.keep() == 0;
+    }
     const int why = errno;
+    whole_.drop();
     if (kind_ == Kind::pipe) {
         std::signal(SIGPIPE, old_sigpipe_);
         // a process that went into the background isn't the command's parent and can't ask it

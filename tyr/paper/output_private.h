@@ -5,6 +5,8 @@
 #include <string>
 #include <string_view>
 
+#include "tyr/base/whole_file.h"
+
 namespace tyr {
 
 /// A number with that many digits behind the point.
@@ -50,6 +52,7 @@ class Output {
     void flush();
 
     std::FILE *stream_ = nullptr;
+    WholeFile whole_; ///< of a file: it stands under its name when it is closed
     Kind kind_ = Kind::file;
     std::string name_;
     std::string buffer_;

@@ -4,6 +4,7 @@
 
 #include "tyr/base/prm.h"
 #include "tyr/base/sys.h"
+#include "tyr/base/whole_file.h"
 #include "tyr/gks/gks.h"
 #include "tyr/gks/session.h"
 #include "tyr/plot/area.h"
@@ -86,6 +87,9 @@ void PLT_set_callback(void (*function)(int kind, const char *event, float x, flo
 
 void PLT_abort(int code)
 {
+    if (code != kExitNormal) {
+        tyr::abandon_whole_files();
+    }
     GPH_end(state.ws);
     SYS_exit(code);
 }
