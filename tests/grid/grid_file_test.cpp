@@ -282,7 +282,9 @@ TEST(GridFile, CodedProductsAreRead)
     }
     text += " 777\n";
     Grid grid;
-    ASSERT_EQ(read_one(dir.write("f", text), 0, &grid), 0);
+    const std::string path = dir.write("f", text);
+    EXPECT_EQ(told_by([&] { ASSERT_EQ(read_one(path, 0, &grid), 0); }), "");
+    EXPECT_EQ(std::string(grid.info).rfind("12 hour fcst 500 mb", 0), 0U) << grid.info;
     EXPECT_EQ(grid.var, 4);
     EXPECT_EQ(grid.ltype, 10);
     EXPECT_EQ(grid.level, 500);
