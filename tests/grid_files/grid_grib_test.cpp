@@ -128,10 +128,10 @@ TEST_F(GridGribFile, AnIndexTellsDescriptions)
     const std::string first = message(1000);
     const std::string path = dir.write("f.grb", first + message(500));
     // the index says what the products don't, so that its use shows
-    const std::string index_path = dir.write(
-        "f.idx", STR_print("0 x / GRIB1 S7 M83 G211 T12 L100 H700 V33\n%zu / 96 255 6 100 "
-                           "300 11\n",
-                           first.size()));
+    const std::string lines = "0 x / GRIB1 S7 M83 G211 T12 L100 H700 V33\n" +
+                              std::to_string(first.size()) +
+                              " / 1:96 255 6 100 300 11\nno offset\n0 / 96 255 6 100 -20 11\n";
+    const std::string index_path = dir.write("f.idx", lines);
     const Open file(path);
     GridFileInfo info;
     ASSERT_EQ(GRD_read_header(file.handle, &info), 0);
@@ -153,10 +153,14 @@ TEST_F(GridGribFile, AnIndexTellsDescriptions)
     ASSERT_EQ(GRD_read(file.handle, &grid, 1, &(index = 1)), 0);
     EXPECT_EQ(grid.model, 96);
     EXPECT_EQ(grid.level, 300);
+    EXPECT_EQ(grid.source, 1);
+    ASSERT_EQ(GRD_read(file.handle, &grid, 1, &(index = 2)), 0);
+    EXPECT_EQ(grid.level, -20);
+    EXPECT_EQ(grid.source, 7);
     ASSERT_EQ(GRD_read(file.handle, &grid, 0, &(index = 1)), 0); // values are the product's own
     EXPECT_EQ(grid.level, 500);
     EXPECT_EQ(grid.values[0], 100.0F);
-    EXPECT_EQ(GRD_read(file.handle, &grid, 1, &(index = 2)), -1);
+    EXPECT_EQ(GRD_read(file.handle, &grid, 1, &(index = 3)), -1);
 }
 
 TEST_F(GridGribFile, TwoFilesAreReadByTurns)
@@ -234,6 +238,8 @@ TEST_F(GridGribFile, WordsOfPlotParamSetTheReaderAndTheWriter)
     ASSERT_EQ(GRD_save_file("out", &grid, nullptr, kGridText), 1);
     const std::string text = read_file(dir.file("out"));
     EXPECT_NE(text.find("\n100.00\n"), std::string::npos) << text;
+    RES_put("plot_param", "");
+    GRD_set_number_format("%14.8e\n");
 }
 
 TEST_F(GridGribFile, AFailedSaveLeavesWhatStoodThere)
