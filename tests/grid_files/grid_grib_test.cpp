@@ -1,5 +1,6 @@
 // GRIB streams and failing disks through the table of open files.
 
+#include <algorithm>
 #include <csignal>
 #include <filesystem>
 #include <string>
@@ -281,4 +282,40 @@ TEST_F(GridGribFile, AFailedSaveLeavesWhatStoodThere)
         EXPECT_EQ(files(), 1);
         std::filesystem::remove(dir.file("out"));
     }
+}
+
+TEST_F(GridGribFile, AFailedAdditionLeavesTheFileAsItStood)
+{
+    std::signal(SIGXFSZ, SIG_IGN);
+    const std::string path = dir.write("old", "TYRGRID\n");
+    Grid grid;
+    grid.domain.proj = kProjLatLon;
+    grid.domain.nx = grid.domain.ny = 200;
+    ASSERT_EQ(GRD_alloc(&grid), 1);
+    std::fill(grid.values, grid.values + 40000, 1.0F);
+    const int handle = tyr::grid_open_out(path.c_str(), kGridText, 1, true);
+    ASSERT_GE(handle, 1);
+    rlimit usual{};
+    getrlimit(RLIMIT_FSIZE, &usual);
+    rlimit small = usual;
+    small.rlim_cur = 20000;
+    setrlimit(RLIMIT_FSIZE, &small);
+    int index = 0;
+    EXPECT_NE(told_by([&] { EXPECT_EQ(GRD_write(handle, &grid, 0, &index), -1); }), "");
+    setrlimit(RLIMIT_FSIZE, &usual);
+    EXPECT_EQ(GRD_close(handle), -1);
+    EXPECT_EQ(read_file(path), "TYRGRID\n");
+}
+
+TEST_F(GridGribFile, AFullDeviceIsToldAndStays)
+{
+    RES_put("grid_path", "/dev");
+    PRM_set(kPrmFileParam, 1);
+    Grid grid;
+    grid.domain.proj = kProjLatLon;
+    grid.domain.nx = grid.domain.ny = 10;
+    ASSERT_EQ(GRD_alloc(&grid), 1);
+    std::fill(grid.values, grid.values + 100, 1.0F);
+    told_by([&] { EXPECT_EQ(GRD_save_file("full", &grid, nullptr, kGridText), 0); });
+    EXPECT_TRUE(std::filesystem::is_character_file("/dev/full"));
 }
