@@ -271,6 +271,7 @@ TEST(GridFile, DescriptionFilesTellTheirDomainByText)
 TEST(GridFile, CodedProductsAreRead)
 {
     const TempDir dir;
+    RES_put("file_path", TYR_SOURCE_DIR "/data");
     // quadrant 4: rows from the last one up; temperature, two digits with a sign, tenths, from -10
     std::string text = "GRID 12004 11111 22222 104xx 250xx 69903 70612 80012 0xxxx 1xxx1 23 31100";
     for (int row = 0; row < 15; ++row) {
@@ -282,7 +283,9 @@ TEST(GridFile, CodedProductsAreRead)
     }
     text += " 777\n";
     Grid grid;
-    ASSERT_EQ(read_one(dir.write("f", text), 0, &grid), 0);
+    const std::string path = dir.write("f", text);
+    EXPECT_EQ(told_by([&] { ASSERT_EQ(read_one(path, 0, &grid), 0); }), "");
+    EXPECT_EQ(std::string(grid.info).rfind("500 mb ", 0), 0U) << grid.info;
     EXPECT_EQ(grid.var, 4);
     EXPECT_EQ(grid.ltype, 10);
     EXPECT_EQ(grid.level, 500);

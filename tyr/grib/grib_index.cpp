@@ -1,4 +1,7 @@
+#include <algorithm>
+#include <charconv>
 #include <cstdio>
+#include <string_view>
 
 #include "tyr/base/str.h"
 #include "tyr/grib/grib_index_private.h"
@@ -8,14 +11,46 @@ namespace {
 
 constexpr int kLineRoom = 160;
 
-/// Pairs of a letter and a number.
-void read_pairs(const char *text, IndexLine *line)
+/// What of a text is still to be read.
+class Cursor {
+  public:
+    explicit Cursor(std::string_view text) : text_(text) {}
+
+    void skip_blanks()
+    {
+        text_.remove_prefix(std::min(text_.find_first_not_of(' '), text_.size()));
+    }
+    bool is_at_digit() const { return !text_.empty() && text_[0] >= '0' && text_[0] <= '9'; }
+    /// The next character that is no blank; 0 at the end.
+    char letter()
+    {
+        skip_blanks();
+        const char c = text_.empty() ? '\0' : text_[0];
+        text_.remove_prefix(text_.empty() ? 0 : 1);
+        return c;
+    }
+    template <class Number> bool number(Number *value)
+    {
+        skip_blanks();
+        const char *end = text_.data() + text_.size();
+        const auto [stop, error] = std::from_chars(text_.data(), end, *value);
+        text_.remove_prefix(static_cast<std::size_t>(stop - text_.data()));
+        return error == std::errc();
+    }
+    std::string_view rest() const { return text_; }
+
+  private:
+    std::string_view text_;
+};
+
+/// Pairs of a letter and a number. The word before them may carry a number of its own.
+void read_pairs(Cursor in, IndexLine *line)
 {
-    char letter = 0;
     int value = 0;
-    int used = 0;
-    while (std::sscanf(text, " %c%9d%n", &letter, &value, &used) == 2) {
-        text += used;
+    for (in.skip_blanks(); in.is_at_digit(); in.skip_blanks()) {
+        in.letter();
+    }
+    for (char letter = in.letter(); letter != '\0' && in.number(&value); letter = in.letter()) {
         switch (letter) {
         case 'S':
             line->source = value;
@@ -44,52 +79,37 @@ void read_pairs(const char *text, IndexLine *line)
     }
 }
 
-bool read_numbers(const char *text, IndexLine *line)
+/// Six numbers, with the source and a colon in front or without.
+bool read_numbers(Cursor in, IndexLine *line)
 {
-    constexpr int kNumbers = 6;
-    int n[kNumbers] = {};
-    int source = kMissingInt;
-    int used = 0;
-    if (std::sscanf(text, " %9d:%n", &source, &used) == 1 && used > 0) {
+    Cursor behind = in;
+    int source = 0;
+    if (behind.number(&source) && behind.letter() == ':') {
         line->source = source;
-        text += used;
+        in = behind;
     }
-    if (std::sscanf(text, "%9d %9d %9d %9d %9d %9d", &n[0], &n[1], &n[2], &n[3], &n[4], &n[5]) !=
-        kNumbers) {
-        return false;
-    }
-    line->model = n[0];
-    line->grid_id = n[1];
-    line->time = n[2];
-    line->ltype = n[3];
-    line->level = n[4];
-    line->var = n[5];
-    return true;
+    return in.number(&line->model) && in.number(&line->grid_id) && in.number(&line->time) &&
+           in.number(&line->ltype) && in.number(&line->level) && in.number(&line->var);
 }
 
 } // namespace
 
-std::optional<IndexLine> parse_index_line(const std::string &text)
+std::optional<IndexLine> parse_index_line(std::string_view text)
 {
-    constexpr const char *kWord = "/ GRIB";
-    constexpr std::size_t kWordSize = 6;
+    constexpr std::string_view kWord = "/ GRIB";
     IndexLine line;
-    int used = 0;
-    if (std::sscanf(text.c_str(), "%18ld%n", &line.offset, &used) != 1 || line.offset < 0) {
+    Cursor in(text);
+    if (!in.number(&line.offset) || line.offset < 0) {
         return std::nullopt;
     }
-    const std::string rest = text.substr(static_cast<std::size_t>(used));
+    const std::string_view rest = in.rest();
     const std::size_t word = rest.find(kWord);
     const std::size_t slash = rest.find('/');
-    if (word != std::string::npos) {
+    if (word != std::string_view::npos) {
         line.is_described = true;
-        const std::size_t pairs = rest.find_first_not_of(' ', word + kWordSize);
-        // the word may carry a number of its own
-        const std::size_t letters =
-            pairs == std::string::npos ? rest.size() : rest.find_first_not_of("0123456789 ", pairs);
-        read_pairs(rest.c_str() + std::min(letters, rest.size()), &line);
-    } else if (slash != std::string::npos) {
-        line.is_described = read_numbers(rest.c_str() + slash + 1, &line);
+        read_pairs(Cursor(rest.substr(word + kWord.size())), &line);
+    } else if (slash != std::string_view::npos) {
+        line.is_described = read_numbers(Cursor(rest.substr(slash + 1)), &line);
     }
     return line;
 }

@@ -1,7 +1,7 @@
 #pragma once
 
 #include <optional>
-#include <string>
+#include <string_view>
 
 #include "tyr/base/file.h"
 #include "tyr/base/missing.h"
@@ -20,7 +20,7 @@ struct IndexLine {
 };
 
 /// Parses a line "offset text"; nothing for a line without an offset.
-std::optional<IndexLine> parse_index_line(const std::string &line);
+std::optional<IndexLine> parse_index_line(std::string_view line);
 
 /// Walks an index file. Lines that can't be read are passed over.
 class GribIndex {

@@ -3,9 +3,30 @@
 #include "tyr/base/str.h"
 #include "tyr/grid/grid_label_private.h"
 #include "tyr/grid/param_tables_private.h"
+#include "tyr/met/level_kind.h"
 #include "tyr/var/label.h"
 
 namespace tyr {
+
+namespace {
+
+/// The level types of the older codes that the list of levels has by another number.
+int level_of_old_code(int ltype)
+{
+    constexpr int kOldPressure = 10, kOldSea = 12, kOldHeight = 13;
+    switch (ltype) {
+    case kOldPressure:
+        return kLevelPressure;
+    case kOldSea:
+        return kLevelSea;
+    case kOldHeight:
+        return kLevelHeight;
+    default:
+        return ltype;
+    }
+}
+
+} // namespace
 
 void label_old_code(GridRec *grid, const DateRec &run)
 {
@@ -18,7 +39,7 @@ void label_old_code(GridRec *grid, const DateRec &run)
         }
     }
     record.time = grid->time;
-    record.level_kind = grid->ltype;
+    record.level_kind = level_of_old_code(grid->ltype);
     record.level_value = grid->level;
     STR_copy(record.units, sizeof record.units, grid->units);
     std::array<char, kVarLabelSize> label{};

@@ -13,7 +13,9 @@ struct ParamRow {
     int level = 0;
 };
 
-/// Table 128 of centre 98, numbers from 129 on. Source: the centre's parameter database, 2020.
+/// Table 128 of centre 98, numbers from 129 on, with the system's numbers of the same quantities.
+/// Source: the centre's table as ecCodes 2.28 has it (grib1/2.98.128.table). Cloud cover of 164 is
+/// labelled in per cent as the old tables do, though the table counts it from 0 to 1.
 inline constexpr ParamRow kCentreParams[] = {
     {129,         6,   "m^2/s^2"    },
     {130,         11,  "K"          },
@@ -101,7 +103,9 @@ inline constexpr ParamRow kOldParams[] = {
     {175, 101, "deg"   },
 };
 
-/// Units of edition 1's table 2, in the order of its numbers.
+/// Units of edition 1's table 2, in the order of its numbers. Source: WMO-No. 306, Volume I.2, code
+/// table 2 of FM 92-IX (in ecCodes 2.28: grib1/2.0.2.table, whose units of 19, 53 and 76 are
+/// slips); 136 to 192 are local numbers of centre 7.
 struct UnitRow {
     int first, last; ///< numbers
     const char *units;

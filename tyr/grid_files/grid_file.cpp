@@ -3,6 +3,7 @@
 #include <array>
 #include <cstring>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include <netcdf.h>
@@ -14,6 +15,8 @@
 #include "tyr/grid/netcdf_grids_private.h"
 #include "tyr/grid/text_grids_private.h"
 #include "tyr/grid_files/grid_grib_private.h"
+#include "tyr/grid_files/grid_words_private.h"
+#include "tyr/grid_files/written_file_private.h"
 
 using namespace tyr;
 
@@ -24,6 +27,8 @@ struct Entry {
     GridFile file = {0, 0, -1};
     std::string name;
     bool is_written = false;
+    bool is_given_up = false; ///< written, but not to be kept
+    std::optional<tyr::WrittenFile> out;
     FilePtr stream;
     std::unique_ptr<tyr::TextGrids> text;
     std::unique_ptr<tyr::CodedGrids> coded;
@@ -65,9 +70,9 @@ bool open_netcdf(Entry *entry)
 {
     int id = -1;
     if (entry->is_written) {
-        std::string path = entry->name;
+        std::string path = entry->out->path();
         FILE_make_dirs(path.data(), 1);
-        if (nc_create(entry->name.c_str(), NC_CLOBBER | NC_64BIT_OFFSET, &id) != NC_NOERR) {
+        if (nc_create(path.c_str(), NC_CLOBBER | NC_64BIT_OFFSET, &id) != NC_NOERR) {
             return false;
         }
     } else {
@@ -76,7 +81,7 @@ bool open_netcdf(Entry *entry)
     if (id == -1) {
         return false;
     }
-    const int64_t size = FILE_size(entry->name.c_str());
+    const int64_t size = entry->is_written ? 0 : FILE_size(entry->name.c_str());
     entry->netcdf = std::make_unique<tyr::NcFile>(id, entry->name, size);
     if (entry->is_written || entry->netcdf->dim("grid") != -1) {
         entry->own = std::make_unique<tyr::NetcdfOwn>(entry->netcdf.get());
@@ -88,7 +93,8 @@ bool open_netcdf(Entry *entry)
 
 bool open_stream(Entry *entry, int handle, const char *mode)
 {
-    entry->stream.reset(FILE_open(entry->name.c_str(), mode));
+    const std::string &path = entry->is_written ? entry->out->path() : entry->name;
+    entry->stream.reset(FILE_open(path.c_str(), mode));
     std::FILE *stream = entry->stream.get();
     if (stream == nullptr || entry->is_written) {
         return stream != nullptr;
@@ -113,10 +119,17 @@ int open_entry(const char *path, int kind, const char *mode, int lowest)
     if (!is_handle(handle)) {
         return -1;
     }
+    const std::string format = tyr::grid_read_words();
+    if (!format.empty()) {
+        GRD_set_number_format(format.c_str());
+    }
     auto entry = std::make_unique<Entry>();
     entry->file.kind = kind;
     entry->name = expanded(path);
     entry->is_written = mode[0] != 'r';
+    if (entry->is_written) {
+        entry->out.emplace(entry->name, mode[0] == 'a', handle);
+    }
     const bool is_stream = is_text_kind(kind) || kind == kGridGrib || kind == kGridCoded;
     if (is_stream ? !open_stream(entry.get(), handle, mode)
                   : kind != kGridNetcdf || mode[0] == 'a' || !open_netcdf(entry.get())) {
@@ -182,10 +195,22 @@ int GRD_close(int handle)
     if (entry->is_written && entry->own) {
         entry->own->finish();
     }
-    const int result = entry->netcdf ? entry->netcdf->close() : 0;
+    bool is_good = !entry->netcdf || entry->netcdf->close() == 0;
     entry->grib.reset();
-    return entry->stream && FILE_close(entry->stream.release()) != 0 && entry->is_written ? -1
-                                                                                          : result;
+    if (entry->stream && FILE_close(entry->stream.release()) != 0) {
+        is_good = is_good && !entry->is_written;
+    }
+    if (entry->out && !entry->out->finish(is_good && !entry->is_given_up)) {
+        return -1;
+    }
+    return is_good ? 0 : -1;
+}
+
+void tyr::grid_give_up(int handle)
+{
+    if (Entry *entry = entry_of(handle)) {
+        entry->is_given_up = true;
+    }
 }
 
 int GRD_rewind(int handle)

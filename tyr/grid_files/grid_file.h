@@ -30,12 +30,14 @@ struct GridFile {
 /// Kind of a file by its first 200 bytes; -1 for one that fits nothing or doesn't open.
 int GRD_file_type(const char *path);
 
-/// Opens a grid file. An empty path or "-" is a standard stream, of kind 2 unless `*kind` is 2, 3
-/// or 21.
+/// Opens a grid file, by the words nohdr, max_bad and grdfmt of `plot_param`. An empty path or "-"
+/// is a standard stream, of kind 2 unless `*kind` is 2, 3 or 21.
 /// @param mode           0 read, 1 create; nothing else
 /// @param[in,out] kind   GridKind; 0 is found out, in reading only
 /// @return the handle; -1, silently where no entry is free
 int GRD_open(const char *path, int mode, int *kind);
+/// A file that was written takes its name here, and only if all of it could be written: else what
+/// stood there before is kept.
 /// @return 0, also for a free entry; -1 outside 0 to 14, and where not all could be written
 int GRD_close(int handle);
 /// Back to the first grid; standard streams and pipes stay. @return 0; -1 outside 0 to 14
@@ -71,4 +73,6 @@ namespace tyr {
 /// Opens as GRD_open does in the first free entry from `lowest` on; `append` opens a text file to
 /// write behind what it holds.
 int grid_open_out(const char *path, int kind, int lowest, bool append);
+/// What is written is dropped at the closing: no file, or one that was added to as it stood.
+void grid_give_up(int handle);
 } // namespace tyr

@@ -60,7 +60,10 @@ int GRD_save_file(const char *name, GridRec *grid, GridFileInfo *info, int kind)
     int index = 0;
     const bool is_written = GRD_write_header(handle, info != nullptr ? info : &own) == 0 &&
                             GRD_write(handle, grid, 0, &index) == 0;
-    return GRD_close(handle) == 0 && is_written ? 1 : 0;
+    if (!is_written) {
+        tyr::grid_give_up(handle);
+    }
+    return GRD_close(handle) == 0 ? 1 : 0;
 }
 
 int GRD_open_out_file(char *name, int kind)
