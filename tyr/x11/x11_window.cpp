@@ -110,7 +110,7 @@ bool starts_iconified()
 /// Tells the window manager name, icon, class and start of the window.
 void set_properties(XSizeHints hints)
 {
-    const X11State &x = x11();
+    X11State &x = x11();
     WorkstationState &ws = kernel().ws;
     std::replace(ws.title.begin(), ws.title.end(), '_', ' ');
     XSetStandardProperties(x.display, x.window, ws.title.c_str(), ws.title.c_str(), 0, nullptr, 0,
@@ -119,7 +119,7 @@ void set_properties(XSizeHints hints)
     wm.flags = InputHint | StateHint | IconPixmapHint;
     wm.input = 1;
     wm.initial_state = starts_iconified() ? IconicState : NormalState;
-    wm.icon_pixmap = XCreatePixmapFromBitmapData(
+    x.icon = wm.icon_pixmap = XCreatePixmapFromBitmapData(
         x.display, x.window, const_cast<char *>(reinterpret_cast<const char *>(kIconBits)),
         kIconSize, kIconSize, BlackPixel(x.display, x.screen), WhitePixel(x.display, x.screen), 1);
     XSetWMHints(x.display, x.window, &wm);
@@ -218,6 +218,8 @@ void gx_close()
         XUnmapWindow(x.display, x.window);
         XDestroyWindow(x.display, x.window);
         XFreePixmap(x.display, x.pixmap);
+        XFreePixmap(x.display, x.icon);
+        x.icon = 0;
         x.window = 0;
         x.pixmap = x.target = 0;
     }
