@@ -44,8 +44,12 @@ struct MaskPart {
     std::uint8_t of(std::uint32_t pixel) const
     {
         const std::uint32_t part = (pixel & mask) >> shift;
-        return static_cast<std::uint8_t>(width <= kColorBits ? part << (kColorBits - width)
-                                                             : part >> (width - kColorBits));
+        if (width >= kColorBits) {
+            return static_cast<std::uint8_t>(part >> (width - kColorBits));
+        }
+        // scaled, so that the most of five bits is the most of eight: white stays white
+        const std::uint32_t most = std::max((1U << width) - 1U, 1U);
+        return static_cast<std::uint8_t>((part * kFullColor + most / 2) / most);
     }
 };
 

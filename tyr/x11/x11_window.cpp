@@ -11,6 +11,7 @@
 #include "tyr/base/str.h"
 #include "tyr/gks/state_private.h"
 #include "tyr/start/convert.h"
+#include "tyr/x11/frame_reply_private.h"
 #include "tyr/x11/frames.h"
 #include "tyr/x11/x11_colour.h"
 #include "tyr/x11/x11_connect.h"
@@ -190,6 +191,7 @@ int gx_open_display(const std::vector<std::string> &words)
     set_properties(hints);
     x.common = XCreateGC(x.display, x.window, 0, nullptr);
     x.pixmap = x.target = new_pixmap(hints.width, hints.height);
+    write_frame_reply(x.display, x.window, true); // who asks for a frame knows that one answers
     map_window();
     gcolor_init();
     XWindowAttributes attributes;
