@@ -29,6 +29,7 @@ struct X11 : ::testing::Test {
     {
         RES_put("file_path", TYR_SOURCE_DIR "/data");
         RES_put("geometry", "200x100");
+        gset_recording(1);
         for (const char *name : {"background", "icon", "font_list"}) {
             RES_put(name, nullptr);
         }
