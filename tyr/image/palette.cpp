@@ -78,6 +78,9 @@ class Colors {
 
     Color of(std::uint32_t pixel) const
     {
+        if (image_is_direct(image_)) { // a ramp for each part
+            return {ramp(red_, pixel, 0), ramp(green_, pixel, 1), ramp(blue_, pixel, 2)};
+        }
         if (has_table()) {
             if (pixel >= static_cast<std::uint32_t>(image_.ncolors)) {
                 return {};
@@ -93,6 +96,13 @@ class Colors {
     }
 
   private:
+    std::uint8_t ramp(const MaskPart &mask, std::uint32_t pixel, int part) const
+    {
+        const std::uint32_t place = (pixel & mask.mask) >> mask.shift;
+        return place < static_cast<std::uint32_t>(image_.ncolors)
+                   ? color_byte(image_.colors[place][part])
+                   : std::uint8_t{0};
+    }
     bool has_table() const { return image_.color_type == kImageTable && image_.colors; }
 
     const ImageRec &image_;
