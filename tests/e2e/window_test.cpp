@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cmath>
 #include <filesystem>
 
@@ -49,6 +50,57 @@ TEST_F(HeldWindow, StaysUntilReturnOrAltQ)
         EXPECT_EQ(user.look().differences(picture), 0);
         user.press_key(by_return ? "Return" : "q", !by_return);
         EXPECT_EQ(user.wait_for_exit(), 0) << read_file(folder.file("log"));
+    }
+}
+
+TEST_F(HeldWindow, LocksLeaveTheKeysOfAltAlone)
+{
+    NEED_SCREEN(screen);
+    for (const unsigned locks : {LockMask, Mod2Mask, LockMask | Mod2Mask}) {
+        SCOPED_TRACE(locks);
+        WindowUser user(screen, section(), folder.file("log"));
+        ASSERT_TRUE(user.sees_window("Wind"));
+        const Picture first = user.look();
+        user.press_key_with("z", Mod1Mask | locks);
+        EXPECT_GT(user.look().differences(first), 5000);
+        user.press_key_with("u", Mod1Mask | locks);
+        EXPECT_EQ(user.look().differences(first), 0);
+        user.press_key_with("q", Mod1Mask | locks);
+        EXPECT_EQ(user.wait_for_exit(), 0);
+    }
+}
+
+TEST_F(HeldWindow, WindowThatIsTakenAwayEndsIt)
+{
+    NEED_SCREEN(screen);
+    WindowUser user(screen, section(), folder.file("log"));
+    ASSERT_TRUE(user.sees_window("Wind"));
+    user.destroy_window();
+    EXPECT_EQ(user.wait_for_exit(), 4);
+    EXPECT_NE(read_file(folder.file("log")).find("destroyed the window\nFatal X11 Error\n"),
+              std::string::npos);
+}
+
+TEST_F(HeldWindow, TitlesThatNameNoFile)
+{
+    NEED_SCREEN(screen);
+    const struct {
+        const char *title, *file;
+    } cases[] = {
+        {"a/b c", "a_b_c.gif"},
+        {"..",    "plot.gif" },
+    };
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.title);
+        std::vector<std::string> words = section({"-ip", folder.path()});
+        *std::find(words.begin(), words.end(), "Wind") = c.title;
+        WindowUser user(screen, words, folder.file("log"));
+        ASSERT_TRUE(user.sees_window(c.title));
+        user.press_key("g", true);
+        user.look();
+        user.press_key("Return");
+        EXPECT_EQ(user.wait_for_exit(), 0);
+        EXPECT_TRUE(std::filesystem::exists(folder.file(c.file))) << read_file(folder.file("log"));
     }
 }
 

@@ -140,13 +140,20 @@ unsigned width_of(unsigned mask)
     return unsigned(__builtin_popcount(mask));
 }
 
-/// What is left of a colour with so many bits a part, the others being zero.
+/// A part of which so many low bits are lost: the most that is left is 255 again.
+unsigned scaled(unsigned part, unsigned lost)
+{
+    const double most = 255U >> lost;
+    return static_cast<unsigned>(std::lround((part >> lost) * 255.0 / most));
+}
+
+/// What is left of a colour with so many bits a part.
 unsigned reduced(unsigned color, const Storage &s)
 {
     unsigned out = 0;
     for (int i = 0; i < 3; ++i) {
         const unsigned lost = 8 - std::min(8U, width_of(s.masks[i]));
-        out = out << 8 | (color >> (16 - 8 * i) & 255U) >> lost << lost;
+        out = out << 8 | scaled(color >> (16 - 8 * i) & 255U, lost);
     }
     return out;
 }

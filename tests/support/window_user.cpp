@@ -149,6 +149,17 @@ Picture WindowUser::look()
 
 void WindowUser::press_key(const char *name, bool alt)
 {
+    press_key_with(name, alt ? Mod1Mask : 0);
+}
+
+void WindowUser::destroy_window()
+{
+    XDestroyWindow(server_->display, window_);
+    XSync(server_->display, 0);
+}
+
+void WindowUser::press_key_with(const char *name, unsigned modifiers)
+{
     XKeyEvent key{};
     key.type = KeyPress;
     key.window = window_;
@@ -156,7 +167,7 @@ void WindowUser::press_key(const char *name, bool alt)
     key.same_screen = 1;
     key.x = 100;
     key.y = 100;
-    key.state = alt ? Mod1Mask : 0;
+    key.state = modifiers;
     key.keycode = XKeysymToKeycode(server_->display, XStringToKeysym(name));
     XEvent event{};
     event.xkey = key;

@@ -22,6 +22,10 @@ class WindowUser {
     bool sees_window(const std::string &title);
     /// A key, by its name ("q", "Return"), with Alt where asked for.
     void press_key(const char *name, bool alt = false);
+    /// The same with any modifiers (Mod1Mask | LockMask).
+    void press_key_with(const char *name, unsigned modifiers);
+    /// Takes the window away from the program.
+    void destroy_window();
     /// Drags the first button with Shift from one place to another, window pixels.
     void drag(int x0, int y0, int x1, int y1);
     /// Gives the window a size, as a window manager does.

@@ -1,10 +1,18 @@
+#include <cstdio>
+
+#include <sys/wait.h>
+#include <unistd.h>
+
 #include "support/screen.h"
 #include "tyr/base/res.h"
 #include "tyr/gks/gks.h"
 #include "tyr/gks/session.h"
+#include "tyr/gks/state_private.h"
 #include "tyr/x11/frames.h"
 #include "tyr/x11/loop_private.h"
+#include "tyr/x11/x11_events.h"
 #include "tyr/x11/x11_state_private.h"
+#include "tyr/x11/x11_window.h"
 #include "tyr/x11/zoom.h"
 
 using namespace tyr;
@@ -69,6 +77,51 @@ struct Frames : ::testing::Test {
 };
 
 } // namespace
+
+TEST(LoopingWindow, FiveClientsInARowLoseNothing)
+{
+    const VirtualScreen screen;
+    NEED_SCREEN(screen);
+    int ends[2];
+    ASSERT_EQ(pipe(ends), 0);
+    const pid_t owner = fork();
+    if (owner == 0) {
+        RES_put("geometry", "64x48");
+        RES_put("file_path", TYR_SOURCE_DIR "/data");
+        gopen_gks(nullptr, 0);
+        gopen_ws(1, "", kDeviceDisplay);
+        Frames::paint(1);
+        gsync();
+        dprintf(ends[1], "+%lu:%lu:64x48:%lu\n", x11().window, x11().pixmap, x11().default_map);
+        gwait();
+        dprintf(ends[1], "%d", ginq_frames());
+        for (int i = 0; i < ginq_frames(); i++) {
+            dprintf(ends[1], " %u", Frames::colour_of(i));
+        }
+        _exit(0);
+    }
+    close(ends[1]);
+    FILE *answers = fdopen(ends[0], "r");
+    char id[100] = "";
+    ASSERT_EQ(fscanf(answers, "%99s", id), 1);
+    for (unsigned client = 2; client <= 6; client++) {
+        gopen_gks(nullptr, 0);
+        kernel().ws.wish = 2;
+        ASSERT_EQ(gopen_ws(1, (std::string(",") + id).c_str(), kDeviceExtern), 0);
+        Frames::paint(client);
+        if (client == 6) {
+            kernel().ws.wish = 9; // ends the owner
+        }
+        gclose_ws(1);
+    }
+    char colours[200] = "";
+    EXPECT_NE(fgets(colours, sizeof colours, answers), nullptr); // the rest of the line of the id
+    EXPECT_NE(fgets(colours, sizeof colours, answers), nullptr);
+    EXPECT_STREQ(colours, "5 2 3 4 5 6") << "the first draws on the picture that stood there";
+    fclose(answers);
+    kernel().ws.wish = 0;
+    waitpid(owner, nullptr, 0);
+}
 
 TEST_F(Frames, AreShownAndNamed)
 {

@@ -29,6 +29,7 @@ struct X11 : ::testing::Test {
     {
         RES_put("file_path", TYR_SOURCE_DIR "/data");
         RES_put("geometry", "200x100");
+        gset_recording(1);
         for (const char *name : {"background", "icon", "font_list"}) {
             RES_put(name, nullptr);
         }
@@ -308,6 +309,40 @@ TEST_F(X11, AnEmptyStoreIsTold)
     EXPECT_EQ(::testing::internal::GetCapturedStderr(),
               "gobj_print_meta: No redraw data to make metafile from\n");
     EXPECT_EQ(read_file(meta).rfind("TYRMETA", 0), 0U);
+}
+
+TEST_F(X11, MetafileThatCantBeMadeIsTold)
+{
+    NEED_SCREEN(screen);
+    const ScopedEnv out("METAOUT", "/dev/null/plot.meta");
+    ASSERT_TRUE(open());
+    start_plot();
+    ::testing::internal::CaptureStderr();
+    ::testing::internal::CaptureStdout();
+    EXPECT_EQ(gprint_meta(), -1);
+    EXPECT_EQ(::testing::internal::GetCapturedStdout(), "") << "nothing was created";
+    EXPECT_EQ(::testing::internal::GetCapturedStderr(), "gprint_meta: unable to open metafile\n\n");
+}
+
+TEST_F(X11, ClearedStoreKeepsTheSurface)
+{
+    NEED_SCREEN(screen);
+    const TempDir folder;
+    const std::string meta = folder.file("plot.meta");
+    const ScopedEnv out("METAOUT", meta.c_str());
+    ASSERT_TRUE(open());
+    start_plot();
+    const float half[4] = {0.0F, 0.5F, 0.0F, 0.25F};
+    gset_ws_window(1, half);
+    gobj_clear();
+    draw_picture();
+    const Picture drawn = grab_picture();
+    EXPECT_EQ(gobj_redraw(), 0);
+    EXPECT_EQ(grab_picture().differences(drawn), 0);
+    ::testing::internal::CaptureStdout();
+    EXPECT_EQ(gprint_meta(), 0);
+    ::testing::internal::GetCapturedStdout();
+    EXPECT_NE(read_file(meta).find("WS_WIN"), std::string::npos);
 }
 
 TEST_F(X11, SegmentsLeaveTheStore)

@@ -28,9 +28,9 @@ constexpr int kWishClear = 1;
 constexpr DeviceTraits kNone = {false, false, false, 0.0F, 10.0F, kTranX11, nullptr};
 constexpr DeviceTraits kDisplay = {true, true, false, 0.0F, 10.0F, kTranX11, nullptr};
 constexpr DeviceTraits kExtern = {true, false, false, 0.0F, 10.0F, kTranX11, nullptr};
-constexpr DeviceTraits kMetafile = {false, false, true, 0.0F, 10.0F, kTranMetafile, "meta"};
-constexpr DeviceTraits kPostScript = {false,         false,           false,       1.0F,
-                                      10.0F * 0.72F, kTranPostScript, "postscript"};
+constexpr DeviceTraits kMetafile = {false, false, true, 0.0F, 10.0F, kTranMetafile, "metafile"};
+constexpr DeviceTraits kPostScript = {
+    false, false, false, 1.0F, 10.0F * 0.72F, kTranPostScript, "postscript file"};
 constexpr DeviceTraits kHpgl = {false, false, false, 0.0F, 10.0F * 10.15F, kTranHpgl, nullptr};
 
 DeviceKind kind()

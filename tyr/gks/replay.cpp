@@ -37,7 +37,10 @@ State state;
 /// Sets attributes and transformations as they stood when the store was emptied.
 void replay_start()
 {
-    const ObjectStart &start = gobj_start();
+    const ObjectStart start = gobj_start();
+    const TranRect &s = start.tran.ws_window;
+    const float surface[4] = {s.xmin, s.xmax, s.ymin, s.ymax};
+    gset_ws_window(1, surface);
     for (int n = 0; n < kNumTransformations; n++) {
         const auto place = static_cast<std::size_t>(n);
         const TranRect &v = start.tran.viewport[place];
@@ -83,7 +86,7 @@ int print(int device, const char *routine, const char *empty)
         const char *kind = device_traits().print_of;
         kernel() = kept;
         gset_cursor_sync(cursor);
-        gerror(routine, "unable to open %s file\n", kind);
+        gerror(routine, "unable to open %s\n", kind);
         return -1;
     }
     gset_recording(0);

@@ -44,8 +44,12 @@ struct MaskPart {
     std::uint8_t of(std::uint32_t pixel) const
     {
         const std::uint32_t part = (pixel & mask) >> shift;
-        return static_cast<std::uint8_t>(width <= kColorBits ? part << (kColorBits - width)
-                                                             : part >> (width - kColorBits));
+        if (width >= kColorBits) {
+            return static_cast<std::uint8_t>(part >> (width - kColorBits));
+        }
+        // scaled, so that the most of five bits is the most of eight: white stays white
+        const std::uint32_t most = std::max((1U << width) - 1U, 1U);
+        return static_cast<std::uint8_t>((part * kFullColor + most / 2) / most);
     }
 };
 
@@ -74,6 +78,9 @@ class Colors {
 
     Color of(std::uint32_t pixel) const
     {
+        if (image_is_direct(image_)) { // a ramp for each part
+            return {ramp(red_, pixel, 0), ramp(green_, pixel, 1), ramp(blue_, pixel, 2)};
+        }
         if (has_table()) {
             if (pixel >= static_cast<std::uint32_t>(image_.ncolors)) {
                 return {};
@@ -89,6 +96,13 @@ class Colors {
     }
 
   private:
+    std::uint8_t ramp(const MaskPart &mask, std::uint32_t pixel, int part) const
+    {
+        const std::uint32_t place = (pixel & mask.mask) >> mask.shift;
+        return place < static_cast<std::uint32_t>(image_.ncolors)
+                   ? color_byte(image_.colors[place][part])
+                   : std::uint8_t{0};
+    }
     bool has_table() const { return image_.color_type == kImageTable && image_.colors; }
 
     const ImageRec &image_;

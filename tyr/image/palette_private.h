@@ -9,6 +9,13 @@
 
 namespace tyr {
 
+/// True for pixels whose parts are places in a table: an image of a screen of direct colours.
+inline bool image_is_direct(const ImageRec &image)
+{
+    return image.color_type == kImageTable && image.colors && image.depth > 8 &&
+           (image.red_mask | image.green_mask | image.blue_mask) != 0;
+}
+
 /// Pixels of any storage, and the palette that is built from those that occur.
 
 inline constexpr std::size_t kPaletteSize = 256;

@@ -10,6 +10,7 @@
 #include "tyr/base/msg.h"
 #include "tyr/base/str.h"
 #include "tyr/image/image_rec_private.h"
+#include "tyr/image/palette_private.h"
 
 using namespace tyr;
 
@@ -51,6 +52,7 @@ constexpr std::uint32_t kZPixmap = 2;
 constexpr std::uint32_t kUnit = 32;
 constexpr std::uint32_t kPseudoColor = 3;
 constexpr std::uint32_t kTrueColor = 4;
+constexpr std::uint32_t kDirectColor = 5;
 constexpr std::uint32_t kRgbBits = 8;
 constexpr unsigned kAllParts = 7;             ///< flags of a colour: red, green and blue count
 constexpr std::size_t kColorBytes = 12;       ///< pixel, three parts, flags, pad
@@ -238,7 +240,9 @@ std::string header_bytes(const ImageRec &image)
     header[kBitmapUnit] = header[kBitmapPad] = kUnit;
     header[kBitsPerPixel] = number(image.bits_per_pixel);
     header[kBytesPerLine] = number(image.bytes_per_line);
-    header[kVisualClass] = has_table ? kPseudoColor : kTrueColor;
+    header[kVisualClass] = image_is_direct(image) ? kDirectColor
+                           : has_table            ? kPseudoColor
+                                                  : kTrueColor;
     header[kRedMask] = image.red_mask;
     header[kGreenMask] = image.green_mask;
     header[kBlueMask] = image.blue_mask;

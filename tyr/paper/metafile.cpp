@@ -84,10 +84,10 @@ void write_binary_header()
 std::FILE *gmeta_open(const char *target)
 {
     state.appends = false;
-    MSG_out(kMsgMess, "Creating metafile: %s\n", target);
     if (!state.out.open(target)) {
         return nullptr;
     }
+    MSG_out(kMsgMess, "Creating metafile: %s\n", target);
     state.appends = state.out.kind() == Output::Kind::append;
     return state.out.stream();
 }

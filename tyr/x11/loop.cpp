@@ -6,6 +6,7 @@
 #include "tyr/base/msg.h"
 #include "tyr/base/sys.h"
 #include "tyr/gks/recorder.h"
+#include "tyr/x11/frame_reply_private.h"
 #include "tyr/x11/frames_private.h"
 #include "tyr/x11/loop_private.h"
 #include "tyr/x11/x11_state_private.h"
@@ -71,10 +72,8 @@ int gframe_dwell()
         if (!(left > 0.0F)) {
             return 0;
         }
-        if (left > kLongestWait) {
-            gobj_pump();
-        }
-        SYS_sleep(std::min(left, kLongestWait));
+        gobj_pump(); // another program may be waiting for its frame
+        wait_on_connection(x11().display, std::min(left, kLongestWait));
     }
 }
 
@@ -95,6 +94,7 @@ void tyr::loop_take_frame()
     gset_title_suffix("+"); // the other program waits for it to go
     gunzoom();
     const int count = ginq_frames();
+    bool is_made = true;
     if (count == 0) {
         gnew_frame(0);
         gset_loop(1);
@@ -104,6 +104,9 @@ void tyr::loop_take_frame()
         gswap_frames(count, count - 1);
         gclear_frame(count);
         gsync();
+    } else {
+        is_made = false;
     }
+    write_frame_reply(x11().display, x11().window, is_made);
     gset_title_suffix("");
 }

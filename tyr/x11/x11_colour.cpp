@@ -1,7 +1,9 @@
 #include "tyr/x11/x11_colour.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdlib>
+#include <vector>
 
 #include "tyr/base/msg.h"
 #include "tyr/gks/state_private.h"
@@ -39,6 +41,35 @@ void trace(const char *what, int index, const float rgb[3], XColor colour)
     MSG_out(kMsgDebugC, "%s RW Cells: %d %d (%.2f %.2f %.2f) (%5d %5d %5d)\n", what, index,
             static_cast<int>(colour.pixel), double{rgb[0]}, double{rgb[1]}, double{rgb[2]},
             colour.red, colour.green, colour.blue);
+}
+
+/// The cell of the map that comes nearest to a colour, where there is no free one any more.
+int nearest_cell(const float rgb[3])
+{
+    const X11State &x = x11();
+    std::vector<XColor> cells(static_cast<std::size_t>(std::clamp(x.visual->map_entries, 0, 4096)));
+    for (std::size_t i = 0; i < cells.size(); i++) {
+        cells[i].pixel = i;
+        cells[i].flags = kParts;
+    }
+    XQueryColors(x.display, ginq_colormap(), cells.data(), static_cast<int>(cells.size()));
+    const auto distance = [rgb](const XColor &cell) {
+        const float red = static_cast<float>(cell.red) / kFull - rgb[0];
+        const float green = static_cast<float>(cell.green) / kFull - rgb[1];
+        const float blue = static_cast<float>(cell.blue) / kFull - rgb[2];
+        return red * red + green * green + blue * blue;
+    };
+    const auto nearest =
+        std::min_element(cells.begin(), cells.end(), [&](const XColor &a, const XColor &b) {
+            return distance(a) < distance(b);
+        });
+    if (nearest == cells.end()) {
+        return kNoPixel;
+    }
+    // shared, so that its owner can't give it away
+    XColor shared = *nearest;
+    return XAllocColor(x.display, ginq_colormap(), &shared) != 0 ? static_cast<int>(shared.pixel)
+                                                                 : static_cast<int>(nearest->pixel);
 }
 
 /// A cell that can be changed in place; the flag goes off where the screen has none.
@@ -120,8 +151,11 @@ int gx_store_colour(int index, float red, float green, float blue, bool *read_wr
     if (*read_write) {
         colour.pixel = static_cast<unsigned>(pixel);
         XStoreColor(x.display, ginq_colormap(), &colour); // what is drawn in it changes as well
+        XFlush(x.display);                                // at once
     } else if (XAllocColor(x.display, ginq_colormap(), &colour) != 0) {
         pixel = static_cast<int>(colour.pixel);
+    } else {
+        pixel = nearest_cell(rgb);
     }
     trace(!*read_write ? (is_new ? "Allocated new" : "Allocated")
           : is_new     ? "Stored new"

@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "tyr/base/msg.h"
 #include "tyr/base/sys.h"
 #include "tyr/gks/state_private.h"
 #include "tyr/x11/frames.h"
@@ -96,6 +97,16 @@ void on_message(const XClientMessageEvent &event)
         break;
     default:
         break;
+    }
+}
+
+/// Another program has taken the window away: nothing can be shown any more, nor ended by a key.
+void on_destroyed(const XDestroyWindowEvent &event)
+{
+    if (event.window == x11().window) {
+        MSG_out(kMsgWarn, "gprocess_x11_event: another program has destroyed the window\n");
+        MSG_out(kMsgError, "Fatal X11 Error\n");
+        SYS_exit(kExitNoGraphics);
     }
 }
 
@@ -196,6 +207,9 @@ int gprocess_x11_event(XEvent *event)
         break;
     case UnmapNotify:
         state.is_mapped = false;
+        break;
+    case DestroyNotify:
+        on_destroyed(event->xdestroywindow);
         break;
     case ConfigureNotify:
         state.is_resized = state.is_resized || event->xconfigure.window == x11().window;

@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <array>
+#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 
@@ -9,6 +10,7 @@
 #include "tyr/base/sys.h"
 #include "tyr/gks/state_private.h"
 #include "tyr/paper/paper_private.h"
+#include "tyr/x11/frame_reply_private.h"
 #include "tyr/x11/window_id_private.h"
 #include "tyr/x11/x11_colour.h"
 #include "tyr/x11/x11_connect.h"
@@ -23,7 +25,7 @@ constexpr int kWishNewFrame = 2;
 constexpr int kWishKill = 9;
 constexpr long kMessageType = 62; ///< of a client message between plotting programs
 constexpr float kWait = 0.2F;     ///< s between two looks at the window's name
-constexpr int kMostWaits = 150;   ///< looks before the other side counts as gone
+constexpr std::chrono::seconds kLongestAnswer{30}; ///< then the other side counts as gone
 constexpr std::size_t kIdRoom = 256;
 
 /// The text of the window id: the last device word ("id" or "display,id"), else the environment.
@@ -89,19 +91,39 @@ void send_wish(int wish)
     XSync(x.display, 0);
 }
 
-/// Asks for a new frame and waits until the other side has made it: its window's name then has no
-/// plus behind the title.
-void ask_for_frame()
+/// Whether the window's name has a plus behind the title: a frame is being made.
+bool has_plus()
 {
-    send_wish(kWishNewFrame);
     std::array<char, kTitleRoom> suffix{};
-    for (int i = 0; i < kMostWaits; i++) {
-        SYS_sleep(kWait);
-        if (ginq_window_name(suffix.data()) != 0 || suffix[0] != '+') {
-            return;
+    return ginq_window_name(suffix.data()) == 0 && suffix[0] == '+';
+}
+
+/// Asks for a new frame and waits until the other side has made it. An owner that answers by a
+/// property is waited for as long as it may take; of another one the name has no plus behind the
+/// title then. False, told, when there is none to draw on.
+bool ask_for_frame()
+{
+    const X11State &x = x11();
+    XSelectInput(x.display, x.window, PropertyChangeMask);
+    const FrameReply before = read_frame_reply(x.display, x.window);
+    send_wish(kWishNewFrame);
+    const auto deadline = std::chrono::steady_clock::now() + kLongestAnswer;
+    while (std::chrono::steady_clock::now() < deadline && !x.error_seen) {
+        wait_on_connection(x.display, kWait);
+        XEvent event;
+        while (XCheckWindowEvent(x.display, x.window, PropertyChangeMask, &event) != 0) {
+        }
+        const FrameReply reply = read_frame_reply(x.display, x.window);
+        if (reply.serial != before.serial && !reply.is_made) {
+            MSG_out(kMsgWarn, "gopen_ws: window has no room for another frame\n");
+            return false;
+        }
+        if (reply.serial != before.serial || (before.serial == 0 && !has_plus())) {
+            return true;
         }
     }
     MSG_out(kMsgWarn, "gopen_ws: window doesn't answer\n");
+    return false;
 }
 
 /// The title is the window's name without what stands in brackets behind it.
@@ -156,8 +178,10 @@ int gx_open_window(const std::vector<std::string> &words)
         take_title();
     }
     gx_choose_pixels();
-    if (ws.wish == kWishNewFrame) {
-        ask_for_frame();
+    if (ws.wish == kWishNewFrame && !ask_for_frame()) {
+        x.pixmap = x.target = 0;
+        x.window = 0;
+        return -1;
     }
     gcolor_init();
     if (const char *geometry = RES_get("geometry"); geometry != nullptr) {

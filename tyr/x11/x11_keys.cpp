@@ -48,11 +48,18 @@ void step_frame(int step)
     }
 }
 
-/// Path of a picture: the beginning of the title, and the number of a frame if there are any.
+constexpr char kNamelessStem[] = "plot"; ///< where the window has no title
+
+/// Path of a picture: the beginning of the title, and the number of a frame if there are any. A
+/// slash would make a folder of what stands before it.
 std::string image_path(const ImageFormat &format, int frame)
 {
     std::string name = std::string(ginq_title()).substr(0, kStemLength);
-    std::replace(name.begin(), name.end(), ' ', '_');
+    std::replace_if(
+        name.begin(), name.end(), [](char c) { return c == ' ' || c == '/'; }, '_');
+    if (name.empty() || name[0] == '.') {
+        name = kNamelessStem; // no hidden file either
+    }
     if (frame >= 0) {
         std::array<char, 16> number{};
         std::snprintf(number.data(), number.size(), "-%2.2d", frame);
@@ -118,6 +125,10 @@ std::string tyr::modifier_text(unsigned state)
 std::string tyr::key_text(XKeyEvent *event)
 {
     std::array<char, kKeyRoom> text{};
+    // with Alt a key is a command, which Caps Lock doesn't change
+    if ((event->state & Mod1Mask) != 0) {
+        event->state &= ~static_cast<unsigned>(LockMask);
+    }
     KeySym symbol = NoSymbol;
     const int length = XLookupString(event, text.data(), kKeyRoom - 1, &symbol, nullptr);
     if (symbol == XK_Return || symbol == XK_KP_Enter) {

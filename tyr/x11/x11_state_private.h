@@ -24,6 +24,7 @@ struct X11State {
     Visual *visual = nullptr;
     Window window = 0;
     Pixmap pixmap = 0;   ///< backing pixmap: the picture that an update shows
+    Pixmap icon = 0;     ///< of the window
     Drawable target = 0; ///< what primitives draw on: the backing pixmap or a frame's
     GC common = nullptr; ///< for clearing, copying and frames
     std::array<GC, kNumGcs> gc{};

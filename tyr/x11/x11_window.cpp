@@ -11,6 +11,7 @@
 #include "tyr/base/str.h"
 #include "tyr/gks/state_private.h"
 #include "tyr/start/convert.h"
+#include "tyr/x11/frame_reply_private.h"
 #include "tyr/x11/frames.h"
 #include "tyr/x11/x11_colour.h"
 #include "tyr/x11/x11_connect.h"
@@ -110,7 +111,7 @@ bool starts_iconified()
 /// Tells the window manager name, icon, class and start of the window.
 void set_properties(XSizeHints hints)
 {
-    const X11State &x = x11();
+    X11State &x = x11();
     WorkstationState &ws = kernel().ws;
     std::replace(ws.title.begin(), ws.title.end(), '_', ' ');
     XSetStandardProperties(x.display, x.window, ws.title.c_str(), ws.title.c_str(), 0, nullptr, 0,
@@ -119,7 +120,7 @@ void set_properties(XSizeHints hints)
     wm.flags = InputHint | StateHint | IconPixmapHint;
     wm.input = 1;
     wm.initial_state = starts_iconified() ? IconicState : NormalState;
-    wm.icon_pixmap = XCreatePixmapFromBitmapData(
+    x.icon = wm.icon_pixmap = XCreatePixmapFromBitmapData(
         x.display, x.window, const_cast<char *>(reinterpret_cast<const char *>(kIconBits)),
         kIconSize, kIconSize, BlackPixel(x.display, x.screen), WhitePixel(x.display, x.screen), 1);
     XSetWMHints(x.display, x.window, &wm);
@@ -190,6 +191,7 @@ int gx_open_display(const std::vector<std::string> &words)
     set_properties(hints);
     x.common = XCreateGC(x.display, x.window, 0, nullptr);
     x.pixmap = x.target = new_pixmap(hints.width, hints.height);
+    write_frame_reply(x.display, x.window, true); // who asks for a frame knows that one answers
     map_window();
     gcolor_init();
     XWindowAttributes attributes;
@@ -218,6 +220,8 @@ void gx_close()
         XUnmapWindow(x.display, x.window);
         XDestroyWindow(x.display, x.window);
         XFreePixmap(x.display, x.pixmap);
+        XFreePixmap(x.display, x.icon);
+        x.icon = 0;
         x.window = 0;
         x.pixmap = x.target = 0;
     }
