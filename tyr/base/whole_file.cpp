@@ -117,7 +117,7 @@ std::FILE *make(Temporary &file, const struct stat *old)
 
 WholeFile::WholeFile(WholeFile &&other) noexcept
     : stream_(std::exchange(other.stream_, nullptr)), target_(std::move(other.target_)),
-      slot_(std::exchange(other.slot_, -1))
+      slot_(std::exchange(other.slot_, -1)), added_to_(std::exchange(other.added_to_, -1))
 {
 }
 
@@ -128,6 +128,7 @@ WholeFile &WholeFile::operator=(WholeFile &&other) noexcept
         stream_ = std::exchange(other.stream_, nullptr);
         target_ = std::move(other.target_);
         slot_ = std::exchange(other.slot_, -1);
+        added_to_ = std::exchange(other.added_to_, -1);
     }
     return *this;
 }
@@ -140,7 +141,8 @@ WholeFile::~WholeFile()
 bool WholeFile::open(const char *name)
 {
     drop();
-    target_.clear();
+    added_to_ = -1;
+    target_ = name;
     if (FILE_is_std(name) != 0 || name[0] == '|') {
         stream_ = FILE_open(name, "wb");
         return stream_ != nullptr;
@@ -148,16 +150,15 @@ bool WholeFile::open(const char *name)
     std::array<char, kFileNameRoom> path{};
     FILE_expand(name, path.data());
     FILE_make_dirs(path.data(), 1);
-    const std::string target = resolved(path.data());
+    target_ = resolved(path.data());
     struct stat old {};
-    const bool is_there = stat(target.c_str(), &old) == 0;
-    const bool is_plain = !is_there || (S_ISREG(old.st_mode) && access(target.c_str(), W_OK) == 0);
-    slot_ = is_plain && !target.empty() ? claim(target) : -1;
+    const bool is_there = stat(target_.c_str(), &old) == 0;
+    const bool is_plain = !is_there || (S_ISREG(old.st_mode) && access(target_.c_str(), W_OK) == 0);
+    slot_ = is_plain && !target_.empty() ? claim(target_) : -1;
     if (slot_ >= 0) {
         watch_the_end();
         stream_ = make(state.files[static_cast<size_t>(slot_)], is_there ? &old : nullptr);
         if (stream_ != nullptr) {
-            target_ = target;
             return true;
         }
         slot_ = -1;
@@ -166,25 +167,61 @@ bool WholeFile::open(const char *name)
     return stream_ != nullptr;
 }
 
+bool WholeFile::open_to_add(const char *name)
+{
+    drop();
+    std::array<char, kFileNameRoom> path{};
+    FILE_expand(name, path.data());
+    target_ = path.data();
+    stream_ = FILE_open(name, "ab");
+    struct stat old {};
+    const bool is_plain = stream_ != nullptr && FILE_is_std(name) == 0 &&
+                          fstat(fileno(stream_), &old) == 0 && S_ISREG(old.st_mode);
+    added_to_ = is_plain ? old.st_size : -1;
+    return stream_ != nullptr;
+}
+
+bool WholeFile::open_by_name(const char *name)
+{
+    if (!open(name)) {
+        return false;
+    }
+    std::fclose(std::exchange(stream_, nullptr));
+    return true;
+}
+
+std::string WholeFile::path() const
+{
+    return slot_ >= 0 ? std::string(state.files[static_cast<size_t>(slot_)].path.data()) : target_;
+}
+
 int WholeFile::finish(bool is_kept)
 {
-    if (stream_ == nullptr) {
+    const bool is_by_name = stream_ == nullptr;
+    if (is_by_name && slot_ < 0) {
         return 0;
     }
     errno = 0;
-    int result = FILE_close(std::exchange(stream_, nullptr));
+    int result = is_by_name ? 0 : FILE_close(std::exchange(stream_, nullptr));
+    int why = errno;
+    const bool is_good = is_kept && result == 0 && !state.is_abandoned;
+    const off_t length = std::exchange(added_to_, -1);
+    if (length >= 0 && !is_good && truncate(target_.c_str(), length) != 0) {
+        result = -1;
+    }
     if (slot_ < 0) {
+        errno = why;
         return result;
     }
     Temporary &file = state.files[static_cast<size_t>(std::exchange(slot_, -1))];
     if (file.is_used == 0) {
         return result; // taken away at the end already
     }
-    if (is_kept && result == 0 && !state.is_abandoned) {
-        result = std::rename(file.path.data(), target_.c_str());
+    if (is_good && std::rename(file.path.data(), target_.c_str()) != 0) {
+        result = -1;
+        why = errno;
     }
-    const int why = errno;
-    if (!is_kept || result != 0 || state.is_abandoned) {
+    if (!is_good || result != 0) {
         unlink(file.path.data());
     }
     file.is_used = 0;

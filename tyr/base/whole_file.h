@@ -3,6 +3,8 @@
 #include <cstdio>
 #include <string>
 
+#include <sys/types.h>
+
 /// Files that stand under their name only when they are complete: written under a temporary name
 /// in the same folder (".NAME.PID.N"), renamed when they are kept. A run that fails or is killed by
 /// INT, TERM or HUP leaves the old file as it was and no temporary one.
@@ -24,7 +26,15 @@ class WholeFile {
     /// that it names is replaced. The mode of an old file is kept.
     /// @return whether it could be opened; errno tells why not
     bool open(const char *name);
+    /// Opens a file that is added to; one that isn't there begins empty. drop() cuts it back to
+    /// the length that it had.
+    bool open_to_add(const char *name);
+    /// As open() for a library that opens files by name: it writes to path() and closes that before
+    /// keep() or drop().
+    bool open_by_name(const char *name);
 
+    /// Where the bytes go: the temporary name, or the file's own where it is written straight.
+    std::string path() const;
     std::FILE *stream() const { return stream_; }
     explicit operator bool() const { return stream_ != nullptr; }
 
@@ -38,8 +48,9 @@ class WholeFile {
     int finish(bool is_kept);
 
     std::FILE *stream_ = nullptr;
-    std::string target_; ///< the name that it is to have; empty if it was opened straight
-    int slot_ = -1;      ///< in the list of temporary files
+    std::string target_;  ///< the name that it is to have
+    int slot_ = -1;       ///< in the list of temporary files; -1 if it is written straight
+    off_t added_to_ = -1; ///< the length of a file that is added to
 };
 
 /// From here on no file that is open is kept: the run has failed.

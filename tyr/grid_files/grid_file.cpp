@@ -3,7 +3,6 @@
 #include <array>
 #include <cstring>
 #include <memory>
-#include <optional>
 #include <string>
 
 #include <netcdf.h>
@@ -11,12 +10,12 @@
 #include "tyr/base/file.h"
 #include "tyr/base/msg.h"
 #include "tyr/base/str.h"
+#include "tyr/base/whole_file.h"
 #include "tyr/grid/coded_grids_private.h"
 #include "tyr/grid/netcdf_grids_private.h"
 #include "tyr/grid/text_grids_private.h"
 #include "tyr/grid_files/grid_grib_private.h"
 #include "tyr/grid_files/grid_words_private.h"
-#include "tyr/grid_files/written_file_private.h"
 
 using namespace tyr;
 
@@ -28,8 +27,8 @@ struct Entry {
     std::string name;
     bool is_written = false;
     bool is_given_up = false; ///< written, but not to be kept
-    std::optional<tyr::WrittenFile> out;
-    FilePtr stream;
+    tyr::WholeFile out;
+    FilePtr in;
     std::unique_ptr<tyr::TextGrids> text;
     std::unique_ptr<tyr::CodedGrids> coded;
     std::unique_ptr<tyr::GridGrib> grib;
@@ -70,9 +69,8 @@ bool open_netcdf(Entry *entry)
 {
     int id = -1;
     if (entry->is_written) {
-        std::string path = entry->out->path();
-        FILE_make_dirs(path.data(), 1);
-        if (nc_create(path.c_str(), NC_CLOBBER | NC_64BIT_OFFSET, &id) != NC_NOERR) {
+        if (!entry->out.open_by_name(entry->name.c_str()) ||
+            nc_create(entry->out.path().c_str(), NC_CLOBBER | NC_64BIT_OFFSET, &id) != NC_NOERR) {
             return false;
         }
     } else {
@@ -93,11 +91,14 @@ bool open_netcdf(Entry *entry)
 
 bool open_stream(Entry *entry, int handle, const char *mode)
 {
-    const std::string &path = entry->is_written ? entry->out->path() : entry->name;
-    entry->stream.reset(FILE_open(path.c_str(), mode));
-    std::FILE *stream = entry->stream.get();
-    if (stream == nullptr || entry->is_written) {
-        return stream != nullptr;
+    const char *path = entry->name.c_str();
+    if (entry->is_written) {
+        return mode[0] == 'a' ? entry->out.open_to_add(path) : entry->out.open(path);
+    }
+    std::FILE *stream = FILE_open(path, mode);
+    entry->in.reset(stream);
+    if (stream == nullptr) {
+        return false;
     }
     if (entry->file.kind == kGridGrib) {
         entry->grib = std::make_unique<tyr::GridGrib>(handle, stream, entry->name);
@@ -127,9 +128,6 @@ int open_entry(const char *path, int kind, const char *mode, int lowest)
     entry->file.kind = kind;
     entry->name = expanded(path);
     entry->is_written = mode[0] != 'r';
-    if (entry->is_written) {
-        entry->out.emplace(entry->name, mode[0] == 'a', handle);
-    }
     const bool is_stream = is_text_kind(kind) || kind == kGridGrib || kind == kGridCoded;
     if (is_stream ? !open_stream(entry.get(), handle, mode)
                   : kind != kGridNetcdf || mode[0] == 'a' || !open_netcdf(entry.get())) {
@@ -197,13 +195,14 @@ int GRD_close(int handle)
     }
     bool is_good = !entry->netcdf || entry->netcdf->close() == 0;
     entry->grib.reset();
-    if (entry->stream && FILE_close(entry->stream.release()) != 0) {
-        is_good = is_good && !entry->is_written;
+    if (!entry->is_written) {
+        return is_good ? 0 : -1;
     }
-    if (entry->out && !entry->out->finish(is_good && !entry->is_given_up)) {
+    if (!is_good || entry->is_given_up) {
+        entry->out.drop();
         return -1;
     }
-    return is_good ? 0 : -1;
+    return entry->out.keep() == 0 ? 0 : -1;
 }
 
 void tyr::grid_give_up(int handle)
@@ -273,7 +272,7 @@ int GRD_write_header(int handle, const GridFileInfo *info)
         return 0;
     case kGridText:
     case kGridBinary:
-        return std::fputs("TYRGRID\n", entry->stream.get()) == EOF ? -1 : 0;
+        return std::fputs("TYRGRID\n", entry->out.stream()) == EOF ? -1 : 0;
     case kGridNetcdf:
         entry->own->set_header(*info);
         return 0;
@@ -308,7 +307,7 @@ int GRD_write(int handle, const GridRec *grid, int /*mode*/, int *index)
     const int kind = entry->file.kind;
     const char *reason = "grids of this kind can't be written";
     if (kind >= kGridOldText && kind <= kGridBinary) {
-        reason = tyr::write_text_grid(entry->stream.get(), *grid, kind == kGridBinary,
+        reason = tyr::write_text_grid(entry->out.stream(), *grid, kind == kGridBinary,
                                       state.number_format.c_str());
     } else if (kind == kGridNetcdf) {
         reason = entry->own->write(*grid, *index);

@@ -177,9 +177,13 @@ int RAW_open(const char *path, int mode, int *type)
     if (FILE_is_dir(name) != 0) {
         return -1;
     }
-    constexpr std::array<const char *, 3> kModes = {"r", "w", "a"};
-    file.stream.reset(FILE_open(name, kModes[static_cast<size_t>(std::clamp(mode, 0, 2))]));
-    if (!file.stream) {
+    if (mode <= kRawRead) {
+        file.stream.reset(FILE_open(name, "r"));
+    }
+    const bool is_open = mode <= kRawRead    ? file.stream != nullptr
+                         : mode == kRawWrite ? file.out.open(name)
+                                             : file.out.open_to_add(name);
+    if (!is_open) {
         return -1;
     }
     if (mode == kRawRead && !is_standard) {
@@ -266,8 +270,9 @@ void RAW_close(int handle)
 {
     if (RawFileRec *file = file_of(handle)) {
         if (file->mode == kRawWrite) {
-            std::fputc('\n', file->stream.get());
+            std::fputc('\n', file->out.stream());
         }
+        file->out.keep();
         *file = {}; // FILE_close leaves standard streams open
     }
 }

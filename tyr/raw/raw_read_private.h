@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "tyr/base/file.h"
+#include "tyr/base/whole_file.h"
 #include "tyr/raw/raw_rec.h"
 
 /// What the rooms of raw files share: the open file, its lines and the words in them.
@@ -18,7 +19,8 @@ struct RawField {
 };
 
 struct RawFileRec {
-    FilePtr stream;
+    FilePtr stream; ///< that is read
+    WholeFile out;  ///< that is written
     int open = 0;
     int type = 0; ///< RawType
     int mode = kRawRead;

@@ -10,6 +10,7 @@
 #include "tyr/base/res.h"
 #include "tyr/base/str.h"
 #include "tyr/base/sys.h"
+#include "tyr/base/whole_file.h"
 #include "tyr/names/name_conv.h"
 #include "tyr/raw/raw.h"
 #include "tyr/upper_air/assembly.h"
@@ -151,11 +152,11 @@ void write_file(const std::string &convention)
     if (name[0] == '\0') {
         STR_copy(name.data(), name.size(), word.data());
     }
-    FILE *stream = FILE_open(name.data(), "w");
+    WholeFile file;
     const std::string text = file_text();
-    const bool written =
-        stream != nullptr && std::fwrite(text.data(), 1, text.size(), stream) == text.size();
-    if (stream == nullptr || FILE_close(stream) != 0 || !written) {
+    if (!file.open(name.data()) ||
+        std::fwrite(text.data(), 1, text.size(), file.stream()) != text.size() ||
+        file.keep() != 0) {
         MSG_out(kMsgWarn, "THERM_out_raw: Unable to open output file: %s\n", name.data());
         return;
     }

@@ -13,6 +13,7 @@
 #include "tyr/base/msg.h"
 #include "tyr/base/netcdf.h"
 #include "tyr/base/str.h"
+#include "tyr/base/whole_file.h"
 #include "tyr/upper_air/foreign/foreign_forms.h"
 #include "tyr/upper_air/forms/row_text.h"
 #include "tyr/upper_air/forms/short_text.h"
@@ -37,7 +38,8 @@ struct State {
     int mode = kRead;
     int handle = -1;
     std::string name;
-    FilePtr stream;
+    FilePtr in;
+    WholeFile out;
     UpaNetcdf netcdf;
     int64_t whole_records = 0;
     ForeignFile foreign;
@@ -89,7 +91,13 @@ std::string expanded(const char *name)
 
 int open_netcdf(const char *name, int mode, int type)
 {
-    const std::string path = expanded(name);
+    std::string path = expanded(name);
+    if (mode == kWrite) {
+        if (!state.out.open_by_name(name)) {
+            return -1;
+        }
+        path = state.out.path();
+    }
     if (mode == kRead && !is_sound_netcdf("UPA_open", path.c_str(), &state.whole_records)) {
         return -1;
     }
@@ -115,14 +123,14 @@ int keep_text(std::string text, int type)
     } else {
         state.text = UpaTextFile(std::move(text), type, state.name);
     }
-    return fileno(state.stream.get());
+    return fileno(state.in.get());
 }
 
 int open_text(const char *name, int type)
 {
-    state.stream.reset(FILE_open(name, "r"));
-    std::optional<std::string> text = state.stream ? read_all(state.stream.get()) : std::nullopt;
-    if (state.stream && !text) {
+    state.in.reset(FILE_open(name, "r"));
+    std::optional<std::string> text = state.in ? read_all(state.in.get()) : std::nullopt;
+    if (state.in && !text) {
         MSG_out(kMsgWarn, "UPA_open: %s: the file is too long\n", name);
     }
     if (!text) {
@@ -131,7 +139,7 @@ int open_text(const char *name, int type)
     if (type == kUpaNoType) {
         type = upa_text_type(*text);
         if (type == kUpaNoType) {
-            state.stream.reset();
+            state.in.reset();
             return open_netcdf(name, kRead, type);
         }
         // a station's number at the start of a table looks like the date of type 1 or 2
@@ -164,12 +172,11 @@ int open_to_write(const char *name, int type)
     if (!is_writable(type)) {
         return -1;
     }
-    state.stream.reset(FILE_open(name, type == kUpaDigest ? "wb" : "w"));
-    if (!state.stream) {
+    if (!state.out.open(name)) {
         return -1;
     }
     state.type = type;
-    return fileno(state.stream.get());
+    return fileno(state.out.stream());
 }
 
 bool is_open(int handle, int mode)
@@ -179,7 +186,7 @@ bool is_open(int handle, int mode)
 
 void put(const std::string &text)
 {
-    std::fwrite(text.data(), 1, text.size(), state.stream.get());
+    std::fwrite(text.data(), 1, text.size(), state.out.stream());
 }
 
 int read_foreign_report(UpaReport *report, int what, int index)
@@ -265,20 +272,16 @@ int UPA_close(int handle)
     if (state.type == kUpaNoType || handle != state.handle) {
         return -1;
     }
-    int result = 0;
     if (is_netcdf(state.type)) {
         CDF_set_current(state.netcdf.id);
         CDF_close();
-    } else {
-        if (state.type == kUpaXml) {
-            put(xml_end());
-        }
-        result = FILE_close(state.stream.release());
-        if (result != 0 && state.mode == kWrite) {
-            MSG_out(kMsgWarn, "UPA_close: %s: not all could be written\n", state.name.c_str());
-        }
+    } else if (state.type == kUpaXml) {
+        put(xml_end());
     }
-    const bool failed = result != 0 && state.mode == kWrite;
+    const bool failed = state.mode == kWrite && state.out.keep() != 0;
+    if (failed) {
+        MSG_out(kMsgWarn, "UPA_close: %s: not all could be written\n", state.name.c_str());
+    }
     state = State{};
     return failed ? -1 : 0;
 }
