@@ -11,7 +11,6 @@ namespace {
 
 using namespace tyr;
 
-constexpr unsigned kTrace = 0x20000000;
 constexpr double kGravity = 9.8; // m/s^2
 constexpr float kStep = 10.0F;   // hPa, above the condensation level
 
@@ -75,8 +74,9 @@ class Ascent {
         if (parcel.p > kHighestStart && !is_missing(environment.t) && !is_missing(parcel.t))
             rec_.cap = std::max(rec_.cap, environment.t - parcel.t);
         const float energy = MET_layer_energy(&parcel_, &parcel, &environment_, &environment);
-        MSG_out(kTrace, "lift %6.1f-%6.1f  env %5.1f par %5.1f  %8.2f J/kg\n", double{parcel_.p},
-                double{parcel.p}, double{environment.t}, double{parcel.t}, double{energy});
+        MSG_out(kMsgDebugB, "lift %6.1f-%6.1f  env %5.1f par %5.1f  %8.2f J/kg\n",
+                double{parcel_.p}, double{parcel.p}, double{environment.t}, double{parcel.t},
+                double{energy});
         parcel_ = parcel;
         environment_ = environment;
         return is_missing(energy) ? 0.0F : energy;

@@ -17,8 +17,8 @@ namespace {
 constexpr SoundLevel kClear{kMissing, kMissing, kMissing, kMissing, kMissing, kMissing};
 
 using Field = float SoundLevel::*;
-constexpr std::array<Field, 6> kFields{&SoundLevel::p,  &SoundLevel::z,   &SoundLevel::t,
-                                       &SoundLevel::td, &SoundLevel::dir, &SoundLevel::spd};
+constexpr Field kFields[] = {&SoundLevel::p,  &SoundLevel::z,   &SoundLevel::t,
+                             &SoundLevel::td, &SoundLevel::dir, &SoundLevel::spd};
 
 struct State {
     std::vector<SoundLevel> sounding; // the one in force
@@ -194,8 +194,8 @@ bool is_sounding(const char *routine, const SoundLevel *sound, int count)
 
 std::string tag_of(int code, const SoundLevel &level)
 {
-    static constexpr std::array<const char *, 10> kTags{"SFC ", "TRP ", "WND ", "PAR ", "LCL ",
-                                                        "LFC ", " EL ", "MPL ", "WBZ ", "FRZ "};
+    static constexpr const char *const kTags[] = {"SFC ", "TRP ", "WND ", "PAR ", "LCL ",
+                                                  "LFC ", " EL ", "MPL ", "WBZ ", "FRZ "};
     const bool is_tag = code < 0 && code >= kTagFreezing;
     if (is_tag && (code != kTagSurface || level.p > 500.0F))
         return kTags[static_cast<std::size_t>(-code - 1)];

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "tyr/base/angle.h"
 #include "tyr/met/sounding_layer.h"
 #include "tyr/met/sounding_private.h"
 
@@ -39,8 +40,6 @@ LiftedParcel pick_parcel(const SoundLevel *sound, int n, int kind, float p, floa
 namespace {
 
 using namespace tyr;
-
-constexpr double kRadiansPerDegree = 0.017453292519943295;
 
 SoundLevel at(const SoundLevel *sound, int n, float p)
 {
