@@ -173,6 +173,7 @@ TEST_F(GridShelfTest, VorticityOfARealModel)
             ++count;
         }
     }
+    EXPECT_STREQ(out[0].units, "1e-05 m/s/m");
     // about the Coriolis parameter of the middle latitudes, in 1e-5 per second
     EXPECT_NEAR(sum / static_cast<float>(count), 9.0F, 2.0F);
     GRD_free(&out[0]);
