@@ -39,13 +39,13 @@ int output_kind(std::string_view name)
 }
 
 /// The largest grid: a netCDF file has the room of the one that is written first.
-size_t largest(const std::vector<SourceGrid> &grids)
+size_t largest(const std::vector<ChosenGrid> &grids)
 {
-    const auto points = [](const SourceGrid &grid) {
+    const auto points = [](const ChosenGrid &grid) {
         return static_cast<double>(grid.head().domain.nx) * grid.head().domain.ny;
     };
     const auto found =
-        std::max_element(grids.begin(), grids.end(), [&](const SourceGrid &a, const SourceGrid &b) {
+        std::max_element(grids.begin(), grids.end(), [&](const ChosenGrid &a, const ChosenGrid &b) {
             return points(a) < points(b);
         });
     return static_cast<size_t>(found - grids.begin());
@@ -59,10 +59,10 @@ GridFileInfo file_info(const GridRec &grid)
     return info;
 }
 
-bool write_one(int handle, Sources *sources, size_t place)
+bool write_one(int handle, GridChoice *choice, size_t place)
 {
     GridRec grid;
-    bool is_good = sources->take(&sources->grids[place], &grid);
+    bool is_good = choice->take(&choice->grids[place], &grid);
     int index = static_cast<int>(place);
     if (is_good && GRD_write(handle, &grid, 0, &index) != 0) {
         is_good = false;
@@ -73,7 +73,7 @@ bool write_one(int handle, Sources *sources, size_t place)
 
 } // namespace
 
-bool write_grids(Sources *sources)
+bool write_grids(GridChoice *choice)
 {
     std::string name = RES_get("out_file");
     const int kind = output_kind(name);
@@ -85,11 +85,11 @@ bool write_grids(Sources *sources)
     if (handle == 0) {
         return false;
     }
-    const size_t first = kind == kGridNetcdf ? largest(sources->grids) : 0;
-    const GridFileInfo info = file_info(sources->grids[first].head());
-    bool is_good = GRD_write_header(handle, &info) == 0 && write_one(handle, sources, first);
-    for (size_t i = 0; is_good && i < sources->grids.size(); ++i) {
-        is_good = i == first || write_one(handle, sources, i);
+    const size_t first = kind == kGridNetcdf ? largest(choice->grids) : 0;
+    const GridFileInfo info = file_info(choice->grids[first].head());
+    bool is_good = GRD_write_header(handle, &info) == 0 && write_one(handle, choice, first);
+    for (size_t i = 0; is_good && i < choice->grids.size(); ++i) {
+        is_good = i == first || write_one(handle, choice, i);
     }
     if (!is_good) {
         MSG_out(kMsgWarn, "%s: not written\n", name.c_str());

@@ -98,14 +98,14 @@ bool open_files(GridShelf *shelf)
 
 int list_or_write(GridShelf *shelf)
 {
-    Sources sources(shelf);
-    if (!sources.gather()) {
+    GridChoice choice(shelf);
+    if (!choice.gather()) {
         return kExitNothing;
     }
     if (RES_get("out_file") != nullptr) {
-        return write_grids(&sources) ? kExitNormal : kExitNoDump;
+        return write_grids(&choice) ? kExitNormal : kExitNoDump;
     }
-    return list_grids(&sources) > 0 ? kExitNormal : kExitNothing;
+    return list_grids(&choice) > 0 ? kExitNormal : kExitNothing;
 }
 
 } // namespace

@@ -1,4 +1,4 @@
-#include "programs/tyrgrid/source.h"
+#include "tyr/grid_files/grid_choice.h"
 
 #include <cstdio>
 #include <utility>
@@ -14,14 +14,14 @@
 
 namespace tyr {
 
-Sources::~Sources()
+GridChoice::~GridChoice()
 {
-    for (SourceGrid &grid : grids) {
+    for (ChosenGrid &grid : grids) {
         GRD_free(&grid.made);
     }
 }
 
-bool Sources::gather()
+bool GridChoice::gather()
 {
     if (const char *expression = RES_get("variable")) {
         return gather_variables(expression);
@@ -36,7 +36,7 @@ bool Sources::gather()
     return !grids.empty();
 }
 
-bool Sources::gather_variables(const char *expression)
+bool GridChoice::gather_variables(const char *expression)
 {
     const GridFinder find = [this](const VarRec &wanted, GridRec *out) {
         return shelf_->find(wanted, out);
@@ -52,7 +52,7 @@ bool Sources::gather_variables(const char *expression)
             return false;
         }
         for (int i = 0; i < count; ++i) {
-            SourceGrid grid;
+            ChosenGrid grid;
             grid.made = out[i];
             grids.push_back(grid);
         }
@@ -60,7 +60,7 @@ bool Sources::gather_variables(const char *expression)
     return !grids.empty();
 }
 
-bool Sources::gather_numbers(const std::string &numbers)
+bool GridChoice::gather_numbers(const std::string &numbers)
 {
     const int count = static_cast<int>(shelf_->grids().size());
     for (const std::string &word : STR_fields(numbers, ',')) {
@@ -80,7 +80,7 @@ bool Sources::gather_numbers(const std::string &numbers)
     return !grids.empty();
 }
 
-void Sources::gather_all()
+void GridChoice::gather_all()
 {
     const auto fits = [](int slot, int value) {
         return PRM_get(slot) == kMissingInt || PRM_get(slot) == value;
@@ -94,13 +94,13 @@ void Sources::gather_all()
     }
 }
 
-size_t Sources::number(size_t i) const
+size_t GridChoice::number(size_t i) const
 {
     const ShelfGrid *grid = grids[i].on_shelf;
     return grid == nullptr ? i + 1 : static_cast<size_t>(grid - shelf_->grids().data()) + 1;
 }
 
-bool Sources::take(SourceGrid *grid, GridRec *out)
+bool GridChoice::take(ChosenGrid *grid, GridRec *out)
 {
     GridRec whole;
     GRD_init(&whole);
