@@ -199,7 +199,7 @@ TEST_F(Tyrgrid, FieldsLieOverEachOtherInTheirOrder)
         });
     };
     EXPECT_TRUE(has("a plane"));
-    EXPECT_TRUE(has("a plane  INTERVAL: 30.0"));
+    EXPECT_TRUE(has("(m)  INTERVAL:  30.0"));
     EXPECT_TRUE(has("500 mb wind vectors"));
     EXPECT_EQ(std::count(texts.begin(), texts.end(), "5500"), 5);
     const auto is_filled = [](const PsStroke &s) { return s.filled && s.points.size() > 2; };
