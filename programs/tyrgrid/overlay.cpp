@@ -9,6 +9,7 @@
 #include "tyr/base/sys.h"
 #include "tyr/field/overlay.h"
 #include "tyr/grid_files/grid_choice.h"
+#include "tyr/grid_math/remap.h"
 #include "tyr/place/domain_text.h"
 #include "tyr/plot/dump.h"
 #include "tyr/var/expression.h"
@@ -75,6 +76,10 @@ int draw_grids(GridShelf *shelf)
         layers.empty()) {
         return kExitNothing;
     }
+    for (FieldLayer &layer : layers) {
+        GRD_close_circle(&layer.first.rec);
+        GRD_close_circle(&layer.second.rec);
+    }
     settle_layer_types(&layers);
     DomainRec domain = layers.front().first.rec.domain;
     if (RES_get("plot_domain") != nullptr || RES_get("region") != nullptr) {
@@ -84,9 +89,6 @@ int draw_grids(GridShelf *shelf)
     if (!DOM_is_usable(&domain)) {
         MSG_out(kMsgError, "Invalid domain\n");
         return kExitDomain;
-    }
-    if (RES_get("con_interval") == nullptr) {
-        RES_put("con_interval", "0"); // a nice one; nobody is asked
     }
     plot_layers(&layers, &domain);
     return PLT_dump_failed() ? kExitNoDump : kExitNormal;

@@ -4,6 +4,8 @@
 #include <string>
 
 #include "tyr/base/prm.h"
+#include "tyr/base/res.h"
+#include "tyr/base/str.h"
 #include "tyr/field/contour.h"
 #include "tyr/field/vector.h"
 #include "tyr/gks/gks.h"
@@ -128,6 +130,18 @@ int plot(DomainRec *domain)
     return 0;
 }
 
+/// Bands and lines of no told interval take a nice one; nobody is asked.
+void settle_interval(VarRec *record)
+{
+    const char *told = RES_get("con_interval");
+    const std::string format = record->format;
+    if ((told != nullptr && *told != '\0') || record->type < kTypeLine ||
+        record->type > kTypeFillAndLine || format.find("in=") != std::string::npos) {
+        return;
+    }
+    STR_copy(record->format, sizeof record->format, format.empty() ? "in=0" : "in=0:" + format);
+}
+
 } // namespace
 
 void settle_layer_types(std::deque<FieldLayer> *layers)
@@ -146,6 +160,7 @@ void settle_layer_types(std::deque<FieldLayer> *layers)
                            : &layer == &layers->front() ? kTypeFill
                                                         : kTypeLine;
         }
+        settle_interval(record);
     }
 }
 

@@ -18,7 +18,7 @@ struct FieldLayer {
 
 /// Gives each layer's record a type that it can be drawn in, where the expression tells none: the
 /// plot type; else arrows for a wind, filled bands for the picture's first field, and lines. The
-/// type "value" becomes numbers at the grid points.
+/// type "value" becomes numbers at the grid points. Fields without an interval take a nice one.
 void settle_layer_types(std::deque<FieldLayer> *layers);
 
 /// The whole plot of layers in a domain, the first at the bottom, each with a line of labels. The

@@ -117,6 +117,7 @@ bool GridChoice::take(ChosenGrid *grid, GridRec *out)
     }
     DomainRec where;
     DOM_decode(domain, &where);
+    GRD_close_circle(&whole);
     const bool is_done = DOM_is_usable(&where) && GRD_remap(out, &where, &whole) == 1;
     GRD_free(&whole);
     return is_done;
