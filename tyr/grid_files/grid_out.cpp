@@ -35,8 +35,10 @@ int open_out(const char *routine, const char *name, int kind)
         return 0;
     }
     const bool append = answer == kOutAppend && FILE_exists(path.data()) == 1;
-    MSG_out(kMsgMess, append ? "Appending to grid file: %s\n" : "Creating grid file: %s\n",
-            path.data());
+    if (FILE_is_std(path.data()) == 0) { // what is told stands there too
+        MSG_out(kMsgMess, append ? "Appending to grid file: %s\n" : "Creating grid file: %s\n",
+                path.data());
+    }
     const int handle = tyr::grid_open_out(path.data(), kind, kLowestHandle, append);
     if (handle == -1) {
         MSG_out(kTold, "%s: Unable to %s grid file: %s\n", routine, append ? "open" : "create",
