@@ -2,6 +2,7 @@
 
 #include "geo/projection_places.h"
 #include "tyr/base/missing.h"
+#include "tyr/geo/domain.h"
 #include "tyr/geo/projection.h"
 
 using namespace tyr;

@@ -39,12 +39,12 @@ constexpr std::array<Month, kMonths> kMonthNames = {
      {"DEC", "dec", "December"}}
 };
 
-constexpr std::array<const char *, 7> kDays = {"SUN", "MON", "TUE", "WED", "THU", "FRI", "SAT"};
+constexpr const char *const kDays[] = {"SUN", "MON", "TUE", "WED", "THU", "FRI", "SAT"};
 
 /// Days before each month, and of the whole year; common and leap year.
-constexpr std::array<std::array<int, kMonths + 1>, 2> kDaysBefore = {
-    {{0, 31, 59, 90, 120, 151, 181, 212, 243, 273, 304, 334, 365},
-     {0, 31, 60, 91, 121, 152, 182, 213, 244, 274, 305, 335, 366}}
+constexpr std::array<int, kMonths + 1> kDaysBefore[] = {
+    {0, 31, 59, 90, 120, 151, 181, 212, 243, 273, 304, 334, 365},
+    {0, 31, 60, 91, 121, 152, 182, 213, 244, 274, 305, 335, 366}
 };
 
 enum Clock { kBracketClock = -1, kDayClock = 0, kHalfDayClock = 1 };
@@ -115,8 +115,11 @@ struct Form {
     bool has_second;
 };
 
-constexpr std::array<Form, 4> kForms = {
-    {{0, false, false}, {15, true, false}, {19, true, true}, {13, false, false}}
+constexpr Form kForms[] = {
+    {0,  false, false},
+    {15, true,  false},
+    {19, true,  true },
+    {13, false, false}
 };
 
 bool read_form(const char *text, const Form &form, DateRec &date)
@@ -297,7 +300,7 @@ void TIME_parse(const char *text, DateRec *date)
     if (!text) {
         return;
     }
-    const bool found = std::any_of(kForms.begin(), kForms.end(),
+    const bool found = std::any_of(std::begin(kForms), std::end(kForms),
                                    [&](const Form &form) { return read_form(text, form, *date); });
     if (!found) {
         read_numbers(text, *date);

@@ -38,17 +38,17 @@ struct LevelWord {
     unsigned mask;
 };
 
-constexpr std::array<LevelWord, 10> kLevels = {
-    {{"none", 0},
-     {"print", kMsgPrint},
-     {"error", kMsgError},
-     {"warn", kMsgWarn},
-     {"mess", kMsgMess},
-     {"out1", kMsgOut1},
-     {"out2", kMsgOut2},
-     {"out3", kMsgOut3},
-     {"out4", kMsgOut4},
-     {"debug", kMsgDebug}}
+constexpr LevelWord kLevels[] = {
+    {"none",  0        },
+    {"print", kMsgPrint},
+    {"error", kMsgError},
+    {"warn",  kMsgWarn },
+    {"mess",  kMsgMess },
+    {"out1",  kMsgOut1 },
+    {"out2",  kMsgOut2 },
+    {"out3",  kMsgOut3 },
+    {"out4",  kMsgOut4 },
+    {"debug", kMsgDebug}
 };
 
 /// The sinks by the prefix of their word.
@@ -58,12 +58,12 @@ struct Sink {
     int terminal;
 };
 
-constexpr std::array<Sink, 5> kSinks = {
-    {{"@fi", "a", kStamped},
-     {"+fi", "a", kTerminal},
-     {"-fi", "w", kTerminal},
-     {"dfi", nullptr, kReopen},
-     {"fi", "a", kLogOnly}}
+constexpr Sink kSinks[] = {
+    {"@fi", "a",     kStamped },
+    {"+fi", "a",     kTerminal},
+    {"-fi", "w",     kTerminal},
+    {"dfi", nullptr, kReopen  },
+    {"fi",  "a",     kLogOnly }
 };
 
 unsigned with_all_below(unsigned mask)
@@ -88,10 +88,10 @@ void set_mask(char sign, unsigned mask)
 /// A level word without its sign: the bits of its level, narrowed by a last letter a to d.
 unsigned level_mask(std::string_view word)
 {
-    const auto level = std::find_if(kLevels.begin(), kLevels.end(), [&](const LevelWord &l) {
-        return STR_has_prefix(word, l.word);
-    });
-    if (level == kLevels.end()) {
+    const auto level =
+        std::find_if(std::begin(kLevels), std::end(kLevels),
+                     [&](const LevelWord &l) { return STR_has_prefix(word, l.word); });
+    if (level == std::end(kLevels)) {
         return 0;
     }
     switch (word.back()) {

@@ -9,7 +9,7 @@
 /// after a report the call has had no effect. The one workstation has the number 1; the routines
 /// that take a workstation number accept any.
 
-/// The kinds of device. Primitives tell them apart by a switch.
+/// The kinds of device.
 enum DeviceKind {
     kDeviceNone = 0,       ///< no device; as a request: ask the user
     kDeviceDisplay = 1,    ///< an X11 window of our own
@@ -24,7 +24,7 @@ inline constexpr int kAppNameRoom = 32; ///< bytes of the application name with 
 inline constexpr int kTitleRoom = 60;   ///< bytes of the window title with its end
 
 // ---------------------------------------------------------------------------------------------
-// Kernel and workstation (state, session)
+// Kernel and workstation
 
 /// Opens the kernel: reports go to the file `error_file`, or to standard error when it is null.
 /// The size is ignored. 1 when the file can't be opened, else 0.
@@ -114,7 +114,7 @@ int gset_events(int on);
 int ginq_events();
 
 // ---------------------------------------------------------------------------------------------
-// Transformations (transform, clip)
+// Transformations
 
 /// Window (world coordinates) and viewport (normalised coordinates) of transformation n, 0 to 5;
 /// another number is reported and changes nothing. A viewport of the selected transformation
@@ -174,7 +174,7 @@ void gclip_rect(short out[4]);
 int gextent_visible(int n, const float *points);
 
 // ---------------------------------------------------------------------------------------------
-// Output primitives and their attributes (line, marker, fill)
+// Output primitives and their attributes
 
 /// Polyline through n points, at least 2. 1 on a metafile, else 0. A line whose bounding box lies
 /// outside the window is dropped.
@@ -223,7 +223,7 @@ int ginq_fill_black();
 const unsigned char *gfill_pattern(int index);
 
 // ---------------------------------------------------------------------------------------------
-// Stroke text (text, font)
+// Stroke text
 
 /// Draws a text at a position in world coordinates, by the text attributes.
 int gtext(const float pos[2], const char *text);
@@ -259,7 +259,7 @@ int gset_char_up(const float up[2]);
 int ginq_text_colr();
 
 // ---------------------------------------------------------------------------------------------
-// Colour representation (colour)
+// Colour representation
 
 inline constexpr int kMaxColour = 256;       ///< greatest index of the tables
 inline constexpr int kBackgroundEntry = 256; ///< table entry that index -1 reaches

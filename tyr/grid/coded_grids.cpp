@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstdlib>
 
+#include "tyr/base/angle.h"
 #include "tyr/base/missing.h"
 #include "tyr/base/msg.h"
 #include "tyr/base/str.h"
@@ -21,7 +22,7 @@ constexpr int kFirstGridId = 70;
 constexpr size_t kFirstWordDigits = 5;
 constexpr int kWind = 22, kWindU = 23, kWindV = 24, kTemperature = 4;
 constexpr int kPressureLevel = 10, kHeightLevel = 13, kGround = 12;
-constexpr double kRadians = 3.14159265358979323846 / 180.0;
+
 constexpr int kLastFromSouth = 4; ///< quadrants whose rows stand from the last one down
 
 struct Centre {
@@ -41,7 +42,7 @@ constexpr Centre kQuadrants[] = {
     {-55, 135 },
     {-55, 45  },
 };
-constexpr std::array<double, 10> kScales = {1, 0.1, 0.01, 0.001, 0.0001, 10, 100, 1e3, 1e4, 1e5};
+constexpr double kScales[] = {1, 0.1, 0.01, 0.001, 0.0001, 10, 100, 1e3, 1e4, 1e5};
 
 /// The number of `count` digits at a place of a word; 0 where none stand.
 int digits(const std::string &word, size_t from, size_t count)
@@ -218,7 +219,7 @@ bool CodedGrids::read_rows(const Coding &coding, GridRec *grid, std::string *wor
         for (size_t x = 0; to != nullptr && x < row.size(); ++x) {
             const int number = static_cast<int>(row[x]);
             const double speed = std::abs(number % 100);
-            const double angle = std::abs(number / 100) * kRadians;
+            const double angle = std::abs(number / 100) * kRadiansPerDegree;
             if (is_missing(row[x])) {
                 to[x] = kMissing;
             } else if (grid->var == kWindU || grid->var == kWindV) {

@@ -22,13 +22,13 @@ struct ModeWord {
     const char *word;
     Mode mode;
 };
-constexpr std::array<ModeWord, 6> kModes{
-    {{"add", Mode::add},
-     {"sub", Mode::subtract},
-     {"sub-", Mode::subtract_from},
-     {"mul", Mode::multiply},
-     {"div", Mode::divide},
-     {"div-", Mode::divide_by}}
+constexpr ModeWord kModes[] = {
+    {"add",  Mode::add          },
+    {"sub",  Mode::subtract     },
+    {"sub-", Mode::subtract_from},
+    {"mul",  Mode::multiply     },
+    {"div",  Mode::divide       },
+    {"div-", Mode::divide_by    }
 };
 
 std::optional<Mode> find_mode(const char *word)

@@ -26,9 +26,14 @@ inline constexpr unsigned kGifCodes = 1U << kGifMaxWidth; ///< codes in all
 struct GifPass {
     int first, step;
 };
-inline constexpr std::array<GifPass, 4> kGifPasses = {
-    {{0, 8}, {4, 8}, {2, 4}, {1, 2}}
+inline constexpr GifPass kGifPasses[] = {
+    {0, 8},
+    {4, 8},
+    {2, 4},
+    {1, 2}
 };
-inline constexpr std::array<GifPass, 1> kGifPlain = {{{0, 1}}};
+inline constexpr GifPass kGifPlain[] = {
+    {0, 1}
+};
 
 } // namespace tyr

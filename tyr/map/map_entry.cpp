@@ -95,13 +95,13 @@ struct Condition {
     bool is_least; ///< the first number is the least height, else the greatest
 };
 
-constexpr std::array<Condition, 6> kConditions = {
-    {{"s+", 0, true},
-     {">", '<', true},
-     {"s-", 0, false},
-     {"<", '>', false},
-     {"s+", 0, true},
-     {">", 0, true}}
+constexpr Condition kConditions[] = {
+    {"s+", 0,   true },
+    {">",  '<', true },
+    {"s-", 0,   false},
+    {"<",  '>', false},
+    {"s+", 0,   true },
+    {">",  0,   true }
 };
 
 /// Steps over a condition if it stands there; false if it isn't met.

@@ -44,10 +44,12 @@ double heat_fit(double F, double H)
 
 float MET_wind_chill(float t, float v)
 {
-    if (t < 0.0F || v < 0.0F)
+    if (t < 0.0F || v < 0.0F) {
         return kMissing;
-    if (v < kLowWind || t > kSkin)
+    }
+    if (v < kLowWind || t > kSkin) {
         return t;
+    }
     const double wind = std::min(double{v}, kTopWind);
     return to_float(kSkin -
                     (kSkin - t) * (0.453843 * std::sqrt(wind) + 0.474266 - 0.0453843 * wind));
@@ -55,18 +57,21 @@ float MET_wind_chill(float t, float v)
 
 float MET_wind_chill2(float t, float v)
 {
-    if (t < 0.0F || v < 0.0F)
+    if (t < 0.0F || v < 0.0F) {
         return kMissing;
+    }
     const double chill = std::pow(double{v}, 0.16) * (0.4863 * t - 146.774) + 0.6215 * t + 116.514;
     return std::min(to_float(chill), t);
 }
 
 float MET_heat_loss(float t, float v)
 {
-    if (t < 0.0F || v < 0.0F)
+    if (t < 0.0F || v < 0.0F) {
         return kMissing;
-    if (v < kLowWind || t > kSkin)
+    }
+    if (v < kLowWind || t > kSkin) {
         return t;
+    }
     const double wind = std::min(double{v}, kTopWind);
     return to_float((kSkin - t) * 1.1627 * (10.0 * std::sqrt(wind) + 10.45 - wind));
 }
@@ -74,11 +79,13 @@ float MET_heat_loss(float t, float v)
 float MET_heat_index(float t, float td)
 {
     constexpr double kSimpleLimit = 77.0; // degrees Fahrenheit
-    if (t < 0.0F || td < 0.0F || td > t)
+    if (t < 0.0F || td < 0.0F || td > t) {
         return kMissing;
+    }
     const double saturated = MET_sat_vapor(t);
-    if (saturated <= 0.0)
+    if (saturated <= 0.0) {
         return kMissing;
+    }
     const double F = fahrenheit(t);
     const double H = 100.0 * MET_sat_vapor(td) / saturated;
     const double simple = 60.8 + 1.2 * (F - 68.0) + 0.0936 * H;
@@ -88,15 +95,17 @@ float MET_heat_index(float t, float td)
 float MET_humiture(float t, float td)
 {
     constexpr double kComfortable = 21.0; // hPa
-    if (t < 0.0F || td < 0.0F)
+    if (t < 0.0F || td < 0.0F) {
         return kMissing;
+    }
     const double e = MET_sat_vapor(td);
     return e < kComfortable ? t : to_float(fahrenheit(t) + e - kComfortable);
 }
 
 float MET_discomfort(float a, float b)
 {
-    if (a < 0.0F || b < 0.0F)
+    if (a < 0.0F || b < 0.0F) {
         return kMissing;
+    }
     return to_float(0.55 * a + 0.2 * b + 17.5);
 }

@@ -11,7 +11,6 @@ namespace {
 
 using namespace tyr;
 
-constexpr unsigned kTrace = 0x20000000;
 constexpr double kGravity = 9.8; // m/s^2
 constexpr float kStep = 10.0F;   // hPa, above the condensation level
 
@@ -42,10 +41,11 @@ class Ascent {
     void rise_dry(const SoundLevel &parcel, const SoundLevel &environment)
     {
         const float energy = step_to(parcel, environment);
-        if (energy > 0.0F)
+        if (energy > 0.0F) {
             rec_.cape += energy;
-        else
+        } else {
             rec_.cin -= energy;
+        }
     }
     /// A step above it.
     void rise_moist(const SoundLevel &parcel, const SoundLevel &environment)
@@ -62,8 +62,9 @@ class Ascent {
             rec_.cape += energy;
             has_risen_ = true;
         }
-        if (reach_ != Reach::kHeld && energy < 0.0F)
+        if (reach_ != Reach::kHeld && energy < 0.0F) {
             slow_down(energy, middle);
+        }
     }
 
   private:
@@ -72,11 +73,13 @@ class Ascent {
     // Takes a step's cap and makes its end the next one's start. @return its energy, 0 if unknown
     float step_to(const SoundLevel &parcel, const SoundLevel &environment)
     {
-        if (parcel.p > kHighestStart && !is_missing(environment.t) && !is_missing(parcel.t))
+        if (parcel.p > kHighestStart && !is_missing(environment.t) && !is_missing(parcel.t)) {
             rec_.cap = std::max(rec_.cap, environment.t - parcel.t);
+        }
         const float energy = MET_layer_energy(&parcel_, &parcel, &environment_, &environment);
-        MSG_out(kTrace, "lift %6.1f-%6.1f  env %5.1f par %5.1f  %8.2f J/kg\n", double{parcel_.p},
-                double{parcel.p}, double{environment.t}, double{parcel.t}, double{energy});
+        MSG_out(kMsgDebugB, "lift %6.1f-%6.1f  env %5.1f par %5.1f  %8.2f J/kg\n",
+                double{parcel_.p}, double{parcel.p}, double{environment.t}, double{parcel.t},
+                double{energy});
         parcel_ = parcel;
         environment_ = environment;
         return is_missing(energy) ? 0.0F : energy;
@@ -112,14 +115,16 @@ void rise_to_lcl(Ascent *ascent, const SoundLevel *sound, int n, int kind, int f
     const float theta = MET_theta(parcel.lcl_t, parcel.lcl_p);
     float last = parcel.p;
     for (int i = first; i < n && !(sound[i].p < parcel.lcl_p); ++i) {
-        if (is_missing(sound[i].t) || !(sound[i].p < parcel.p))
+        if (is_missing(sound[i].t) || !(sound[i].p < parcel.p)) {
             continue;
+        }
         last = sound[i].p;
         ascent->rise_dry(parcel_level(last, MET_temp_from_theta(theta, last)), sound[i]);
     }
-    if (last > parcel.lcl_p)
+    if (last > parcel.lcl_p) {
         ascent->rise_dry(parcel_level(parcel.lcl_p, parcel.lcl_t),
                          level_at(sound, n, kind, parcel.lcl_p));
+    }
 }
 
 // In steps through the environment, which is read at all of them at once.
@@ -128,22 +133,26 @@ void rise_above_lcl(Ascent *ascent, const SoundLevel *sound, int n, int kind, fl
 {
     const float top = std::max(sound[n - 1].p, 0.0F);
     std::vector<float> steps;
-    for (float p = lcl_p - kStep; p > top; p -= kStep)
+    for (float p = lcl_p - kStep; p > top; p -= kStep) {
         steps.push_back(p);
+    }
     std::vector<SoundLevel> environment(steps.size());
     const int count = static_cast<int>(steps.size());
-    if (MET_sound_interp(sound, n, kind, steps.data(), environment.data(), count) < 0)
+    if (MET_sound_interp(sound, n, kind, steps.data(), environment.data(), count) < 0) {
         return;
-    for (size_t i = 0; i < steps.size() && !is_missing(environment[i].t); ++i)
+    }
+    for (size_t i = 0; i < steps.size() && !is_missing(environment[i].t); ++i) {
         ascent->rise_moist(parcel_level(steps[i], MET_moist_temp(theta_e, steps[i])),
                            environment[i]);
+    }
 }
 
 LiftedParcel chosen_parcel(const SoundLevel *sound, int n, const SoundLevel *given, int kind,
                            float p, float depth)
 {
-    if (given != nullptr && !is_missing(given->p))
+    if (given != nullptr && !is_missing(given->p)) {
         return lifted_parcel(given->p, kelvin(given->t), kelvin(given->td));
+    }
     return pick_parcel(sound, n, kind, p, depth);
 }
 
@@ -161,13 +170,16 @@ float MET_layer_energy(const SoundLevel *parcel_low, const SoundLevel *parcel_hi
                        const SoundLevel *env_low, const SoundLevel *env_high)
 {
     for (const float x :
-         {parcel_low->t, parcel_high->t, env_low->t, env_high->t, env_low->z, env_high->z})
-        if (is_missing(x))
+         {parcel_low->t, parcel_high->t, env_low->t, env_high->t, env_low->z, env_high->z}) {
+        if (is_missing(x)) {
             return kMissing;
+        }
+    }
     const double parcel = (double{parcel_low->t} + parcel_high->t) / 2.0;
     const double environment = (double{env_low->t} + env_high->t) / 2.0;
-    if (environment + kZeroCelsius <= 0.0)
+    if (environment + kZeroCelsius <= 0.0) {
         return kMissing;
+    }
     return static_cast<float>(kGravity * (parcel - environment) / (environment + kZeroCelsius) *
                               (double{env_high->z} - env_low->z));
 }
@@ -176,15 +188,18 @@ int MET_parcel(const SoundLevel *sound, int n, SoundLevel *parcel, int kind, Par
                float p, float depth)
 {
     *result = kNoData;
-    if (n <= 0 || is_missing(p))
+    if (n <= 0 || is_missing(p)) {
         return 0;
+    }
     const LiftedParcel lift = chosen_parcel(sound, n, parcel, kind, p, depth);
-    if (!lift.has_lcl())
+    if (!lift.has_lcl()) {
         return 0;
+    }
     int first = 0;
     const SoundLevel start = level_at(sound, n, kind, lift.p, &first);
-    if (parcel != nullptr)
+    if (parcel != nullptr) {
         hand_back(lift, start, parcel);
+    }
     *result = kStart;
     result->lcl_p = lift.lcl_p;
     result->lcl_t = lift.lcl_t;
@@ -192,7 +207,8 @@ int MET_parcel(const SoundLevel *sound, int n, SoundLevel *parcel, int kind, Par
     Ascent ascent(result, parcel_level(lift.p, lift.t), start);
     rise_to_lcl(&ascent, sound, n, kind, first, lift);
     rise_above_lcl(&ascent, sound, n, kind, lift.lcl_p, result->theta_e);
-    if (result->cape > 0.0F)
+    if (result->cape > 0.0F) {
         result->w_max = static_cast<float>(std::sqrt(2.0 * result->cape));
+    }
     return 1;
 }

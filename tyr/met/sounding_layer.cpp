@@ -104,9 +104,11 @@ constexpr Quantity kQuantities[] = {
 
 const Quantity *find_quantity(const char *name)
 {
-    for (const Quantity &q : kQuantities)
-        if (name != nullptr && STR_casecmp(name, q.name) == 0)
+    for (const Quantity &q : kQuantities) {
+        if (name != nullptr && STR_casecmp(name, q.name) == 0) {
             return &q;
+        }
+    }
     return nullptr;
 }
 
@@ -124,27 +126,31 @@ std::vector<SoundLevel> layer_points(const SoundLevel *sound, int n, int kind, f
     int first = 0;
     int end = 0;
     std::vector<SoundLevel> points{level_at(sound, n, kind, bottom, &first)};
-    if (is_missing(top) || top == bottom)
+    if (is_missing(top) || top == bottom) {
         return points;
+    }
     const SoundLevel last = level_at(sound, n, kind, top, &end);
-    for (int i = first; i < end; ++i)
+    for (int i = first; i < end; ++i) {
         points.push_back(sound[i]);
+    }
     points.push_back(last);
     return points;
 }
 
 float mean_of(const std::vector<SoundLevel> &points, const Quantity &q)
 {
-    if (points.size() == 1)
+    if (points.size() == 1) {
         return value_at(q, points[0]);
+    }
     double sum = 0.0;
     double weight = 0.0;
     float below = kMissing;
     float p_below = kMissing;
     for (const SoundLevel &point : points) {
         const float x = value_at(q, point);
-        if (is_missing(x))
+        if (is_missing(x)) {
             continue;
+        }
         if (!is_missing(below)) {
             const double w = std::log(double{p_below} / point.p);
             sum += w * (double{below} + x);
@@ -162,11 +168,13 @@ float MET_layer_mean(const char *name, const SoundLevel *sound, int n, int kind,
                      float top)
 {
     const Quantity *q = find_quantity(name);
-    if (q == nullptr || n <= 0)
+    if (q == nullptr || n <= 0) {
         return kMissing;
+    }
     const float mean = mean_of(layer_points(sound, n, kind, bottom, top), *q);
-    if (q->name != kAboveGround || is_missing(mean))
+    if (q->name != kAboveGround || is_missing(mean)) {
         return mean;
+    }
     return is_missing(sound[0].z) ? kMissing : mean - sound[0].z;
 }
 
@@ -174,8 +182,9 @@ int MET_layer_mix_theta(const SoundLevel *sound, int n, int kind, float *mix, fl
                         float bottom, float top)
 {
     *mix = *theta_mean = kMissing;
-    if (n <= 0)
+    if (n <= 0) {
         return 0;
+    }
     const std::vector<SoundLevel> points = layer_points(sound, n, kind, bottom, top);
     *mix = mean_of(points, *find_quantity("mrat"));
     *theta_mean = mean_of(points, *find_quantity("theta"));
@@ -194,8 +203,9 @@ float MET_lapse_rate(const SoundLevel *sound, int n, int kind, float a, float b)
     const SoundLevel low = level_at(sound, n, kind, a);
     const SoundLevel high = level_at(sound, n, kind, b);
     if (is_missing(low.z) || is_missing(high.z) || is_missing(low.t) || is_missing(high.t) ||
-        low.z == high.z)
+        low.z == high.z) {
         return kMissing;
+    }
     return -(high.t - low.t) / (high.z - low.z);
 }
 
@@ -205,16 +215,19 @@ float MET_precip_water(const SoundLevel *sound, int n)
     constexpr double kGramsTwice = 2000.0; // the mean of two, and g/kg to kg/kg
     constexpr double kPerInch = 2.4892;    // hPa of water over gravity in an inch
     if (!begins_low(sound, n) || n < kDewPointBy ||
-        std::none_of(sound, sound + kDewPointBy, has_air))
+        std::none_of(sound, sound + kDewPointBy, has_air)) {
         return kMissing;
+    }
     const SoundLevel *below = nullptr;
     double inches = 0.0;
     for (const SoundLevel *s = sound; s != sound + n; ++s) {
-        if (is_missing(s->td) || !(s->p > 0.0F))
+        if (is_missing(s->td) || !(s->p > 0.0F)) {
             continue;
-        if (below != nullptr)
+        }
+        if (below != nullptr) {
             inches += (double{spec_hum(*below)} + spec_hum(*s)) / kGramsTwice / kPerInch *
                       (double{below->p} - s->p);
+        }
         below = s;
     }
     return static_cast<float>(inches);
@@ -229,12 +242,15 @@ float MET_wetbulb_zero(const SoundLevel *sound, int n)
     const SoundLevel *below = nullptr;
     for (const SoundLevel *s = sound; s != sound + std::max(n, 0); ++s) {
         const float wet = has_air(*s) ? wet_of(*s) : kMissing;
-        if (is_missing(wet))
+        if (is_missing(wet)) {
             continue;
-        if (below == nullptr && wet < 0.0F)
+        }
+        if (below == nullptr && wet < 0.0F) {
             return -1.0F;
-        if (below != nullptr && wet <= 0.0F)
+        }
+        if (below != nullptr && wet <= 0.0F) {
             return MET_lin_interp(0.0F, celsius(wet_bulb(*below)), wet, below->p, s->p);
+        }
         below = s;
     }
     return kMissing;
@@ -242,10 +258,12 @@ float MET_wetbulb_zero(const SoundLevel *sound, int n)
 
 float MET_max_temp(const SoundLevel *sound, int n, int kind, float p, float depth)
 {
-    if (is_missing(p) || is_missing(depth))
+    if (is_missing(p) || is_missing(depth)) {
         return kMissing;
+    }
     const SoundLevel top = level_at(sound, n, kind, p - depth);
-    if (is_missing(top.t) || !(top.p > 0.0F) || !(p > 0.0F))
+    if (is_missing(top.t) || !(top.p > 0.0F) || !(p > 0.0F)) {
         return kMissing;
+    }
     return MET_temp_from_theta(theta(top), p);
 }

@@ -28,8 +28,9 @@ struct Wind {
 Wind wind_of(float direction, float speed, double factor)
 {
     Wind wind;
-    if (!is_missing(speed))
+    if (!is_missing(speed)) {
         MET_wind_uv(&wind.u, &wind.v, direction, static_cast<float>(speed * factor));
+    }
     return wind;
 }
 
@@ -58,11 +59,13 @@ Relative relative_to(const Wind &storm, const Wind &wind)
 // A difference of directions within -180 to 180.
 float turning(float from, float to)
 {
-    if (is_missing(from) || is_missing(to))
+    if (is_missing(from) || is_missing(to)) {
         return kMissing;
+    }
     const float difference = to - from;
-    if (difference > 180.0F)
+    if (difference > 180.0F) {
         return difference - 360.0F;
+    }
     return difference < -180.0F ? difference + 360.0F : difference;
 }
 
@@ -83,8 +86,9 @@ bool is_pressure_kind(int kind)
 
 bool is_upside_down(int kind, float bottom, float top)
 {
-    if (is_missing(top))
+    if (is_missing(top)) {
         return false;
+    }
     return is_pressure_kind(kind) ? top > bottom : bottom > top;
 }
 
@@ -98,19 +102,21 @@ struct End {
 void trace_step(const End &lower, const End &upper, const Wind &below, const Wind &above, double su,
                 double sv)
 {
-    if (MSG_test(kMsgDebugC) == 0)
+    if (MSG_test(kMsgDebugC) == 0) {
         return;
+    }
     const std::array<double, 8> x{lower.level.p, upper.level.p, below.u, below.v,
                                   above.u,       above.v,       su,      sv};
-    if (lower.index == kLayerEnd)
+    if (lower.index == kLayerEnd) {
         MSG_out(kMsgDebugC, "LB,%2d  %5.1f,%5.1f %5.1f,%5.1f %5.1f,%5.1f %5.1f,%5.1f\n",
                 upper.index, x[0], x[1], x[2], x[3], x[4], x[5], x[6], x[7]);
-    else if (upper.index == kLayerEnd)
+    } else if (upper.index == kLayerEnd) {
         MSG_out(kMsgDebugC, "%2d,LT  %5.1f,%5.1f %5.1f,%5.1f %5.1f,%5.1f %5.1f,%5.1f\n",
                 lower.index, x[0], x[1], x[2], x[3], x[4], x[5], x[6], x[7]);
-    else
+    } else {
         MSG_out(kMsgDebugC, "%2d,%2d  %5.1f,%5.1f %5.1f,%5.1f %5.1f,%5.1f %5.1f,%5.1f\n",
                 lower.index, upper.index, x[0], x[1], x[2], x[3], x[4], x[5], x[6], x[7]);
+    }
 }
 
 // Sums of a mean that is weighted by the logarithm of pressure.
@@ -125,8 +131,9 @@ struct Mean {
         const Wind below = wind_of(lower.level.dir, lower.level.spd, 1.0);
         const Wind above = wind_of(upper.level.dir, upper.level.spd, 1.0);
         const bool has_weight = lower.level.p > 0.0F && upper.level.p > 0.0F;
-        if (!below.is_there() || !above.is_there() || !has_weight)
+        if (!below.is_there() || !above.is_there() || !has_weight) {
             return;
+        }
         const double w = std::log(double{lower.level.p} / upper.level.p);
         u += w * (double{below.u} + above.u);
         v += w * (double{below.v} + above.v);
@@ -142,11 +149,14 @@ std::vector<End> step_ends(const SoundLevel *sound, const End &bottom, int ia, c
                            int ib)
 {
     std::vector<End> ends;
-    if (bottom.level.p != sound[ia].p)
+    if (bottom.level.p != sound[ia].p) {
         ends.push_back(bottom);
-    for (int i = ia; i < ib; ++i)
-        if (!is_missing(sound[i].dir))
+    }
+    for (int i = ia; i < ib; ++i) {
+        if (!is_missing(sound[i].dir)) {
             ends.push_back({i, sound[i]});
+        }
+    }
     ends.push_back(top);
     return ends;
 }
@@ -176,8 +186,9 @@ struct Walk {
 Walk walk_of(int kind, const SoundLevel &low, const SoundLevel &high, float bottom, float top)
 {
     const bool keeps_depth = kind == kLevelHeight && !is_missing(top);
-    if (is_missing(low.z) || (is_missing(high.z) && !keeps_depth))
+    if (is_missing(low.z) || (is_missing(high.z) && !keeps_depth)) {
         return {kMissing, kMissing, -1};
+    }
     const float end = is_missing(high.z) ? low.z + top - bottom : high.z + kMargin;
     return {low.z, std::clamp(end, low.z, low.z + kDeepest), is_missing(high.z) ? 0 : 1};
 }
@@ -197,8 +208,9 @@ struct Helicity {
     void add(const Relative &next, float z)
     {
         ++steps;
-        if (!previous.is_there() || !next.is_there())
+        if (!previous.is_there() || !next.is_there()) {
             return;
+        }
         const double term = double{previous.v} * next.u - double{next.v} * previous.u;
         (term > 0.0 ? positive : negative) += term;
         const double angle =
@@ -234,8 +246,9 @@ int MET_mean_wind(const SoundLevel *sound, int count, int kind, float *result, f
                   float top)
 {
     result[0] = result[1] = kMissing;
-    if (is_upside_down(kind, bottom, top) || count <= 0)
+    if (is_upside_down(kind, bottom, top) || count <= 0) {
         return -1;
+    }
     if (count == 1) {
         result[0] = sound->dir;
         result[1] = sound->spd;
@@ -244,8 +257,9 @@ int MET_mean_wind(const SoundLevel *sound, int count, int kind, float *result, f
     End low{kLayerEnd, {}};
     End high{kLayerEnd, {}};
     const int ia = MET_sound_at(sound, count, kind, &low.level, bottom);
-    if (ia < 0)
+    if (ia < 0) {
         return -1;
+    }
     MET_print_level(kMsgDebugC, 0, ia, &low.level);
     if (is_missing(top) || top == bottom) {
         result[0] = low.level.dir;
@@ -258,11 +272,13 @@ int MET_mean_wind(const SoundLevel *sound, int count, int kind, float *result, f
             double{low.level.spd}, double{high.level.dir}, double{high.level.spd});
     Mean mean;
     const std::vector<End> ends = step_ends(sound, low, std::min(ia, count - 1), high, ib);
-    for (std::size_t i = 1; i < ends.size(); ++i)
+    for (std::size_t i = 1; i < ends.size(); ++i) {
         mean.add(ends[i - 1], ends[i]);
+    }
     MSG_out(kMsgDebugC, "%f %f\n", mean.weight, mean.speed);
-    if (mean.weight == 0.0)
+    if (mean.weight == 0.0) {
         return 0;
+    }
     float vector_speed = 0.0F;
     MET_wind_dirspd(result, &vector_speed, static_cast<float>(mean.u / (2.0 * mean.weight)),
                     static_cast<float>(mean.v / (2.0 * mean.weight)));
@@ -275,8 +291,9 @@ int MET_shear(const SoundLevel *sound, int count, int kind, const float *storm, 
 {
     constexpr float kStep = 500.0F; // m
     result[0] = result[1] = kMissing;
-    if (count <= 0 || sound->z > kTopStart)
+    if (count <= 0 || sound->z > kTopStart) {
         return 0;
+    }
     const Wind motion = storm != nullptr ? wind_of(storm[0], storm[1], kKnot) : Wind{0.0F, 0.0F};
     MSG_out(kMsgDebugC, "%f,%f\n", double{motion.u}, double{motion.v});
     SoundLevel previous;
@@ -284,8 +301,9 @@ int MET_shear(const SoundLevel *sound, int count, int kind, const float *storm, 
     MET_sound_at(sound, count, kind, &previous, bottom);
     const bool is_above = MET_sound_at(sound, count, kind, &high, top) == count;
     const Walk walk = walk_of(kind, previous, high, bottom, top);
-    if (walk.status < 0)
+    if (walk.status < 0) {
         return walk.status;
+    }
     Shear veering;
     Shear backing;
     double depth = 0.0;
@@ -317,8 +335,9 @@ int MET_helicity(const SoundLevel *sound, int count, int kind, const float *stor
                  float bottom, float top)
 {
     std::fill(result, result + kHelicityResults, kMissing);
-    if (count < 2 || sound->z > kTopStart || storm == nullptr || is_missing(storm[0]))
+    if (count < 2 || sound->z > kTopStart || storm == nullptr || is_missing(storm[0])) {
         return 0;
+    }
     const Wind motion = wind_of(storm[0], storm[1], kKnot);
     SoundLevel low;
     SoundLevel high;
@@ -333,8 +352,9 @@ int MET_helicity(const SoundLevel *sound, int count, int kind, const float *stor
     result[kHelTurning] =
         turning(sums.previous.direction, relative_to(motion, wind_of(high)).direction);
     const Walk walk = walk_of(kind, low, high, bottom, top);
-    if (walk.status < 0)
+    if (walk.status < 0) {
         return walk.status;
+    }
     for (int i = 1; i <= walk.steps(Helicity::kStep); ++i) {
         const float z = walk.from + Helicity::kStep * static_cast<float>(i);
         SoundLevel next;

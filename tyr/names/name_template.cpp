@@ -17,17 +17,17 @@ struct PathLetter {
     const char *resource;
 };
 
-constexpr std::array<PathLetter, 10> kPaths = {
-    {{'C', "con_path"},
-     {'D', "data_path"},
-     {'F', "file_path"},
-     {'R', "raw_path"},
-     {'G', "grid_path"},
-     {'W', "watch_path"},
-     {'I', "image_path"},
-     {'T', "text_path"},
-     {'M', "model_path"},
-     {'S', "sat_path"}}
+constexpr PathLetter kPaths[] = {
+    {'C', "con_path"  },
+    {'D', "data_path" },
+    {'F', "file_path" },
+    {'R', "raw_path"  },
+    {'G', "grid_path" },
+    {'W', "watch_path"},
+    {'I', "image_path"},
+    {'T', "text_path" },
+    {'M', "model_path"},
+    {'S', "sat_path"  }
 };
 
 /// The texts of a date element: composed without a value, and in a mask.
@@ -38,29 +38,29 @@ struct DateLetter {
     const char *mask;
 };
 
-constexpr std::array<DateLetter, 8> kDates = {
-    {{'Y', 0, "0000", "?[0-9]??"},
-     {'y', 0, "00", "[0-9]?"},
-     {'m', 0, "00", "[0-9]?"},
-     {'b', 0, "xxx", "?[a-z]?"},
-     {'d', kSecondsPerDay, "00", "[0-9]?"},
-     {'j', kSecondsPerDay, "000", "?[0-9]?"},
-     {'h', kSecondsPerHour, "00", "[0-9]?"},
-     {'n', kSecondsPerMinute, "00", "[0-9]?"}}
+constexpr DateLetter kDates[] = {
+    {'Y', 0,                 "0000", "?[0-9]??"},
+    {'y', 0,                 "00",   "[0-9]?"  },
+    {'m', 0,                 "00",   "[0-9]?"  },
+    {'b', 0,                 "xxx",  "?[a-z]?" },
+    {'d', kSecondsPerDay,    "00",   "[0-9]?"  },
+    {'j', kSecondsPerDay,    "000",  "?[0-9]?" },
+    {'h', kSecondsPerHour,   "00",   "[0-9]?"  },
+    {'n', kSecondsPerMinute, "00",   "[0-9]?"  }
 };
 
 const DateLetter *find_date(char letter)
 {
-    const auto found = std::find_if(kDates.begin(), kDates.end(),
+    const auto found = std::find_if(std::begin(kDates), std::end(kDates),
                                     [letter](const DateLetter &d) { return d.letter == letter; });
-    return found == kDates.end() ? nullptr : &*found;
+    return found == std::end(kDates) ? nullptr : &*found;
 }
 
 const char *find_path(char letter)
 {
-    const auto found = std::find_if(kPaths.begin(), kPaths.end(),
+    const auto found = std::find_if(std::begin(kPaths), std::end(kPaths),
                                     [letter](const PathLetter &p) { return p.letter == letter; });
-    return found == kPaths.end() ? nullptr : found->resource;
+    return found == std::end(kPaths) ? nullptr : found->resource;
 }
 
 /// Reads the element behind a `%` at `at`, which is moved behind it; none at the template's end.

@@ -19,13 +19,13 @@ struct Magic {
     FileKind kind;
 };
 
-constexpr std::array<Magic, 6> kMagics = {
-    {{"TYRSFC", kFileSurface},
-     {"TYRUPA", kFileUpperAir},
-     {"TYRRAW", kFileRaw},
-     {"TYRGRID", kFileGrid},
-     {"TYRMETA", kFileMeta},
-     {"TYRIMG", kFileImage}}
+constexpr Magic kMagics[] = {
+    {"TYRSFC",  kFileSurface },
+    {"TYRUPA",  kFileUpperAir},
+    {"TYRRAW",  kFileRaw     },
+    {"TYRGRID", kFileGrid    },
+    {"TYRMETA", kFileMeta    },
+    {"TYRIMG",  kFileImage   }
 };
 
 /// Kinds of question.

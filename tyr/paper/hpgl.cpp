@@ -25,7 +25,7 @@ constexpr float kMaxLineBase = 1000.0F;
 
 enum class PclMode { plain, pcl, turned };
 
-constexpr std::array<const char *, 6> kDashes = {
+constexpr const char *const kDashes[] = {
     "", "LT;\n", "LT2,5,1;\n", "LT5,8,1;\n", "LT6,10,1;\n", "LT2,1,1;\n",
 };
 
@@ -202,7 +202,7 @@ void ghp_dash(int type)
         return;
     }
     state.dash = type;
-    if (type >= 1 && type < static_cast<int>(kDashes.size())) {
+    if (type >= 1 && type < static_cast<int>(std::size(kDashes))) {
         state.out << kDashes[type];
     }
 }

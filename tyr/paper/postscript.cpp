@@ -25,7 +25,7 @@ constexpr int kPageWidth = 757; // of a redraw, points
 constexpr int kPageHeight = 577;
 constexpr char kDefaultTarget[] = "tyr.ps";
 
-constexpr std::array<const char *, 6> kDashes = {
+constexpr const char *const kDashes[] = {
     "",
     "[] 0 setdash\n",
     "[6] 0 setdash\n",
@@ -320,7 +320,7 @@ void gps_dash(int type)
         return;
     }
     state.dash = type;
-    if (type >= 1 && type < static_cast<int>(kDashes.size())) {
+    if (type >= 1 && type < static_cast<int>(std::size(kDashes))) {
         state.out << kDashes[type];
     }
 }

@@ -391,10 +391,9 @@ int DOM_from_resources(DomainRec *out, int mode)
 
 bool DOM_is_usable(const DomainRec *domain)
 {
-    constexpr std::array<int, 6> kNameOnly = {kUnknown, kProjNone, kProjGnomonic,
-                                              kProjXZ,  kProjZoom, kProjSize};
+    constexpr int kNameOnly[] = {kUnknown, kProjNone, kProjGnomonic, kProjXZ, kProjZoom, kProjSize};
     const DomainRec &d = *domain;
-    if (std::find(kNameOnly.begin(), kNameOnly.end(), d.proj) != kNameOnly.end()) {
+    if (std::find(std::begin(kNameOnly), std::end(kNameOnly), d.proj) != std::end(kNameOnly)) {
         return false;
     }
     if (d.proj == kProjLambert && !is_missing(d.parm1) && d.parm1 == -d.parm2) {

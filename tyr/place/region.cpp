@@ -33,15 +33,15 @@ struct BuiltinRegion {
     float clat, clon, dx;
 };
 
-constexpr std::array<BuiltinRegion, 8> kBuiltin = {
-    {{"us", "Contiguous US", 39.0F, -97.0F, 2.3F},
-     {"ne", "New England", 42.0F, -76.0F, 0.9F},
-     {"at", "Atlantic", 37.0F, -82.0F, 0.9F},
-     {"se", "Southeastern", 31.0F, -88.0F, 1.1F},
-     {"mw", "Midwestern", 43.0F, -93.0F, 1.1F},
-     {"sp", "Southern Plains", 32.5F, -100.0F, 1.2F},
-     {"nw", "Northwestern", 44.0F, -112.0F, 1.0F},
-     {"sw", "Southwestern", 37.0F, -112.0F, 1.0F}}
+constexpr BuiltinRegion kBuiltin[] = {
+    {"us", "Contiguous US",   39.0F, -97.0F,  2.3F},
+    {"ne", "New England",     42.0F, -76.0F,  0.9F},
+    {"at", "Atlantic",        37.0F, -82.0F,  0.9F},
+    {"se", "Southeastern",    31.0F, -88.0F,  1.1F},
+    {"mw", "Midwestern",      43.0F, -93.0F,  1.1F},
+    {"sp", "Southern Plains", 32.5F, -100.0F, 1.2F},
+    {"nw", "Northwestern",    44.0F, -112.0F, 1.0F},
+    {"sw", "Southwestern",    37.0F, -112.0F, 1.0F}
 };
 
 struct Region {
@@ -134,7 +134,7 @@ bool next_line(FILE *stream, RegionLine *out)
 
 int priority_of(float height)
 {
-    constexpr std::array<float, 5> kHeights = {50.0F, 25.0F, 12.5F, 6.25F, 3.0F};
+    constexpr float kHeights[] = {50.0F, 25.0F, 12.5F, 6.25F, 3.0F};
     int priority = 1;
     for (const float limit : kHeights) {
         if (height > limit) {

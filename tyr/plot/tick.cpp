@@ -34,12 +34,12 @@ bool wants_tick(float x)
 
 void PLT_x_tick(float x, const char *text, const AttrRec *line)
 {
-    constexpr std::array<int, 2> kCentreCap = {kAlignCentre, kAlignCap};
+    constexpr int kCentreCap[] = {kAlignCentre, kAlignCap};
     std::array<float, 4> viewport;
     PLT_get_viewport(viewport.data());
     GPH_sel_tran(1);
     GPH_set_text_attr(line, kTickHeight);
-    gset_text_align(kCentreCap.data());
+    gset_text_align(kCentreCap);
     float px = 0.0F;
     float py = 0.0F;
     MAP_ll_to_xy(&px, &py, x, 0.0F);

@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <span>
 #include <string>
 
 #include "tyr/base/date.h"
@@ -27,36 +28,64 @@ struct Word {
     int value;
 };
 
-constexpr std::array<Word, 6> kFlagWords = {
-    {{"true", 1}, {"on", 1}, {"yes", 1}, {"false", 0}, {"off", 0}, {"no", 0}}
+constexpr Word kFlagWords[] = {
+    {"true",  1},
+    {"on",    1},
+    {"yes",   1},
+    {"false", 0},
+    {"off",   0},
+    {"no",    0}
 };
 
-constexpr std::array<Word, 6> kFileParamWords = {
-    {{"use", 3}, {"reuse", 3}, {"over", 1}, {"calc", 1}, {"recalc", 1}, {"app", 2}}
+constexpr Word kFileParamWords[] = {
+    {"use",    3},
+    {"reuse",  3},
+    {"over",   1},
+    {"calc",   1},
+    {"recalc", 1},
+    {"app",    2}
 };
 
-constexpr std::array<Word, 22> kPlotTypeWords = {
-    {{"raw", 0}, {"ln", 12}, {"dln", 13}, {"ndln", 14}, {"cf", 15}, {"lcf", 16},
-     {"value", 17}, {"gvalue", 17}, {"vect", 21}, {"none", 99}, {"barb", 22}, {"strm", 23},
-     {"stream", 23}, {"an", 54}, {"number", 54}, {"pm", 55}, {"stuve", 61}, {"skewt", 62},
-     {"ema", 63}, {"teph", 64}, {"rteph", 65}, {"hodo", 69}}
+constexpr Word kPlotTypeWords[] = {
+    {"raw",    0 },
+    {"ln",     12},
+    {"dln",    13},
+    {"ndln",   14},
+    {"cf",     15},
+    {"lcf",    16},
+    {"value",  17},
+    {"gvalue", 17},
+    {"vect",   21},
+    {"none",   99},
+    {"barb",   22},
+    {"strm",   23},
+    {"stream", 23},
+    {"an",     54},
+    {"number", 54},
+    {"pm",     55},
+    {"stuve",  61},
+    {"skewt",  62},
+    {"ema",    63},
+    {"teph",   64},
+    {"rteph",  65},
+    {"hodo",   69}
 };
 
-constexpr std::array<Word, 11> kDrawWords = {
-    {{"text_ul", kDrawTextUl},
-     {"text_uc", kDrawTextUc},
-     {"text_ur", kDrawTextUr},
-     {"text_ll", kDrawTextLl},
-     {"text_lc", kDrawTextLc},
-     {"text_lr", kDrawTextLr},
-     {"data", kDrawData},
-     {"map", kDrawMap},
-     {"grid", kDrawGrid},
-     {"sum", kDrawSum},
-     {"bord", kDrawBorder}}
+constexpr Word kDrawWords[] = {
+    {"text_ul", kDrawTextUl},
+    {"text_uc", kDrawTextUc},
+    {"text_ur", kDrawTextUr},
+    {"text_ll", kDrawTextLl},
+    {"text_lc", kDrawTextLc},
+    {"text_lr", kDrawTextLr},
+    {"data",    kDrawData  },
+    {"map",     kDrawMap   },
+    {"grid",    kDrawGrid  },
+    {"sum",     kDrawSum   },
+    {"bord",    kDrawBorder}
 };
 
-template <size_t N> const Word *find_word(const std::array<Word, N> &words, const char *text)
+const Word *find_word(std::span<const Word> words, const char *text)
 {
     const auto place = std::find_if(words.begin(), words.end(), [text](const Word &w) {
         return STR_casecmp(w.word, text) == 0;

@@ -20,7 +20,7 @@ constexpr size_t kMaxWords = 10;
 constexpr size_t kMaxIfs = 12;
 constexpr int kLineLength = 249;
 constexpr const char *kDefaultName = ".tyrdef";
-constexpr std::array<const char *, 3> kNamesInDirectory = {"tyr.cfg", ".tyrdef", "Tyr.res"};
+constexpr const char *const kNamesInDirectory[] = {"tyr.cfg", ".tyrdef", "Tyr.res"};
 
 /// What an open IF says of the lines under it.
 enum class Branch { skipped, taken, closed };

@@ -12,7 +12,6 @@
 
 namespace {
 
-constexpr unsigned kTrace = 0x80000000U;
 constexpr float kMetresOfFoot = 0.3048F;
 constexpr int kLastTempSlot = kUpa1;
 constexpr float kLargestFall = -3.0F;     // of potential temperature between neighbours, K
@@ -103,7 +102,7 @@ void add_sig(Merge &merge)
 {
     const UpaSigLevel &sig = merge.sig_at(merge.j);
     merge.next() = {sig.p, kMissing, sig.t, sig.td, kMissing, kMissing};
-    MSG_out(kTrace, "PS: %d = %1.0f\n", merge.n, sig.p);
+    MSG_out(kMsgDebugD, "PS: %d = %1.0f\n", merge.n, sig.p);
 }
 
 /// The surface, before the first mandatory level at or above it.
@@ -113,7 +112,7 @@ void add_surface(Merge &merge, float p)
     const bool listed = merge.num_sig() > 0 && merge.sig_at(0).p == surface;
     if (merge.j == 0 && !is_missing(surface) && surface >= p && merge.map[0] == kMissingInt) {
         merge.next() = merge.slot(0);
-        MSG_out(kTrace, "P-: %d = %1.0f\n", merge.n, surface);
+        MSG_out(kMsgDebugD, "P-: %d = %1.0f\n", merge.n, surface);
         merge.map[0] = merge.n;
         merge.j = listed ? 1 : 0;
         merge.n += surface > p ? 1 : 0;
@@ -125,7 +124,7 @@ void add_mandatory_temp(Merge &merge, int m)
     const float p = merge.slot(m).p;
     if (is_missing(p)) {
         merge.map[m] = kMissingInt;
-        MSG_out(kTrace, "bad mand: %d = %1.0f\n", m, p);
+        MSG_out(kMsgDebugD, "bad mand: %d = %1.0f\n", m, p);
         return;
     }
     const float surface = merge.slot(0).p;
@@ -146,7 +145,7 @@ void add_mandatory_temp(Merge &merge, int m)
         level.z = is_missing(level.z) ? merge.slot(m).z : level.z;
         merge.map[0] = merge.n;
     }
-    MSG_out(kTrace, "PM: %d = %1.0f\n", merge.n, p);
+    MSG_out(kMsgDebugD, "PM: %d = %1.0f\n", merge.n, p);
     merge.map[m] = merge.n++;
 }
 
@@ -230,7 +229,7 @@ void remove_superadiabatic(Merge &merge)
         const float theta = MET_theta(kelvin(merge.out[i].t), merge.out[i].p);
         const bool known = !is_missing(theta) && !is_missing(previous);
         if (known && theta - previous < kLargestFall) {
-            MSG_out(kTrace, "BAD: %d = %1.0f\n", i, merge.out[i].p);
+            MSG_out(kMsgDebugD, "BAD: %d = %1.0f\n", i, merge.out[i].p);
             remove_level(merge.out, &merge.n, merge.map, i);
             continue;
         }
@@ -278,19 +277,19 @@ void trace_wind(WindTrace trace, int n, const SoundLevel &level)
 {
     switch (trace) {
     case WindTrace::below:
-        MSG_out(kTrace, "HW: %d = %.0f %.0f %.0f\n", n, level.z, level.dir, level.spd);
+        MSG_out(kMsgDebugD, "HW: %d = %.0f %.0f %.0f\n", n, level.z, level.dir, level.spd);
         return;
     case WindTrace::rest:
-        MSG_out(kTrace, "HW+ %d = %1.0f %.0f %.0f\n", n, level.z, level.dir, level.spd);
+        MSG_out(kMsgDebugD, "HW+ %d = %1.0f %.0f %.0f\n", n, level.z, level.dir, level.spd);
         return;
     case WindTrace::mandatory:
-        MSG_out(kTrace, "HM: %d = %1.0f %.0f %.0f\n", n, level.z, level.dir, level.spd);
+        MSG_out(kMsgDebugD, "HM: %d = %1.0f %.0f %.0f\n", n, level.z, level.dir, level.spd);
         return;
     case WindTrace::simple:
-        MSG_out(kTrace, "HW: %d = %1.0f\n", n, level.z);
+        MSG_out(kMsgDebugD, "HW: %d = %1.0f\n", n, level.z);
         return;
     case WindTrace::simple_mandatory:
-        MSG_out(kTrace, "HM: %d = %1.0f\n", n, level.z);
+        MSG_out(kMsgDebugD, "HM: %d = %1.0f\n", n, level.z);
         return;
     }
 }
@@ -323,14 +322,14 @@ void merge_winds(Merge &merge, bool with_standard)
 {
     const float ground = ground_pressure(merge.report);
     if (with_standard) {
-        MSG_out(kTrace, "SFC: %1.0f\n", ground);
+        MSG_out(kMsgDebugD, "SFC: %1.0f\n", ground);
     }
     for (int m = kUpaSurface; m <= kUpa1; ++m) {
         const SoundLevel &level = merge.slot(m);
         const bool no_height = !with_standard && is_missing(level.z);
         if (is_missing(level.p) || is_missing(level.dir) || level.p > ground || no_height) {
             merge.map[m] = kMissingInt;
-            MSG_out(kTrace, "bad mand: %d = %1.0f\n", m, level.p);
+            MSG_out(kMsgDebugD, "bad mand: %d = %1.0f\n", m, level.p);
             continue;
         }
         const float h = is_missing(level.z) ? standard_height(level.p) : level.z;

@@ -14,7 +14,6 @@ using namespace tyr;
 
 namespace {
 
-constexpr unsigned kTrace = 0x80000000U;
 constexpr const char *kCityFile = "upa.cty";
 
 struct State {
@@ -84,8 +83,8 @@ int THERM_process_report(UpaReport *report)
     if (is_missing(report->elev)) {
         look_up_station(report);
     }
-    if (MSG_test(kTrace) != 0) {
-        UPA_print_station(kTrace, report);
+    if (MSG_test(kMsgDebugD) != 0) {
+        UPA_print_station(kMsgDebugD, report);
     }
     report->mand[kUpaSurface].z = report->elev;
     int temp_map[kSlotMap];
@@ -99,8 +98,8 @@ int THERM_process_report(UpaReport *report)
     const int m = THERM_make_winds(report, winds, wind_map);
     MET_fill_pressures(winds, m);
     THERM_fill_winds(temps, n, winds, m);
-    if (MSG_test(kTrace) != 0) {
-        UPA_print_report(kTrace, report);
+    if (MSG_test(kMsgDebugD) != 0) {
+        UPA_print_report(kMsgDebugD, report);
     }
     THERM_set_special(&report->mand[kUpaTropopause], &report->mand[kUpaMaxWind]);
     THERM_set_station(report->id);

@@ -8,9 +8,8 @@
 
 namespace {
 
-constexpr std::array<float, 22> kPressures = {kMissing, 1000, 925, 850, 700, 500, 400, 300,
-                                              250,      200,  150, 100, 70,  50,  30,  20,
-                                              10,       7,    5,   3,   2,   1};
+constexpr float kPressures[] = {kMissing, 1000, 925, 850, 700, 500, 400, 300, 250, 200, 150,
+                                100,      70,   50,  30,  20,  10,  7,   5,   3,   2,   1};
 
 } // namespace
 

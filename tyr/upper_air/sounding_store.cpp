@@ -13,7 +13,6 @@ using namespace tyr;
 
 namespace {
 
-constexpr unsigned kTrace = 0x80000000U;
 constexpr int kPressureKind = 100;
 constexpr int kHeightKind = 103;
 constexpr float kMeanDepth = 6000.0F;   // of the layer of the mean wind, m
@@ -102,9 +101,9 @@ void THERM_setup(SoundLevel *temps, int n, SoundLevel *winds, int m, float surfa
     }
     THERM_read_options(&surface);
     store.surface_height = surface.z;
-    MSG_out(kTrace, "SFCP: %f\n", surface_pressure);
-    if (MSG_test(kTrace) != 0) {
-        MET_print_level(kTrace, 0, kTagSurface, &surface);
+    MSG_out(kMsgDebugD, "SFCP: %f\n", surface_pressure);
+    if (MSG_test(kMsgDebugD) != 0) {
+        MET_print_level(kMsgDebugD, 0, kTagSurface, &surface);
     }
     set_winds();
 }

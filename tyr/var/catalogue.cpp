@@ -27,11 +27,11 @@ struct ModeWord {
     const char *text;
     LabelMode mode;
 };
-constexpr std::array<ModeWord, 4> kModeWords{
-    {{"labmin", kLabelMinimal},
-     {"labsimp", kLabelSimple},
-     {"labnorm", kLabelNormal},
-     {"labcomp", kLabelComplete}}
+constexpr ModeWord kModeWords[] = {
+    {"labmin",  kLabelMinimal },
+    {"labsimp", kLabelSimple  },
+    {"labnorm", kLabelNormal  },
+    {"labcomp", kLabelComplete}
 };
 
 std::array<int, 5> read_numbers(std::string_view text)

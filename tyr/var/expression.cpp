@@ -175,10 +175,10 @@ struct Bracket {
     const char *word;
     const char *unmatched;
 };
-constexpr std::array<Bracket, 3> kBrackets{
-    {{'(', ')', Part::function, "Function", "()"},
-     {'{', '}', Part::group, "Group", "()"},
-     {'<', '>', Part::vector, "Vector", "<>"}}
+constexpr Bracket kBrackets[] = {
+    {'(', ')', Part::function, "Function", "()"},
+    {'{', '}', Part::group,    "Group",    "()"},
+    {'<', '>', Part::vector,   "Vector",   "<>"}
 };
 
 const Bracket *find_bracket(char c)

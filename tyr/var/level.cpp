@@ -31,29 +31,47 @@ struct Keyword {
     const char *text;
     int kind;
 };
-constexpr std::array<Keyword, 40> kKeywords{
-    {
-     {"none", kLevelNone}, {"snd", kLevelNone},
-     {"sfc", kLevelSurface}, {"sf", kLevelSurface},
-     {"frz", kLevelFreezing}, {"lcl", kLevelLcl},
-     {"sea", kLevelSea}, {"se", kLevelSea},
-     {"sl", kLevelSea}, {"mwnd", kLevelMaxWind},
-     {"trop", kLevelTropopause}, {"whole", kLevelWhole},
-     {"top_frz", 204}, {"gcld_bot", 206},
-     {"gcld_top", 207}, {"blcld_bot", 209},
-     {"blcld_top", 210}, {"blcld_lyr", 211},
-     {"lcld_bot", 212}, {"lcld_top", 213},
-     {"lcld_lyr", 214}, {"cld_ceil", 215},
-     {"mcld_bot", 222}, {"mcld_top", 223},
-     {"mcld_lyr", 224}, {"hcld_bot", 232},
-     {"hcld_top", 233}, {"hcld_lyr", 234},
-     {"conv_bot", 242}, {"conv_top", 243},
-     {"conv_lyr", 244}, {"wbzero", 245},
-     {"maxepot", 246}, {"equilib", 247},
-     {"sconv_bot", 248}, {"sconv_top", 249},
-     {"dconv_bot", 251}, {"dconv_top", 252},
-     {"sclw_bot", 253}, {"sclw_top", 254},
-     }
+constexpr Keyword kKeywords[] = {
+    {"none",      kLevelNone      },
+    {"snd",       kLevelNone      },
+    {"sfc",       kLevelSurface   },
+    {"sf",        kLevelSurface   },
+    {"frz",       kLevelFreezing  },
+    {"lcl",       kLevelLcl       },
+    {"sea",       kLevelSea       },
+    {"se",        kLevelSea       },
+    {"sl",        kLevelSea       },
+    {"mwnd",      kLevelMaxWind   },
+    {"trop",      kLevelTropopause},
+    {"whole",     kLevelWhole     },
+    {"top_frz",   204             },
+    {"gcld_bot",  206             },
+    {"gcld_top",  207             },
+    {"blcld_bot", 209             },
+    {"blcld_top", 210             },
+    {"blcld_lyr", 211             },
+    {"lcld_bot",  212             },
+    {"lcld_top",  213             },
+    {"lcld_lyr",  214             },
+    {"cld_ceil",  215             },
+    {"mcld_bot",  222             },
+    {"mcld_top",  223             },
+    {"mcld_lyr",  224             },
+    {"hcld_bot",  232             },
+    {"hcld_top",  233             },
+    {"hcld_lyr",  234             },
+    {"conv_bot",  242             },
+    {"conv_top",  243             },
+    {"conv_lyr",  244             },
+    {"wbzero",    245             },
+    {"maxepot",   246             },
+    {"equilib",   247             },
+    {"sconv_bot", 248             },
+    {"sconv_top", 249             },
+    {"dconv_bot", 251             },
+    {"dconv_top", 252             },
+    {"sclw_bot",  253             },
+    {"sclw_top",  254             },
 };
 
 /// What a unit makes of one number, and of two.
@@ -64,21 +82,19 @@ struct Unit {
     bool is_feet;
 };
 constexpr int kNone = kMissingInt;
-constexpr std::array<Unit, 12> kUnits{
-    {
-     {"ft", kLevelHeight, kLevelHeightLayer, true},
-     {"ft_ag", kLevelHeightAg, kLevelHeightAgLayer, true},
-     {"m", kLevelHeight, kLevelHeightLayer, false},
-     {"m_ag", kLevelHeightAg, kLevelHeightAgLayer, false},
-     {"k", kLevelTheta, kLevelThetaLayer, false},
-     {"mb", kLevelPressure, kLevelPressureLayer, false},
-     {"hpa", kLevelPressure, kLevelPressureLayer, false},
-     {"mb_ag", kLevelPressureAg, kLevelPressureAgLayer, false},
-     {"lev", kLevelHybrid, kNone, false},
-     {"pv", kLevelVorticity, kNone, false},
-     {"sig", kLevelSigma, kLevelSigmaLayer, false},
-     {"eta", kLevelEta, kLevelEtaLayer, false},
-     }
+constexpr Unit kUnits[] = {
+    {"ft",    kLevelHeight,     kLevelHeightLayer,     true },
+    {"ft_ag", kLevelHeightAg,   kLevelHeightAgLayer,   true },
+    {"m",     kLevelHeight,     kLevelHeightLayer,     false},
+    {"m_ag",  kLevelHeightAg,   kLevelHeightAgLayer,   false},
+    {"k",     kLevelTheta,      kLevelThetaLayer,      false},
+    {"mb",    kLevelPressure,   kLevelPressureLayer,   false},
+    {"hpa",   kLevelPressure,   kLevelPressureLayer,   false},
+    {"mb_ag", kLevelPressureAg, kLevelPressureAgLayer, false},
+    {"lev",   kLevelHybrid,     kNone,                 false},
+    {"pv",    kLevelVorticity,  kNone,                 false},
+    {"sig",   kLevelSigma,      kLevelSigmaLayer,      false},
+    {"eta",   kLevelEta,        kLevelEtaLayer,        false},
 };
 
 const Unit *find_unit(const std::string &text)

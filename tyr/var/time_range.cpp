@@ -23,16 +23,16 @@ struct RangeWord {
     const char *text;
     TimeRange code;
 };
-constexpr std::array<RangeWord, 9> kRangeWords{
-    {{"rng", kRangePlain},
-     {"avg", kRangeAverage},
-     {"acc", kRangeAccumulation},
-     {"dif", kRangeDifference},
-     {"max", kRangeMaximum},
-     {"min", kRangeMinimum},
-     {"iavg", kRangeInitialAverage},
-     {"uavg", kRangeUninitialAverage},
-     {"var", kRangeVariance}}
+constexpr RangeWord kRangeWords[] = {
+    {"rng",  kRangePlain           },
+    {"avg",  kRangeAverage         },
+    {"acc",  kRangeAccumulation    },
+    {"dif",  kRangeDifference      },
+    {"max",  kRangeMaximum         },
+    {"min",  kRangeMinimum         },
+    {"iavg", kRangeInitialAverage  },
+    {"uavg", kRangeUninitialAverage},
+    {"var",  kRangeVariance        }
 };
 
 /// The pieces of "word-number suffix".

@@ -13,40 +13,75 @@ struct Word {
     int code;
 };
 
-constexpr std::array<Word, 26> kPlotWords{
-    {
-     {"data", kTypeData}, {"value", kTypeValue}, {"text", kTypeText},
-     {"mark", kTypeMark}, {"mk", kTypeMark}, {"plot", kTypePlot},
-     {"cont", kTypeCont}, {"ln", kTypeLine}, {"dln", kTypeDashedLine},
-     {"ndln", kTypeNegDashed}, {"cf", kTypeFill}, {"lcf", kTypeFillAndLine},
-     {"gvalue", kTypeGridValue}, {"wind", kTypeWind}, {"vect", kTypeVector},
-     {"barb", kTypeBarb}, {"strm", kTypeStream}, {"track", kTypeStream},
-     {"cloud", kTypeCloud}, {"wbarb", kTypeWindBarb}, {"cbarb", kTypeCloudBarb},
-     {"dbarb", kTypeDotBarb}, {"vbarb", kTypeVectorBarb}, {"symb", kTypeSymbol},
-     {"wx", kTypeSymbol}, {"line", kTypePointLine},
-     }
+constexpr Word kPlotWords[] = {
+    {"data",   kTypeData       },
+    {"value",  kTypeValue      },
+    {"text",   kTypeText       },
+    {"mark",   kTypeMark       },
+    {"mk",     kTypeMark       },
+    {"plot",   kTypePlot       },
+    {"cont",   kTypeCont       },
+    {"ln",     kTypeLine       },
+    {"dln",    kTypeDashedLine },
+    {"ndln",   kTypeNegDashed  },
+    {"cf",     kTypeFill       },
+    {"lcf",    kTypeFillAndLine},
+    {"gvalue", kTypeGridValue  },
+    {"wind",   kTypeWind       },
+    {"vect",   kTypeVector     },
+    {"barb",   kTypeBarb       },
+    {"strm",   kTypeStream     },
+    {"track",  kTypeStream     },
+    {"cloud",  kTypeCloud      },
+    {"wbarb",  kTypeWindBarb   },
+    {"cbarb",  kTypeCloudBarb  },
+    {"dbarb",  kTypeDotBarb    },
+    {"vbarb",  kTypeVectorBarb },
+    {"symb",   kTypeSymbol     },
+    {"wx",     kTypeSymbol     },
+    {"line",   kTypePointLine  },
 };
 
-constexpr std::array<Word, 29> kPlotNames{
-    {
-     {"data", kTypeData}, {"value", kTypeValue}, {"text", kTypeText},
-     {"mark", kTypeMark}, {"plot", kTypePlot}, {"int", kTypeInt},
-     {"map", kTypeMap}, {"frame", kTypeFrame}, {"panel", kTypePanel},
-     {"cont", kTypeCont}, {"lcont", kTypeLine}, {"dln", kTypeDashedLine},
-     {"ndln", kTypeNegDashed}, {"fcont", kTypeFill}, {"bcont", kTypeFillAndLine},
-     {"gvalue", kTypeGridValue}, {"wind", kTypeWind}, {"vect", kTypeVector},
-     {"strm", kTypeStream}, {"barb", kTypeBarb}, {"grid", kTypeGrid},
-     {"cloud", kTypeCloud}, {"wbarb", kTypeWindBarb}, {"cbarb", kTypeCloudBarb},
-     {"dbarb", kTypeDotBarb}, {"vbarb", kTypeVectorBarb}, {"symb", kTypeSymbol},
-     {"line", kTypePointLine}, {"const", kTypeConst},
-     }
+constexpr Word kPlotNames[] = {
+    {"data",   kTypeData       },
+    {"value",  kTypeValue      },
+    {"text",   kTypeText       },
+    {"mark",   kTypeMark       },
+    {"plot",   kTypePlot       },
+    {"int",    kTypeInt        },
+    {"map",    kTypeMap        },
+    {"frame",  kTypeFrame      },
+    {"panel",  kTypePanel      },
+    {"cont",   kTypeCont       },
+    {"lcont",  kTypeLine       },
+    {"dln",    kTypeDashedLine },
+    {"ndln",   kTypeNegDashed  },
+    {"fcont",  kTypeFill       },
+    {"bcont",  kTypeFillAndLine},
+    {"gvalue", kTypeGridValue  },
+    {"wind",   kTypeWind       },
+    {"vect",   kTypeVector     },
+    {"strm",   kTypeStream     },
+    {"barb",   kTypeBarb       },
+    {"grid",   kTypeGrid       },
+    {"cloud",  kTypeCloud      },
+    {"wbarb",  kTypeWindBarb   },
+    {"cbarb",  kTypeCloudBarb  },
+    {"dbarb",  kTypeDotBarb    },
+    {"vbarb",  kTypeVectorBarb },
+    {"symb",   kTypeSymbol     },
+    {"line",   kTypePointLine  },
+    {"const",  kTypeConst      },
 };
 
-constexpr std::array<Word, 4> kWindFunctions{
-    {{"wind", kTypeWind}, {"vect", kTypeVector}, {"stream", kTypeStream}, {"strm", kTypeStream}}
+constexpr Word kWindFunctions[] = {
+    {"wind",   kTypeWind  },
+    {"vect",   kTypeVector},
+    {"stream", kTypeStream},
+    {"strm",   kTypeStream}
 };
 
-constexpr std::array<std::string_view, 61> kGridFunctions{
+constexpr std::string_view kGridFunctions[] = {
     "copy",   "max",    "min",    "add",   "sum",    "avg",     "interp", "sub",   "thick",
     "mul",    "mod",    "sqrt",   "pow",   "exp",    "log",     "log10",  "abs",   "div",
     "sin",    "cos",    "tan",    "asin",  "acos",   "atan",    "atan2",  "dx",    "dy",
@@ -92,8 +127,9 @@ int GRD_func_type(const char *name)
             return known.code;
         }
     }
-    const bool is_known = !word.empty() && std::find(kGridFunctions.begin(), kGridFunctions.end(),
-                                                     word) != kGridFunctions.end();
+    const bool is_known =
+        !word.empty() && std::find(std::begin(kGridFunctions), std::end(kGridFunctions), word) !=
+                             std::end(kGridFunctions);
     return is_known ? kTypeGrid : 0;
 }
 

@@ -17,7 +17,7 @@ namespace {
 constexpr size_t kIdBytes = 5;
 constexpr size_t kWmoBytes = 7;
 constexpr int kNone = 9999;
-constexpr std::array<int, 3> kSlots = {3, 4, 5}; // 850, 700, 500 hPa
+constexpr int kSlots[] = {3, 4, 5}; // 850, 700, 500 hPa
 
 std::string text_of(const std::string &text, size_t bytes)
 {
