@@ -269,10 +269,10 @@ TEST(Barnes, RawFileToGrid)
     const std::string path = dir.write("temps.raw", "TYRRAW\n2024-05-01 12:00\n!%1.0f\n"
                                                     "id lat lon tmpf $\n"
                                                     "AAA 40.0 -90.0 55\nBBB 41.0 -88.5 -\n"
-                                                    "CCC 42.0 -91.5 65\n\n");
+                                                    "CCC 42.0 -91.5 65\nDDD 37.5 -87.0 60\n\n");
     const DomainRec domain = flat_domain();
     GridRec grid;
-    EXPECT_EQ(OBJ_analyze_raw(path.c_str(), 10, &domain, &grid), 2);
+    EXPECT_EQ(OBJ_analyze_raw(path.c_str(), 10, &domain, &grid), 3);
     ASSERT_NE(grid.values, nullptr);
     EXPECT_NEAR(grid.values[kNy / 2 * kNx + kNx / 2], 55.0F, 0.5F);
     GRD_free(&grid);
