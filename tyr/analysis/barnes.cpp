@@ -3,56 +3,23 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <cstdlib>
 #include <cstring>
 #include <new>
-#include <string>
 #include <vector>
 
+#include "tyr/analysis/barnes_params_private.h"
 #include "tyr/base/missing.h"
 #include "tyr/base/msg.h"
-#include "tyr/base/res.h"
-#include "tyr/base/str.h"
 #include "tyr/grid_math/row_bands.h"
 
 using namespace tyr;
 
 namespace {
 
-constexpr float kFilter = 1.0F;
-constexpr float kRadius = 1000.0F;
-constexpr float kConvergence = 0.2F;
-constexpr float kLeastConvergence = 0.01F;
-constexpr int kMostPasses = 4;
 constexpr float kZero = 1e-10F; ///< a value nearer to 0 is 0
 constexpr int kOurModel = 1;
 constexpr int kGridNumber = 2;
 constexpr std::size_t kBlock = 1024; ///< stations whose column weights are held at a time
-
-struct Parameters {
-    float filter = kFilter;
-    float radius = kRadius;
-    int passes = 1;
-    float convergence = kConvergence;
-    float replacement = kMissing;
-    int minimum = 1;
-    int refinement = 1;
-};
-
-struct State {
-    Parameters parameters;
-};
-
-State state;
-
-void apply_limits(Parameters &p)
-{
-    p.radius = p.radius > 0.0F ? p.radius : kRadius;
-    p.passes = p.passes >= 1 && p.passes <= kMostPasses ? p.passes : 1;
-    p.convergence =
-        p.convergence >= kLeastConvergence && p.convergence < 1.0F ? p.convergence : kConvergence;
-    p.minimum = std::max(p.minimum, 1);
-}
 
 /// What a run works on, in grid coordinates.
 struct Run {
@@ -204,7 +171,7 @@ void settle(const Run &run, const std::vector<Sums> &sums, bool is_first)
     for (std::size_t f = 0; f < run.fields.size(); f++) {
         float *values = run.grids[run.fields[f]].values;
         for (std::size_t p = 0; p < sums[f].weight.size(); p++) {
-            if (sums[f].weight[p] == 0.0 || sums[f].count[p] < state.parameters.minimum) {
+            if (sums[f].weight[p] == 0.0 || sums[f].count[p] < barnes_params().minimum) {
                 values[p] = kMissing;
                 continue;
             }
@@ -271,7 +238,7 @@ void find_residuals(const Run &run, const float *const *values, float *const *re
 
 void tell(const Run &run)
 {
-    const Parameters &p = state.parameters;
+    const BarnesParams &p = barnes_params();
     MSG_out(kMsgMess, "Fitting to grid...\n");
     for (const int f : run.fields) {
         MSG_out(kMsgMess, "   Data field [%d] = %s\n", f + 1, run.grids[f].info);
@@ -311,7 +278,7 @@ void pass(const Run &run, int number, const float *const *values)
     MSG_out(kMsgOut3, "Pass: %d...\n", number);
     const auto points = static_cast<std::size_t>(run.nx) * static_cast<std::size_t>(run.ny);
     std::vector<Sums> sums(run.fields.size(), Sums(points));
-    gather(run, state.parameters.filter, values, &sums);
+    gather(run, barnes_params().filter, values, &sums);
     settle(run, sums, number == 1);
 }
 
@@ -324,8 +291,8 @@ void further_passes(const Run &run, float **values, int fields)
         residuals[static_cast<std::size_t>(f)] = held[static_cast<std::size_t>(f)].data();
     }
     find_residuals(run, values, residuals.data());
-    for (int n = 2; n <= state.parameters.passes; n++) {
-        state.parameters.filter *= state.parameters.convergence;
+    for (int n = 2; n <= barnes_params().passes; n++) {
+        barnes_params().filter *= barnes_params().convergence;
         pass(run, n, residuals.data());
         find_residuals(run, values, residuals.data());
     }
@@ -350,71 +317,6 @@ bool set_up(float **values, int stations, int fields, GridRec *grids, Run *run)
 
 } // namespace
 
-void OBJ_reset()
-{
-    state.parameters = {};
-}
-
-void OBJ_read_params()
-{
-    Parameters &p = state.parameters;
-    for (const std::string &word : RES_list("plot_param")) {
-        if (STR_ncasecmp(word.c_str(), "miss", 4) == 0) {
-            const std::size_t number = word.find_first_of("=:");
-            p.replacement = number == std::string::npos
-                                ? 0.0F
-                                : static_cast<float>(std::atof(word.c_str() + number + 1));
-        } else if (STR_ncasecmp(word.c_str(), "gridx", 5) == 0) {
-            p.refinement = word.size() > 5 ? std::atoi(word.c_str() + 5) : p.refinement;
-            p.radius *= static_cast<float>(p.refinement);
-        }
-    }
-    if (RES_get("object_param") != nullptr) {
-        const std::vector<std::string> words = RES_list("object_param");
-        const auto word = [&](std::size_t i) {
-            return i < words.size() ? words[i] : std::string();
-        };
-        p.filter = word(0).empty() ? p.filter : static_cast<float>(std::atof(word(0).c_str()));
-        p.radius = word(1).empty() ? p.radius : static_cast<float>(std::atof(word(1).c_str()));
-        p.passes = words.size() > 2 ? std::atoi(word(2).c_str()) : p.passes;
-        p.convergence =
-            words.size() > 3 ? static_cast<float>(std::atof(word(3).c_str())) : p.convergence;
-        p.minimum = words.size() > 4 ? std::atoi(word(4).c_str()) : p.minimum;
-        apply_limits(p);
-    }
-    p.filter = p.filter > 0.0F ? p.filter : kFilter;
-}
-
-void OBJ_set_filter(float filter)
-{
-    state.parameters.filter = filter;
-}
-
-void OBJ_set_radius(float radius)
-{
-    state.parameters.radius = radius;
-}
-
-void OBJ_set_passes(int passes)
-{
-    state.parameters.passes = passes;
-}
-
-void OBJ_set_convergence(float convergence)
-{
-    state.parameters.convergence = convergence;
-}
-
-void OBJ_set_min_stations(int count)
-{
-    state.parameters.minimum = count;
-}
-
-void OBJ_set_missing(float value)
-{
-    state.parameters.replacement = value;
-}
-
 int OBJ_analyze(float *x, float *y, float **values, int stations, int fields, GridRec *grids)
 {
     Run run{};
@@ -432,16 +334,16 @@ int OBJ_analyze(float *x, float *y, float **values, int stations, int fields, Gr
     run.dx = domain.dx;
     run.dy = domain.dy;
     run.reach =
-        static_cast<double>(state.parameters.radius) * state.parameters.radius * run.dx * run.dx;
+        static_cast<double>(barnes_params().radius) * barnes_params().radius * run.dx * run.dx;
     for (const int f : run.fields) {
         grids[f].grid_id = kGridNumber;
         grids[f].source = grids[f].version = 1;
         grids[f].model = kOurModel;
     }
     try {
-        replace_missing(run, state.parameters.replacement, values);
+        replace_missing(run, barnes_params().replacement, values);
         pass(run, 1, values);
-        if (state.parameters.passes > 1 || MSG_test(kMsgOut3) != 0) {
+        if (barnes_params().passes > 1 || MSG_test(kMsgOut3) != 0) {
             further_passes(run, values, fields);
         }
     } catch (const std::bad_alloc &) {
