@@ -33,26 +33,29 @@ trap 'rm -rf "$root"' EXIT
 "$build/bin/make_samples" "$build/observations" --layout 12 --hours 13
 echo "a clean root of $suite in $root"
 deb=$(ls "$build"/tyr_*.deb)
-mmdebstrap --quiet --variant=apt --include=man-db,bash-completion,bash,ca-certificates \
+mkdir "$root/in"
+cp "$deb" "$root/in/tyr.deb"
+cp -r "$build/observations" "$root/in"
+chmod -R a+rX "$root/in"
+mmdebstrap --quiet --variant=apt --include=man-db,bash-completion \
+    --customize-hook="sync-in '$root/in' /srv" \
+    --customize-hook='chroot "$1" apt-get install -y --no-install-recommends /srv/tyr.deb' \
     "$suite" "$root/root" >"$build/root.log" 2>&1 || { tail "$build/root.log"; exit 1; }
-cp "$deb" "$root/root/tmp/tyr.deb"
-cp -r "$build/observations" "$root/root/srv/observations"
-chmod -R a+rX "$root/root/srv/observations"
-# the lists of packages are still those that the root was made from
-chroot "$root/root" sh -c 'apt-get install -y -qq --no-install-recommends /tmp/tyr.deb' \
-    >>"$build/root.log" 2>&1 || { tail "$build/root.log"; exit 1; }
 chroot "$root/root" useradd -m visitor
 cat >"$root/root/tmp/try.sh" <<'TRY'
 set -eu
 cd
 echo "as $(id -un):"
 profiler --version
+exec 2>warnings # of fonts, maps and tables that weren't found
 profiler -me warn -de p,section.ps,eps,port,color -id PLTC2 -va wbrb /srv/observations/*.nc
 profiler -me warn -de p,map.ps,eps,port,color -le 3000m -re us -va wbrb -mf tyr.map:DGray \
     /srv/observations/20261122_0000_prf.nc
 profiler -me warn -de m,section.met -id PLTC2 -va wbrb /srv/observations/*.nc
 tyrplay -me warn -de p,played.ps,eps,port,color section.met
-grep -c stroke section.ps map.ps played.ps
+exec 2>&1
+[ ! -s warnings ] || { cat warnings; exit 1; }
+ls -l section.ps map.ps played.ps
 man -w profiler tyrplay tyrloop
 man profiler | head -n 4
 bash -c '. /usr/share/bash-completion/bash_completion; _completion_loader profiler;
