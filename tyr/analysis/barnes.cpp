@@ -11,6 +11,7 @@
 #include "tyr/base/missing.h"
 #include "tyr/base/msg.h"
 #include "tyr/grid_math/row_bands.h"
+#include "tyr/grid_math/vector_math.h"
 
 using namespace tyr;
 
@@ -20,6 +21,8 @@ constexpr float kZero = 1e-10F; ///< a value nearer to 0 is 0
 constexpr int kOurModel = 1;
 constexpr int kGridNumber = 2;
 constexpr std::size_t kBlock = 1024; ///< stations whose column weights are held at a time
+constexpr int kTileStations = 64;    ///< worked on together, with the rows that they reach
+constexpr int kTileRows = 8;
 
 /// What a run works on, in grid coordinates.
 struct Run {
@@ -35,9 +38,12 @@ struct Run {
 /// Sums over a field: one place a grid point.
 struct Sums {
     std::vector<double> weighted, weight;
-    std::vector<int> count;
+    std::vector<int> count; ///< of stations, where more than one is asked for
 
-    explicit Sums(std::size_t points) : weighted(points), weight(points), count(points) {}
+    Sums(std::size_t points, bool is_counted)
+        : weighted(points), weight(points), count(is_counted ? points : 0)
+    {
+    }
 };
 
 /// First and last index, of 0 to count - 1, within `reach` of a place.
@@ -83,6 +89,16 @@ void set_reach(const Run &run, int station, double filter, Reach *reach)
     }
 }
 
+TYR_WIDE void add_weights(const double *by_column, double by_row, double value, std::size_t n,
+                          double *weighted, double *weight)
+{
+    for (std::size_t k = 0; k < n; k++) {
+        const double w = by_column[k] * by_row;
+        weighted[k] += value * w;
+        weight[k] += w;
+    }
+}
+
 /// Adds a station to the points of one row that it reaches.
 void add_to_row(const Run &run, const Reach &reach, int station, int row, double filter,
                 float value, Sums *sums)
@@ -97,7 +113,6 @@ void add_to_row(const Run &run, const Reach &reach, int station, int row, double
                              static_cast<std::size_t>(reach.columns.first);
     double *weighted = &sums->weighted[base];
     double *weight = &sums->weight[base];
-    int *count = &sums->count[base];
     std::size_t first = 0;
     std::size_t last = reach.square.size();
     while (first < last && reach.square[first] + square > run.reach) {
@@ -106,11 +121,41 @@ void add_to_row(const Run &run, const Reach &reach, int station, int row, double
     while (last > first && reach.square[last - 1] + square > run.reach) {
         last--;
     }
-    for (std::size_t k = first; k < last; k++) {
-        const double w = reach.weight[k] * row_weight;
-        weighted[k] += value * w;
-        weight[k] += w;
-        count[k]++;
+    if (first >= last) {
+        return;
+    }
+    add_weights(&reach.weight[first], row_weight, value, last - first, weighted + first,
+                weight + first);
+    if (!sums->count.empty()) {
+        int *count = &sums->count[base];
+        std::for_each(count + first, count + last, [](int &c) { c++; });
+    }
+}
+
+void add_fields(const Run &run, const Reach &reach, int station, int row, double filter,
+                const float *const *values, std::vector<Sums> *sums)
+{
+    for (std::size_t f = 0; f < run.fields.size(); f++) {
+        const float value = values[run.fields[f]][station];
+        if (!is_missing(value) && std::isfinite(value)) {
+            add_to_row(run, reach, station, row, filter, value, &(*sums)[f]);
+        }
+    }
+}
+
+/// Adds some stations to some rows. Few rows at a time, so that their sums stay in the cache.
+void add_tile(const Run &run, const std::vector<Reach> &block, int begin, int end, int first,
+              int last, double filter, const float *const *values, std::vector<Sums> *sums)
+{
+    for (int top = first; top < last; top += kTileRows) {
+        for (int s = begin; s < end; s++) {
+            const Reach &reach = block[static_cast<std::size_t>(s) % kBlock];
+            const int low = std::max(top, reach.rows.first);
+            const int high = std::min({top + kTileRows, last, reach.rows.last + 1});
+            for (int row = low; row < high && !reach.square.empty(); row++) {
+                add_fields(run, reach, s, row, filter, values, sums);
+            }
+        }
     }
 }
 
@@ -125,19 +170,9 @@ void gather(const Run &run, double filter, const float *const *values, std::vect
             set_reach(run, s, filter, &block[static_cast<std::size_t>(s - begin)]);
         }
         over_rows(run.ny, points, kCostlyPoints, [&](int first, int last) {
-            for (int s = begin; s < end; s++) {
-                const Reach &reach = block[static_cast<std::size_t>(s - begin)];
-                for (std::size_t f = 0; f < run.fields.size(); f++) {
-                    const float value = values[run.fields[f]][s];
-                    if (is_missing(value) || !std::isfinite(value) || reach.square.empty()) {
-                        continue;
-                    }
-                    const int low = std::max(first, reach.rows.first);
-                    const int high = std::min(last - 1, reach.rows.last);
-                    for (int row = low; row <= high; row++) {
-                        add_to_row(run, reach, s, row, filter, value, &(*sums)[f]);
-                    }
-                }
+            for (int s = begin; s < end; s += kTileStations) {
+                add_tile(run, block, s, std::min(s + kTileStations, end), first, last, filter,
+                         values, sums);
             }
         });
     }
@@ -171,7 +206,9 @@ void settle(const Run &run, const std::vector<Sums> &sums, bool is_first)
     for (std::size_t f = 0; f < run.fields.size(); f++) {
         float *values = run.grids[run.fields[f]].values;
         for (std::size_t p = 0; p < sums[f].weight.size(); p++) {
-            if (sums[f].weight[p] == 0.0 || sums[f].count[p] < barnes_params().minimum) {
+            const bool is_counted = !sums[f].count.empty();
+            if (sums[f].weight[p] == 0.0 ||
+                (is_counted && sums[f].count[p] < barnes_params().minimum)) {
                 values[p] = kMissing;
                 continue;
             }
@@ -277,7 +314,7 @@ void pass(const Run &run, int number, const float *const *values)
 {
     MSG_out(kMsgOut3, "Pass: %d...\n", number);
     const auto points = static_cast<std::size_t>(run.nx) * static_cast<std::size_t>(run.ny);
-    std::vector<Sums> sums(run.fields.size(), Sums(points));
+    std::vector<Sums> sums(run.fields.size(), Sums(points, barnes_params().minimum > 1));
     gather(run, barnes_params().filter, values, &sums);
     settle(run, sums, number == 1);
 }
