@@ -10,6 +10,7 @@
 #include "tyr/base/msg.h"
 #include "tyr/grid_math/grid_places.h"
 #include "tyr/grid_math/row_bands.h"
+#include "tyr/grid_math/vector_math.h"
 
 using namespace tyr;
 
@@ -142,6 +143,27 @@ void differences(const DomainRec &domain, const Fields &fields, float *out, Comb
     });
 }
 
+/// First differences of a line of points and the lines on both sides of it, where no other field
+/// has a say.
+TYR_WIDE void difference_line(const float *here, const float *back, const float *next, float one,
+                              float two, float *out, int count)
+{
+#pragma GCC ivdep
+    for (int i = 0; i < count; ++i) {
+        const float value = first_difference(here[i], back[i], next[i], one, two);
+        out[i] = here[i] == kMissing ? kMissing : value;
+    }
+}
+
+void dx_row(const float *f, int nx, float one, float *out)
+{
+    difference_line(f, f, f + std::min(1, nx - 1), one, one, out, 1);
+    if (nx > 1) {
+        difference_line(f + 1, f, f + 2, one, one / 2.0F, out + 1, nx - 2);
+        difference_line(f + nx - 1, f + nx - 2, f + nx - 1, one, one, out + nx - 1, 1);
+    }
+}
+
 /// The second difference times the spacing squared; places off the line come in as Missing.
 inline float second_difference(float f, float back2, float back, float next, float next2)
 {
@@ -258,16 +280,24 @@ int into_output(const char *routine, std::initializer_list<const GridRec *> inpu
 int GRD_dx(const GridRec *in, GridRec *out)
 {
     return into_output("GRD_dx", {in}, out, [&](float *to) {
-        const float *f = in->values;
-        differences(in->domain, {f, f, f, f}, to, [](float dx, float, float, float) { return dx; });
+        const auto nx = static_cast<std::size_t>(in->domain.nx);
+        over_grid(in->domain, to, [&](int row, Spacing spacing, float *line) {
+            dx_row(in->values + static_cast<std::size_t>(row) * nx, in->domain.nx, spacing.x, line);
+        });
     });
 }
 
 int GRD_dy(const GridRec *in, GridRec *out)
 {
     return into_output("GRD_dy", {in}, out, [&](float *to) {
-        const float *f = in->values;
-        differences(in->domain, {f, f, f, f}, to, [](float, float dy, float, float) { return dy; });
+        const DomainRec &d = in->domain;
+        const auto nx = static_cast<std::size_t>(d.nx);
+        over_grid(d, to, [&](int row, Spacing spacing, float *line) {
+            const float *here = in->values + static_cast<std::size_t>(row) * nx;
+            const bool is_edge = row == 0 || row == d.ny - 1;
+            difference_line(here, row + 1 < d.ny ? here + nx : here, row > 0 ? here - nx : here,
+                            spacing.y, is_edge ? spacing.y : spacing.y / 2.0F, line, d.nx);
+        });
     });
 }
 
