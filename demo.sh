@@ -1,25 +1,37 @@
 #!/usr/bin/env bash
 # Installs what is missing, builds, writes sample observations and draws them.
-# usage: ./demo.sh [--no-install] [FOLDER]     (default folder: demo-out)
+# usage: ./demo.sh [--no-install] [--build FOLDER] [FOLDER]
+#   --no-install    leaves the packages of this machine alone
+#   --build FOLDER  builds there (default: build-demo); the sources are only read
+#   FOLDER          gets observations and pictures (default: demo-out)
 set -euo pipefail
-cd "$(dirname "$0")"
+source=$(cd "$(dirname "$0")" && pwd)
 # shellcheck source=scripts/packages.sh
-. scripts/packages.sh
-install=yes
-[ "${1:-}" != --no-install ] || { install=no; shift; }
+. "$source/scripts/packages.sh"
+install=yes build=build-demo
+while [ $# -gt 0 ]; do
+    case "$1" in
+        --no-install) install=no; shift ;;
+        --build) build=${2:?--build needs a folder}; shift 2 ;;
+        -*) sed -n 's/^# \{0,1\}//; 2,6p' "$0"; exit 2 ;;
+        *) break ;;
+    esac
+done
 out=${1:-demo-out}
 # shellcheck disable=SC2086
 [ "$install" = no ] || need_packages $DEMO_PACKAGES
-cmake --preset release -DBUILD_TESTING=OFF -DTYR_BENCH=OFF -B build-demo >/dev/null
-cmake --build build-demo >"build-demo/build.log" 2>&1 || { tail -n 40 build-demo/build.log; exit 1; }
-bin=build-demo/bin
-mkdir -p "$out"
+mkdir -p "$out" "$build"
+cmake -S "$source" -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=Release -DBUILD_TESTING=OFF \
+    -DTYR_BENCH=OFF >/dev/null
+cmake --build "$build" --target profiler make_samples >"$build/build.log" 2>&1 ||
+    { tail -n 40 "$build/build.log"; exit 1; }
+bin=$build/bin
 
 # draw NAME ARGUMENTS...: a plot to PostScript, and a PNG of it, upright
 draw() {
     local name=$1
     shift
-    "$bin/profiler" -df /nonexistent -fp data -me warn -de "p,$out/$name.ps,eps,port,color" "$@"
+    "$bin/profiler" -df /nonexistent -fp "$source/data" -me warn -de "p,$out/$name.ps,eps,port,color" "$@"
     gs -q -dNOPAUSE -dBATCH -dSAFER -dEPSCrop -dTextAlphaBits=4 -dGraphicsAlphaBits=4 -sDEVICE=png16m \
         -r110 -sOutputFile="$out/$name.png" "$out/$name.ps"
     echo "  $out/$name.ps  $out/$name.png"

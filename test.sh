@@ -1,20 +1,28 @@
 #!/usr/bin/env bash
 # Installs what is missing, builds and runs all tests.
-# usage: ./test.sh [--no-install] [--preset release|asan] [ctest arguments...]
+# usage: ./test.sh [--no-install] [--preset release|asan] [--build FOLDER] [ctest arguments...]
+#   --build FOLDER  builds there (default: build, build-asan in the sources); the sources are only read
 set -euo pipefail
-cd "$(dirname "$0")"
+source=$(cd "$(dirname "$0")" && pwd)
 # shellcheck source=scripts/packages.sh
-. scripts/packages.sh
-install=yes preset=release
+. "$source/scripts/packages.sh"
+install=yes preset=release build=
 while [ $# -gt 0 ]; do
     case "$1" in
         --no-install) install=no; shift ;;
-        --preset) preset=$2; shift 2 ;;
+        --preset) preset=${2:?--preset needs a name}; shift 2 ;;
+        --build) build=${2:?--build needs a folder}; shift 2 ;;
         *) break ;;
     esac
 done
 # shellcheck disable=SC2086
 [ "$install" = no ] || need_packages $TEST_PACKAGES
-cmake --preset "$preset" >/dev/null
-cmake --build --preset "$preset" -- -k 0 | tail -n 40
-ctest --preset "$preset" -j "$(nproc)" "$@"
+if [ -z "$build" ]; then
+    build=$source/build
+    [ "$preset" = release ] || build=$source/build-$preset
+fi
+mkdir -p "$build"
+build=$(cd "$build" && pwd)
+(cd "$source" && cmake --preset "$preset" -B "$build" >/dev/null)
+cmake --build "$build" -- -k 0 | tail -n 40
+ctest --test-dir "$build" --output-on-failure -j "$(nproc)" "$@"

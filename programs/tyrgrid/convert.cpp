@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <string>
-#include <string_view>
 
 #include "tyr/base/msg.h"
 #include "tyr/base/res.h"
@@ -12,31 +11,6 @@
 namespace tyr {
 
 namespace {
-
-struct KindWord {
-    std::string_view word, ending, other_ending;
-    int kind;
-};
-constexpr KindWord kKinds[] = {
-    {"netcdf", ".nc",  ".cdf", kGridNetcdf },
-    {"binary", ".bin", ".tyb", kGridBinary },
-    {"text",   ".grd", ".txt", kGridText   },
-    {"old",    ".old", ".old", kGridOldText},
-};
-
-/// @return the kind; kGridUnknown for a word that is none
-int output_kind(std::string_view name)
-{
-    const char *wanted = RES_get("output");
-    for (const KindWord &row : kKinds) {
-        const bool is_wanted = wanted != nullptr && STR_casecmp(wanted, row.word.data()) == 0;
-        const bool is_ending = name.ends_with(row.ending) || name.ends_with(row.other_ending);
-        if (is_wanted || (wanted == nullptr && is_ending)) {
-            return row.kind;
-        }
-    }
-    return wanted != nullptr ? kGridUnknown : kGridText;
-}
 
 /// The largest grid: a netCDF file has the room of the one that is written first.
 size_t largest(const std::vector<ChosenGrid> &grids)
@@ -76,7 +50,7 @@ bool write_one(int handle, GridChoice *choice, size_t place)
 bool write_grids(GridChoice *choice)
 {
     std::string name = RES_get("out_file");
-    const int kind = output_kind(name);
+    const int kind = GRD_output_kind(name.c_str());
     if (kind == kGridUnknown) {
         MSG_out(kMsgError, "%s: not a kind of grid file that can be written\n", RES_get("output"));
         return false;

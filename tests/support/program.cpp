@@ -9,7 +9,13 @@
 
 RunResult run_profiler(const std::vector<std::string> &words, const RunOptions &options)
 {
-    std::vector<std::string> all = {profiler_path(), "-df", "/nonexistent", "-fp",
+    return run_program("profiler", words, options);
+}
+
+RunResult run_program(const std::string &name, const std::vector<std::string> &words,
+                      const RunOptions &options)
+{
+    std::vector<std::string> all = {TYR_BINARY_DIR "/bin/" + name, "-df", "/nonexistent", "-fp",
                                     TYR_SOURCE_DIR "/data"};
     all.insert(all.end(), words.begin(), words.end());
     return run(all, options);

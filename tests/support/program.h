@@ -8,6 +8,10 @@
 /// Runs the program on this checkout's data, away from any installed resource file.
 RunResult run_profiler(const std::vector<std::string> &words, const RunOptions &options = {});
 
+/// The same for any of the programs, by its name.
+RunResult run_program(const std::string &name, const std::vector<std::string> &words,
+                      const RunOptions &options = {});
+
 /// Writes the sample observations into a folder. @return the paths, oldest first
 std::vector<std::string> make_samples(const std::string &folder, const std::string &layout = "12",
                                       int hours = 13);

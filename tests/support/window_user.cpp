@@ -88,10 +88,10 @@ Picture grab(Display *display, Window window)
 } // namespace
 
 WindowUser::WindowUser(const VirtualScreen &screen, const std::vector<std::string> &words,
-                       const std::string &log)
+                       const std::string &log, const std::string &program)
     : server_(new Connection{XOpenDisplay(screen.name().c_str())}), screen_(screen.process())
 {
-    std::vector<std::string> all = {profiler_path(), "-df", "/nonexistent", "-fp",
+    std::vector<std::string> all = {TYR_BINARY_DIR "/bin/" + program, "-df", "/nonexistent", "-fp",
                                     TYR_SOURCE_DIR "/data"};
     all.insert(all.end(), words.begin(), words.end());
     std::vector<char *> arguments;
@@ -150,6 +150,22 @@ Picture WindowUser::look()
 void WindowUser::press_key(const char *name, bool alt)
 {
     press_key_with(name, alt ? Mod1Mask : 0);
+}
+
+std::string WindowUser::title() const
+{
+    char *name = nullptr;
+    XFetchName(server_->display, window_, &name);
+    std::string text = name != nullptr ? name : "";
+    XFree(name);
+    return text;
+}
+
+void WindowUser::kill_program()
+{
+    kill(program_, SIGKILL);
+    waitpid(program_, nullptr, 0);
+    program_ = -1;
 }
 
 void WindowUser::destroy_window()

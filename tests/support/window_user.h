@@ -13,7 +13,7 @@ class WindowUser {
     /// Starts the program (words of its command line, without its name) on a screen. Its messages
     /// go to the file `log`.
     WindowUser(const VirtualScreen &screen, const std::vector<std::string> &words,
-               const std::string &log);
+               const std::string &log, const std::string &program = "profiler");
     ~WindowUser();
     WindowUser(const WindowUser &) = delete;
     WindowUser &operator=(const WindowUser &) = delete;
@@ -24,6 +24,10 @@ class WindowUser {
     void press_key(const char *name, bool alt = false);
     /// The same with any modifiers (Mod1Mask | LockMask).
     void press_key_with(const char *name, unsigned modifiers);
+    /// The window's name as it stands now.
+    std::string title() const;
+    /// Kills the program, which gets no chance to tidy up.
+    void kill_program();
     /// Takes the window away from the program.
     void destroy_window();
     /// Drags the first button with Shift from one place to another, window pixels.

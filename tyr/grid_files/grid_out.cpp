@@ -1,6 +1,7 @@
 #include "tyr/grid_files/grid_out.h"
 
 #include <array>
+#include <string_view>
 
 #include "tyr/base/file.h"
 #include "tyr/base/msg.h"
@@ -14,6 +15,17 @@ namespace {
 
 constexpr unsigned kTold = 64;
 constexpr int kLowestHandle = 1;
+
+struct KindWord {
+    std::string_view word, ending, other_ending;
+    int kind;
+};
+constexpr KindWord kKinds[] = {
+    {"netcdf", ".nc",  ".cdf", kGridNetcdf },
+    {"binary", ".bin", ".tyb", kGridBinary },
+    {"text",   ".grd", ".txt", kGridText   },
+    {"old",    ".old", ".old", kGridOldText},
+};
 
 bool is_writable(int kind)
 {
@@ -49,6 +61,20 @@ int open_out(const char *routine, const char *name, int kind)
 }
 
 } // namespace
+
+int GRD_output_kind(const char *path)
+{
+    const std::string_view name = path;
+    const char *wanted = RES_get("output");
+    for (const KindWord &row : kKinds) {
+        const bool is_wanted = wanted != nullptr && STR_casecmp(wanted, row.word.data()) == 0;
+        const bool is_ending = name.ends_with(row.ending) || name.ends_with(row.other_ending);
+        if (is_wanted || (wanted == nullptr && is_ending)) {
+            return row.kind;
+        }
+    }
+    return wanted != nullptr ? kGridUnknown : kGridText;
+}
 
 int GRD_save_file(const char *name, GridRec *grid, GridFileInfo *info, int kind)
 {

@@ -18,6 +18,15 @@ int GIF_read(const char *path, ImageRec *image, int header_only);
 /// @return 1; 0 on failure, told by a message
 int GIF_write(const char *path, ImageRec *image);
 
+/// Makes picture number `i` of a loop (from 0). 1; 0, told, when it can't be had, with nothing to
+/// free.
+using GifSource = int (*)(int i, ImageRec *image);
+
+/// Writes pictures of one size as a loop without end, each with its own colours. They are asked for
+/// one by one and freed. `delays`: how long each stays, hundredths of a second.
+/// @return 1; 0 on failure, told by a message, and no file then
+int GIF_write_loop(const char *path, int count, const int *delays, GifSource next);
+
 /// Rows in four passes; a transparent background. Both last for the process and start at 0.
 void gset_gif_interlace(int on);
 void gset_gif_transparent(int on);

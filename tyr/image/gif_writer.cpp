@@ -15,7 +15,8 @@ using namespace tyr;
 namespace {
 
 constexpr std::size_t kMaxBlock = 254;
-constexpr unsigned kDelay = 10; ///< hundredths of a second
+constexpr int kDelay = 10; ///< hundredths of a second
+constexpr int kMaxDelay = 65535;
 constexpr int kLeastCodeSize = 2;
 
 struct State {
@@ -211,13 +212,14 @@ int place_bits(std::size_t colors)
     return std::max(1, static_cast<int>(std::bit_width(colors - 1)));
 }
 
-void write_screen(std::FILE *file, const ImageRec &image, int bits)
+/// The head of a file, with a colour table of so many bits behind it, or with none.
+void write_screen(std::FILE *file, const ImageRec &image, std::optional<int> bits)
 {
     std::fputs("GIF89a", file);
     put_word(file, image.width);
     put_word(file, image.height);
-    const unsigned size = static_cast<unsigned>(bits) - 1U;
-    put_byte(file, kGifTableFlag + size * 16 + size);
+    const unsigned size = static_cast<unsigned>(bits.value_or(1)) - 1U;
+    put_byte(file, bits ? kGifTableFlag + size * 16 + size : 0U);
     put_byte(file, 0); // background
     put_byte(file, 0); // aspect
 }
@@ -241,25 +243,27 @@ std::optional<unsigned> transparent_place(const IndexedImage &indexed, int pixel
     return static_cast<unsigned>(found - values.begin());
 }
 
-void write_control(std::FILE *file, unsigned place)
+void write_control(std::FILE *file, std::optional<unsigned> transparent, int delay)
 {
     put_byte(file, kGifExtension);
     put_byte(file, kGifControl);
     put_byte(file, 4); // bytes that follow
-    put_byte(file, kGifTransparentFlag);
-    put_word(file, kDelay);
-    put_byte(file, place);
+    put_byte(file, transparent ? unsigned{kGifTransparentFlag} : 0U);
+    put_word(file, delay);
+    put_byte(file, transparent.value_or(0));
     put_byte(file, 0);
 }
 
-void write_image_head(std::FILE *file, const ImageRec &image)
+/// The head of a picture, which may have a colour table of its own, of so many bits.
+void write_image_head(std::FILE *file, const ImageRec &image, std::optional<int> bits)
 {
     put_byte(file, kGifImage);
     put_word(file, 0); // left
     put_word(file, 0); // top
     put_word(file, image.width);
     put_word(file, image.height);
-    put_byte(file, state.interlace ? kGifInterlaceFlag : 0U);
+    const unsigned table = bits ? kGifTableFlag + static_cast<unsigned>(*bits) - 1U : 0U;
+    put_byte(file, table + (state.interlace ? kGifInterlaceFlag : 0U));
 }
 
 void write_pixels(std::FILE *file, const ImageRec &image, const IndexedImage &indexed,
@@ -290,15 +294,85 @@ void write_picture(std::FILE *file, const ImageRec &image, const IndexedImage &i
     write_colors(file, indexed, bits);
     if (state.transparent) {
         if (const auto place = transparent_place(indexed, image.transparent)) {
-            write_control(file, *place);
+            write_control(file, place, kDelay);
         }
     }
-    write_image_head(file, image);
+    write_image_head(file, image, std::nullopt);
     write_pixels(file, image, indexed, code_size);
     put_byte(file, kGifTrailer);
 }
 
+/// The block by which readers know that the pictures begin anew behind the last.
+void write_endless(std::FILE *file)
+{
+    put_byte(file, kGifExtension);
+    put_byte(file, kGifApplication);
+    put_byte(file, 11); // bytes that follow
+    std::fputs("NETSCAPE2.0", file);
+    put_byte(file, 3);
+    put_byte(file, 1);
+    put_word(file, 0); // rounds: no end
+    put_byte(file, 0);
+}
+
+/// A picture of a loop, with its own colours.
+void write_loop_picture(std::FILE *file, const ImageRec &image, int delay)
+{
+    const IndexedImage indexed = image_index(image);
+    const int bits = place_bits(indexed.values.size());
+    write_control(file, std::nullopt, std::clamp(delay, 0, kMaxDelay));
+    write_image_head(file, image, bits);
+    write_colors(file, indexed, bits);
+    write_pixels(file, image, indexed, std::max(bits, kLeastCodeSize));
+}
+
+/// All pictures of a loop; false, told, for one that can't be had or has another size.
+bool write_loop(std::FILE *file, std::span<const int> delays, GifSource next)
+{
+    int width = 0;
+    int height = 0;
+    for (std::size_t i = 0; i < delays.size(); i++) {
+        ImageRec image;
+        if (next(static_cast<int>(i), &image) == 0) {
+            return false;
+        }
+        bool is_good = image_fits("GIF_write_loop", image);
+        if (is_good && i == 0) {
+            width = image.width;
+            height = image.height;
+            write_screen(file, image, std::nullopt);
+            write_endless(file);
+        } else if (is_good && (image.width != width || image.height != height)) {
+            MSG_out(kMsgWarn, "GIF_write_loop: pictures of %dx%d and %dx%d\n", width, height,
+                    image.width, image.height);
+            is_good = false;
+        }
+        if (is_good) {
+            write_loop_picture(file, image, delays[i]);
+        }
+        IMG_free(&image);
+        if (!is_good) {
+            return false;
+        }
+    }
+    put_byte(file, kGifTrailer);
+    return true;
+}
+
 } // namespace
+
+int GIF_write_loop(const char *path, int count, const int *delays, GifSource next)
+{
+    WholeFile file;
+    if (count < 1 || !file.open(path)) {
+        MSG_out(kMsgWarn, "Unable to open GIF file\n");
+        return 0;
+    }
+    if (!write_loop(file.stream(), {delays, static_cast<std::size_t>(count)}, next)) {
+        return 0;
+    }
+    return image_close("GIF_write_loop", path, file) ? 1 : 0;
+}
 
 int GIF_write(const char *path, ImageRec *image)
 {

@@ -1,6 +1,7 @@
 #include "tyr/paper/metafile_reader.h"
 
 #include <algorithm>
+#include <array>
 #include <cctype>
 #include <charconv>
 #include <optional>
@@ -23,6 +24,14 @@ constexpr std::size_t kMaxText = 100;
 constexpr std::size_t kLeastPoint = 4; // bytes of the shortest point: "1,1 "
 constexpr std::size_t kBlock = std::size_t{1} << 16;
 constexpr std::size_t kMaxFile = std::size_t{1} << 30;
+
+/// The attributes that a workstation opens with, as records.
+constexpr std::string_view kDefaults = "PL_CLR 1\nPL_TYPE 1\nPL_LW 1\n"
+                                       "PM_CLR 1\nPM_TYPE 1\nPM_WDTH 1\nPM_SIZE 10\n"
+                                       "FA_CLR 1\nFA_INT 1\nFA_ST 1\n"
+                                       "TE_CLR 1\nTE_WDTH 1\nTE_HGHT 0.01\nTE_EXP 1\n"
+                                       "TE_SPC 0.25\nTE_CSPC 0\nTE_ALGN 0 0\nTE_UP 0,1\n"
+                                       "TE_FNT 1 1\n";
 
 bool is_blank(char c)
 {
@@ -189,22 +198,6 @@ Played play_primitive(std::string_view word, Cursor &cursor)
     return true;
 }
 
-Played play_colour(std::string_view word, Cursor &cursor)
-{
-    if (word != "CLR") {
-        return std::nullopt;
-    }
-    int ws = 0;
-    int index = 0;
-    float rgb[3];
-    if (!cursor.number(ws) || !cursor.number(index) || !cursor.number(rgb[0]) ||
-        !cursor.number(rgb[1]) || !cursor.number(rgb[2])) {
-        return false;
-    }
-    gset_colr_rep(1, index, rgb);
-    return true;
-}
-
 Played play_text(std::string_view word, Cursor &cursor)
 {
     if (word != "TE") {
@@ -222,11 +215,117 @@ Played play_text(std::string_view word, Cursor &cursor)
     return true;
 }
 
+/// Where on the page a file is played: its viewports are moved there.
+class Placement {
+  public:
+    Placement(const float panel[4], bool swap) : swap_(swap)
+    {
+        std::copy_n(panel, 4, panel_.begin());
+    }
+
+    /// A colour as it is shown: black and white may change places.
+    void set_colour(int index, const float rgb[3]) const
+    {
+        const bool is_ground =
+            rgb[0] == rgb[1] && rgb[1] == rgb[2] && (rgb[0] == 0.0F || rgb[0] == 1.0F);
+        const float other = 1.0F - rgb[0];
+        const float swapped[3] = {other, other, other};
+        gset_colr_rep(1, index, swap_ && is_ground ? swapped : rgb);
+    }
+
+    void set_window(const float rect[4])
+    {
+        std::copy_n(rect, 4, window_.begin());
+        for (int n = 0; n < kNumTransformations; n++) {
+            apply(n);
+        }
+    }
+    void set_viewport(int n, const float rect[4])
+    {
+        if (n >= 0 && n < kNumTransformations) {
+            std::copy_n(rect, 4, viewports_[static_cast<std::size_t>(n)].begin());
+            apply(n);
+        }
+    }
+
+  private:
+    using Rect = std::array<float, 4>;
+
+    void apply(int n) const
+    {
+        const float width = window_[1] - window_[0];
+        const float height = window_[3] - window_[2];
+        const float wide = panel_[1] - panel_[0];
+        const float high = panel_[3] - panel_[2];
+        const float scale = std::min(wide / width, high / height);
+        const float x = panel_[0] + (wide - scale * width) / 2.0F;
+        const float y = panel_[2] + (high - scale * height) / 2.0F;
+        const Rect &v = viewports_[static_cast<std::size_t>(n)];
+        const Rect placed = {x + scale * (v[0] - window_[0]), x + scale * (v[1] - window_[0]),
+                             y + scale * (v[2] - window_[2]), y + scale * (v[3] - window_[2])};
+        gset_viewport(n, placed.data());
+    }
+
+    Rect panel_{};
+    bool swap_;
+    Rect window_ = {0.0F, 1.0F, 0.0F, 1.0F};
+    std::array<Rect, kNumTransformations> viewports_ = {window_, window_, window_,
+                                                        window_, window_, window_};
+};
+
+Played play_colour(std::string_view word, Cursor &cursor, const Placement *placement)
+{
+    if (word != "CLR") {
+        return std::nullopt;
+    }
+    int ws = 0;
+    int index = 0;
+    float rgb[3];
+    if (!cursor.number(ws) || !cursor.number(index) || !cursor.number(rgb[0]) ||
+        !cursor.number(rgb[1]) || !cursor.number(rgb[2])) {
+        return false;
+    }
+    if (placement != nullptr) {
+        placement->set_colour(index, rgb);
+    } else {
+        gset_colr_rep(1, index, rgb);
+    }
+    return true;
+}
+
+/// The rectangles that a placement moves.
+Played play_placed(std::string_view word, Cursor &cursor, Placement *placement)
+{
+    const bool is_window = word == "WS_WIN";
+    if (placement == nullptr || (!is_window && word != "VP")) {
+        return std::nullopt;
+    }
+    int number = 0;
+    float rect[4];
+    if (!cursor.number(number) || !cursor.corners(rect)) {
+        return false;
+    }
+    if (!is_window) {
+        placement->set_viewport(number, rect);
+    } else if (rect[1] - rect[0] > 0.0F && rect[3] - rect[2] > 0.0F) {
+        placement->set_window(rect);
+    } else {
+        return false;
+    }
+    return true;
+}
+
 /// Plays one record. False when it is damaged.
-bool play_record(Cursor &cursor)
+bool play_record(Cursor &cursor, Placement *placement)
 {
     const std::string_view word = cursor.word();
-    for (const auto play : {play_attribute, play_region, play_primitive, play_colour, play_text}) {
+    if (const Played played = play_placed(word, cursor, placement)) {
+        return *played;
+    }
+    if (const Played played = play_colour(word, cursor, placement)) {
+        return *played;
+    }
+    for (const auto play : {play_attribute, play_region, play_primitive, play_text}) {
         if (const Played played = play(word, cursor)) {
             return *played;
         }
@@ -248,14 +347,28 @@ std::string read_all(std::FILE *file)
     return text;
 }
 
-} // namespace
+/// Attributes and transformations as a workstation has them when it opens.
+void play_defaults(Placement &placement)
+{
+    constexpr float kUnit[4] = {0.0F, 1.0F, 0.0F, 1.0F};
+    gsel_norm_tran(0);
+    for (int n = 0; n < kNumTransformations; n++) {
+        gset_window(n, kUnit);
+    }
+    placement.set_window(kUnit);
+    Cursor cursor(kDefaults);
+    while (!cursor.at_end()) {
+        play_record(cursor, nullptr);
+    }
+}
 
-int gread_metafile(const char *path)
+/// Plays a file. Nothing when it can't be opened, else whether all its records were whole.
+std::optional<bool> play_file(const char *path, Placement *placement)
 {
     const FilePtr file(FILE_open(path, "r"));
     if (!file) {
         MSG_out(kMsgWarn, "gread_metafile: Unable to open image file: %s\n", path);
-        return 0;
+        return std::nullopt;
     }
     const std::string text = read_all(file.get());
     Cursor cursor(text);
@@ -264,16 +377,30 @@ int gread_metafile(const char *path)
     std::size_t first = 0; // place of the first damaged record
     while (!cursor.at_end()) {
         const std::size_t start = cursor.place();
-        if (!play_record(cursor)) {
+        if (!play_record(cursor, placement)) {
             first = damaged++ == 0 ? start : first;
             cursor.rest_of_line();
         }
     }
     if (damaged == 0) {
-        return 0;
+        return true;
     }
     const auto line = 1 + std::count(text.begin(), text.begin() + static_cast<long>(first), '\n');
     MSG_out(kMsgWarn, "gread_metafile: %d damaged records, the first in line %ld: %s\n", damaged,
             static_cast<long>(line), path);
-    return -1;
+    return false;
+}
+
+} // namespace
+
+int gread_metafile(const char *path)
+{
+    return play_file(path, nullptr).value_or(true) ? 0 : -1;
+}
+
+int gread_metafile_panel(const char *path, const float panel[4], int swap)
+{
+    Placement placement(panel, swap != 0);
+    play_defaults(placement);
+    return play_file(path, &placement).value_or(false) ? 0 : -1;
 }

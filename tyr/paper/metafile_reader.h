@@ -7,3 +7,11 @@
 ///         such records are left out, the rest is played, and one line tells of them. A file that
 ///         can't be opened is reported, and gives 0.
 int gread_metafile(const char *path);
+
+/// The same in a part of the page: what the file shows of normalised space is fitted, with its
+/// shape and centred, into `panel` (x minimum, x maximum, y minimum, y maximum in normalised
+/// coordinates). Attributes and transformations start as those of a fresh workstation, so that
+/// files played one after another don't colour each other. Widths of lines and sizes of markers
+/// stay as they are.
+/// @return as above; -1 also for a file that can't be opened
+int gread_metafile_panel(const char *path, const float panel[4], int swap);

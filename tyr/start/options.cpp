@@ -1,15 +1,18 @@
 #include "tyr/start/options.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdio>
 #include <cstdlib>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "tyr/base/date.h"
 #include "tyr/base/missing.h"
 #include "tyr/base/msg.h"
 #include "tyr/base/prm.h"
+#include "tyr/base/res.h"
 #include "tyr/base/str.h"
 #include "tyr/base/sys.h"
 #include "tyr/start/option_table_private.h"
@@ -35,10 +38,33 @@ int fill(std::array<OptionRec, kMaxOptions> &records, int count, const int *code
     return count;
 }
 
+/// What shells complete words by: key, resource, `flag` or `value`, usage, the first line of the
+/// help, with tabs between.
+void print_rows(const int *keyed)
+{
+    for (; keyed && *keyed; ++keyed) {
+        const OptionRow *row = option_row(*keyed);
+        if (!row || !row->key) {
+            continue;
+        }
+        const bool is_flag =
+            row->type == kResFlag || row->type == kResBatch || row->type == kResHelp;
+        std::string help = row->help;
+        help.erase(0, help.find_first_not_of(" \n"));
+        help.resize(std::min(help.find('\n'), help.size()));
+        std::printf("%s\t%s\t%s\t%s\t%s\n", row->key, row->resource, is_flag ? "flag" : "value",
+                    row->usage, help.c_str());
+    }
+}
+
 } // namespace
 
 int OPT_init(int count, char **arguments, const int *keyed, const int *positional)
 {
+    if (count == 2 && std::string_view(arguments[1]) == "--option-table") {
+        print_rows(keyed);
+        SYS_exit(kExitNormal);
+    }
     PRM_clear(kMissingInt);
     std::array<OptionRec, kMaxOptions> records;
     const int filled = fill(records, fill(records, 0, keyed), positional);

@@ -15,6 +15,7 @@
 #include "tyr/base/str.h"
 #include "tyr/start/convert.h"
 #include "tyr/start/deffile.h"
+#include "tyr/start/installed_data.h"
 #include "tyr/start/loop_window_private.h"
 
 using namespace tyr;
@@ -113,6 +114,11 @@ void read_sources(Options options)
     std::vector<std::string> sources = STR_fields(list, ':');
     if (sources.empty()) {
         sources.emplace_back();
+    }
+    // an installation elsewhere has its resource file where the list's last folder would be
+    const std::string beside = given ? "" : installed_data_folder();
+    if (!beside.empty() && beside != sources.back()) {
+        sources.push_back(beside);
     }
     DEF_clear();
     for (const std::string &source : sources) {
@@ -242,6 +248,16 @@ void read_command_line(Arguments arguments, Options options)
     }
 }
 
+/// Data that no source told a folder of stand beside the program.
+void find_own_data()
+{
+    if (!RES_has_value("file_path")) {
+        if (const std::string beside = installed_data_folder(); !beside.empty()) {
+            RES_put("file_path", beside.c_str());
+        }
+    }
+}
+
 /// The one moment at which values act.
 void convert_all(Options options)
 {
@@ -280,6 +296,7 @@ int RES_init(const char *program, const char *, int count, char **arguments, Opt
     read_environment(all);
     read_command_line(words, all);
     loop_quit();
+    find_own_data();
     convert_all(all);
     return 0;
 }

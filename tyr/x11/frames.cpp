@@ -240,6 +240,18 @@ void gloop_toggle(int how)
     gsync();
 }
 
+void gset_loop_direction(int direction)
+{
+    if (direction >= kBackward && direction <= kRockForward) {
+        state.direction = static_cast<Direction>(direction);
+    }
+}
+
+int ginq_loop_direction()
+{
+    return state.direction;
+}
+
 int gnext_frame(int step)
 {
     if (state.count == 0) {

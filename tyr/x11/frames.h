@@ -44,6 +44,10 @@ void gset_loop(int on);
 int ginq_loop();
 /// 1 on, 0 off, anything else changes it.
 void gloop_toggle(int how);
+/// The direction of the loop: 0 backward, 1 forward (at first), 2 and 3 to and fro, now backward or
+/// forward. Another number changes nothing.
+void gset_loop_direction(int direction);
+int ginq_loop_direction();
 /// Number of the next frame: `step` on from the current one, with 0 one on in the direction of the
 /// loop. Goes round at the ends. -1 without frames.
 int gnext_frame(int step);

@@ -6,6 +6,7 @@
 #include "tyr/base/msg.h"
 #include "tyr/base/sys.h"
 #include "tyr/gks/recorder.h"
+#include "tyr/x11/frame_client_private.h"
 #include "tyr/x11/frame_reply_private.h"
 #include "tyr/x11/frames_private.h"
 #include "tyr/x11/loop_private.h"
@@ -106,6 +107,9 @@ void tyr::loop_take_frame()
         gsync();
     } else {
         is_made = false;
+    }
+    if (is_made) {
+        frame_client_watch(x11().display, x11().window, ginq_frames() - 1);
     }
     write_frame_reply(x11().display, x11().window, is_made);
     gset_title_suffix("");

@@ -23,6 +23,15 @@ void free_frames()
     }
 }
 
+/// While this process draws into another program's window: whether that has gone.
+bool is_lost_window(const XErrorEvent &e)
+{
+    const bool is_about =
+        e.error_code == BadDrawable || e.error_code == BadPixmap || e.error_code == BadWindow;
+    return is_about && gis_extern_window() && ginq_open() != 0 &&
+           (e.resourceid == x11().pixmap || e.resourceid == x11().window);
+}
+
 } // namespace
 
 int gx_error(Display *d, XErrorEvent *e)
@@ -30,6 +39,12 @@ int gx_error(Display *d, XErrorEvent *e)
     x11().error_seen = true;
     if (!x11().report_errors) {
         return 0;
+    }
+    if (is_lost_window(*e)) {
+        x11().report_errors = false;
+        MSG_out(kMsgWarn, "gx_error: the window of the other program is gone\n");
+        MSG_out(kMsgError, "Fatal X11 Error\n");
+        SYS_exit(kExitNoGraphics);
     }
     std::array<char, kErrorRoom> text{};
     std::array<char, kRequestRoom> request{};

@@ -5,6 +5,7 @@
 #include "tyr/base/msg.h"
 #include "tyr/base/sys.h"
 #include "tyr/gks/state_private.h"
+#include "tyr/x11/frame_client_private.h"
 #include "tyr/x11/frames.h"
 #include "tyr/x11/loop_private.h"
 #include "tyr/x11/x11_band_private.h"
@@ -92,6 +93,9 @@ void on_message(const XClientMessageEvent &event)
     case kMessageNewFrame:
         loop_take_frame();
         break;
+    case kMessageFinished:
+        frame_client_finished();
+        break;
     case kMessageEnd:
         state.wait = Wait::ends;
         break;
@@ -103,7 +107,7 @@ void on_message(const XClientMessageEvent &event)
 /// Another program has taken the window away: nothing can be shown any more, nor ended by a key.
 void on_destroyed(const XDestroyWindowEvent &event)
 {
-    if (event.window == x11().window) {
+    if (!frame_client_lost(event.window) && event.window == x11().window) {
         MSG_out(kMsgWarn, "gprocess_x11_event: another program has destroyed the window\n");
         MSG_out(kMsgError, "Fatal X11 Error\n");
         SYS_exit(kExitNoGraphics);

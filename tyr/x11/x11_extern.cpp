@@ -10,7 +10,9 @@
 #include "tyr/base/sys.h"
 #include "tyr/gks/state_private.h"
 #include "tyr/paper/paper_private.h"
+#include "tyr/x11/frame_client_private.h"
 #include "tyr/x11/frame_reply_private.h"
+#include "tyr/x11/published_window.h"
 #include "tyr/x11/window_id_private.h"
 #include "tyr/x11/x11_colour.h"
 #include "tyr/x11/x11_connect.h"
@@ -26,6 +28,7 @@ constexpr int kWishKill = 9;
 constexpr long kMessageType = 62; ///< of a client message between plotting programs
 constexpr float kWait = 0.2F;     ///< s between two looks at the window's name
 constexpr std::chrono::seconds kLongestAnswer{30}; ///< then the other side counts as gone
+constexpr std::size_t kFirstDeviceWord = 2;        ///< behind display and window id
 constexpr std::size_t kIdRoom = 256;
 
 /// The text of the window id: the last device word ("id" or "display,id"), else the environment.
@@ -47,6 +50,10 @@ bool read_id_file(const std::string &name, std::string *text)
 {
     std::array<char, kFileNameRoom> path{};
     FILE_join(RES_get("file_path"), name.c_str(), path.data());
+    if (const std::string folder = gwindow_folder(false);
+        FILE_exists(path.data()) != 1 && !folder.empty()) {
+        FILE_join(folder.c_str(), name.c_str(), path.data());
+    }
     const FilePtr file(FILE_open(path.data(), "r"));
     std::array<char, kIdRoom> word{};
     if (!file || std::fscanf(file.get(), "%255s", word.data()) != 1) {
@@ -106,6 +113,7 @@ bool ask_for_frame()
     const X11State &x = x11();
     XSelectInput(x.display, x.window, PropertyChangeMask);
     const FrameReply before = read_frame_reply(x.display, x.window);
+    frame_client_begin(x.display, x.window);
     send_wish(kWishNewFrame);
     const auto deadline = std::chrono::steady_clock::now() + kLongestAnswer;
     while (std::chrono::steady_clock::now() < deadline && !x.error_seen) {
@@ -159,6 +167,9 @@ int gx_open_window(const std::vector<std::string> &words)
         return -1;
     }
     WorkstationState &ws = kernel().ws;
+    if (words.size() > kFirstDeviceWord && is_word(words[kFirstDeviceWord], "new")) {
+        ws.wish = kWishNewFrame;
+    }
     ws.width = ws.first_width = id->width;
     ws.height = ws.first_height = id->height;
     ws.x_offset = ws.y_offset = 0;
@@ -193,6 +204,10 @@ int gx_open_window(const std::vector<std::string> &words)
 void gx_release_extern()
 {
     X11State &x = x11();
+    if (kernel().ws.wish == kWishNewFrame && x.window != 0) {
+        send_wish(kMessageFinished);
+    }
+    frame_client_end(x.display);
     if (kernel().ws.wish == kWishKill && x.window != 0) {
         send_wish(kWishKill);
     }
