@@ -96,6 +96,12 @@ TEST(VectorMath, IsAsGoodAsTheLibrary)
             ASSERT_NEAR(quick_atan2d(y, x), angle, 1e-8) << angle;
         }
     }
+    for (double angle = -1000.0; angle < 1000.0; angle += 0.73) {
+        ASSERT_NEAR(quick_sind(angle, 0), std::sin(angle * M_PI / 180.0), 2e-14) << angle;
+        ASSERT_NEAR(quick_sind(angle, 1), std::cos(angle * M_PI / 180.0), 2e-14) << angle;
+    }
+    EXPECT_EQ(quick_sind(180.0, 0), 0.0);
+    EXPECT_EQ(quick_sind(-270.0, 0), 1.0);
     EXPECT_EQ(quick_atan2d(0.0, 0.0), 0.0);
     EXPECT_EQ(quick_atan2d(0.0, -1.0), 180.0);
     EXPECT_EQ(quick_atan2d(-1.0, 0.0), -90.0);

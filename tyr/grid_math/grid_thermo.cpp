@@ -41,13 +41,9 @@ template <class F> bool pair(const MathCall &c, F f)
     return true;
 }
 
-/// row(a, b, out, count) on slices of the grid.
 template <class RowWork> bool row_pair(const MathCall &c, const Operand &second, RowWork row)
 {
-    tyr::over_points(*c.out, Operands<2>{c.operand(0), second}, tyr::kCostlyPoints,
-                     [&](const tyr::Lanes<2> &lanes, std::size_t at, std::size_t count) {
-                         row(lanes[0], lanes[1], c.out->values + at, count);
-                     });
+    tyr::row_points(*c.out, Operands<2>{c.operand(0), second}, row);
     return true;
 }
 

@@ -116,4 +116,34 @@ inline double quick_atan2d(double y, double x)
     return y < 0.0 ? -angle : angle;
 }
 
+/// Sine (turned = 0) or cosine (1) of an angle in degrees below 1e9, to 1e-14; exact at whole
+/// quarters of the circle.
+inline double quick_sind(double degrees, std::uint64_t turned)
+{
+    constexpr double kRadians = 0.01745329251994329577;
+    constexpr double kRounder = 0x1.8p52;
+    const double shifted = degrees * (1.0 / 90.0) + kRounder;
+    const double r = (degrees - 90.0 * (shifted - kRounder)) * kRadians;
+    const double z = r * r;
+    double sine = -1.0 / 1307674368000.0; // 1 / 15!
+    sine = sine * z + 1.0 / 6227020800.0;
+    sine = sine * z - 1.0 / 39916800.0;
+    sine = sine * z + 1.0 / 362880.0;
+    sine = sine * z - 1.0 / 5040.0;
+    sine = sine * z + 1.0 / 120.0;
+    sine = sine * z - 1.0 / 6.0;
+    sine = r + r * z * sine;
+    double cosine = 1.0 / 87178291200.0; // 1 / 14!
+    cosine = 1.0 / 479001600.0 - cosine * z;
+    cosine = 1.0 / 3628800.0 - cosine * z;
+    cosine = 1.0 / 40320.0 - cosine * z;
+    cosine = 1.0 / 720.0 - cosine * z;
+    cosine = 1.0 / 24.0 - cosine * z;
+    cosine = 0.5 - cosine * z;
+    cosine = 1.0 - cosine * z;
+    const std::uint64_t quarter = std::bit_cast<std::uint64_t>(shifted) + turned;
+    const double value = (quarter & 1U) != 0 ? cosine : sine;
+    return (quarter & 2U) != 0 ? -value : value;
+}
+
 } // namespace tyr
