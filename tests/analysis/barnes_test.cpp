@@ -185,18 +185,15 @@ std::vector<float> analyse(const Case &c, const DomainRec &domain, Stations s)
 TEST(Barnes, EqualsItsDefinition)
 {
     const Case cases[] = {
-        {"one wide pass",     4.0F,  1000.0F, 1, 0.2F, 1, kMissing},
-        {"three passes",      4.0F,  1000.0F, 3, 0.3F, 1, kMissing},
-        {"short radius",      1.0F,  1.4F,    1, 0.2F, 1, kMissing},
-        {"radius and passes", 2.0F,  2.5F,    4, 0.5F, 1, kMissing},
-        {"two at least",      2.0F,  1.2F,    2, 0.4F, 2, kMissing},
-        {"replaced",          3.0F,  3.0F,    2, 0.4F, 1, 5.0F    },
-        {"narrow filter",     0.05F, 6.0F,    1, 0.2F, 1, kMissing},
+        {"one wide pass", 4.0F, 1000.0F, 1, 0.2F, 1, kMissing},
+        {"three passes", 4.0F, 1000.0F, 3, 0.3F, 1, kMissing},
+        {"short radius", 1.0F, 1.4F, 1, 0.2F, 1, kMissing},
+        {"radius and passes", 2.0F, 2.5F, 4, 0.5F, 1, kMissing},
+        {"two at least", 2.0F, 1.2F, 2, 0.4F, 2, kMissing},
+        {"replaced", 3.0F, 3.0F, 2, 0.4F, 1, 5.0F},
+        {"narrow filter", 0.05F, 6.0F, 1, 0.2F, 1, kMissing},
     };
-    for (const auto &[dx, dy] : {
-             std::pair{1.5F, 0.75F},
-             std::pair{1.0F, 1.0F }
-    }) {
+    for (const auto &[dx, dy] : {std::pair{1.5F, 0.75F}, std::pair{1.0F, 1.0F}}) {
         for (const Case &c : cases) {
             SCOPED_TRACE(c.name);
             const DomainRec domain = flat_domain(dx, dy);
@@ -232,8 +229,8 @@ TEST(Barnes, FewStationsAndOddOnes)
     }
     const Case three = {"", 1000.0F, 1000.0F, 3, 0.2F, 3, kMissing};
     const Stations odd[] = {
-        {{},                           {},                            {}                     }, // none
-        {{3.0F, 4.0F},                 {40.0F, 40.0F},                {1.0F, 2.0F}           }, // fewer than the minimum
+        {{}, {}, {}},                                 // none
+        {{3.0F, 4.0F}, {40.0F, 40.0F}, {1.0F, 2.0F}}, // fewer than the minimum
         {{NAN, INFINITY, 1e30F, 1.0F}, {40.0F, 40.0F, -1e30F, 40.0F}, {1.0F, 1.0F, 1.0F, NAN}},
     };
     for (const Stations &stations : odd) {

@@ -64,10 +64,8 @@ struct LoopWindow : testing::Test {
     }
     RunOptions there() const
     {
-        return {
-            .env = {"DISPLAY=" + screen.name(), "XDG_RUNTIME_DIR=" + dir.path()},
-            .folder = dir.path()
-        };
+        return {.env = {"DISPLAY=" + screen.name(), "XDG_RUNTIME_DIR=" + dir.path()},
+                .folder = dir.path()};
     }
     RunResult draw_map(const std::string &file, const std::vector<std::string> &more = {}) const
     {

@@ -123,14 +123,14 @@ TEST_F(Play, FilesThatArentWholeAreToldAndTheRestIsPlayed)
     const struct {
         const char *name, *told;
     } cases[] = {
-        {"absent",  "absent: No such file or directory\n"     },
-        {"empty",   "empty: is empty\n"                       },
-        {"text",    "text: not a metafile"                    },
-        {"obs",     "obs: "                                   },
-        {"binary",  "binary: a binary metafile"               },
-        {"cut",     "1 damaged records, the first in line"    },
-        {"numbers", "3 damaged records, the first in line"    },
-        {"flat",    "1 damaged records, the first in line 2: "},
+        {"absent", "absent: No such file or directory\n"},
+        {"empty", "empty: is empty\n"},
+        {"text", "text: not a metafile"},
+        {"obs", "obs: "},
+        {"binary", "binary: a binary metafile"},
+        {"cut", "1 damaged records, the first in line"},
+        {"numbers", "3 damaged records, the first in line"},
+        {"flat", "1 damaged records, the first in line 2: "},
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.name);

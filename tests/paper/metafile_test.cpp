@@ -163,22 +163,22 @@ TEST(Metafile, DamagedRecordsAreToldAndTheRestIsPlayed)
     };
     const char *const damaged = "gread_metafile: 1 damaged records, the first in line 2: ";
     const Case cases[] = {
-        {"count beyond the file",         "PL 2000000000 0,0 1,1", damaged                                              },
-        {"count below 0",                 "FA -3 0,0 1,1 1,0",     damaged                                              },
-        {"count of 0",                    "PM 0 ",                 damaged                                              },
-        {"no count",                      "PL x",                  damaged                                              },
-        {"point cut short",               "PL 2 0.5,0.5 0.5,x",    damaged                                              },
-        {"one point",                     "PL 1 0.5,0.5 ",         "gpolyline: invalid number of points: 1\n"           },
-        {"window of transformation 6",    "WIN 6 0 0 1 1",
-         "gset_window: invalid transformation number: 6\n"                                                              },
+        {"count beyond the file", "PL 2000000000 0,0 1,1", damaged},
+        {"count below 0", "FA -3 0,0 1,1 1,0", damaged},
+        {"count of 0", "PM 0 ", damaged},
+        {"no count", "PL x", damaged},
+        {"point cut short", "PL 2 0.5,0.5 0.5,x", damaged},
+        {"one point", "PL 1 0.5,0.5 ", "gpolyline: invalid number of points: 1\n"},
+        {"window of transformation 6", "WIN 6 0 0 1 1",
+         "gset_window: invalid transformation number: 6\n"},
         {"viewport of transformation -1", "VP -1 0 0 1 1",
-         "gset_viewport: invalid transformation number: -1\n"                                                           },
-        {"transformation 77",             "TR 77",                 "gsel_norm_tran: invalid transformation number: 77\n"},
-        {"colour 9999",                   "CLR 1 9999 0 0 0",      "gset_colr_rep: invalid color index: 9999\n"         },
-        {"line type",                     "PL_TYPE -4",            "gset_linetype: invalid line type: -4\n"             },
-        {"no number",                     "PL_LW wide",            damaged                                              },
-        {"unknown word",                  "NOSUCH 1 2 3",          ""                                                   },
-        {"window on the workstation",     "WS_WIN 1 5 5 6 6",      ""                                                   },
+         "gset_viewport: invalid transformation number: -1\n"},
+        {"transformation 77", "TR 77", "gsel_norm_tran: invalid transformation number: 77\n"},
+        {"colour 9999", "CLR 1 9999 0 0 0", "gset_colr_rep: invalid color index: 9999\n"},
+        {"line type", "PL_TYPE -4", "gset_linetype: invalid line type: -4\n"},
+        {"no number", "PL_LW wide", damaged},
+        {"unknown word", "NOSUCH 1 2 3", ""},
+        {"window on the workstation", "WS_WIN 1 5 5 6 6", ""},
     };
     for (const Case &c : cases) {
         SCOPED_TRACE(c.name);
@@ -286,14 +286,14 @@ TEST(Cgm, ElementsInTheirOrder)
     const std::vector<CgmElement> elements = walk_cgm(plot.finish());
     gset_meta_binary(0);
     const CgmElement head[] = {
-        {0, 1,  {}                                                          },
-        {1, 1,  {0, 1}                                                      },
-        {1, 2,  {10, 'T', 'Y', 'R', 'C', 'G', 'M', '-', '1', '.', '0'}      },
-        {1, 11, {0, 1, 255, 255, 0, 1}                                      },
-        {1, 9,  {255}                                                       },
-        {2, 6,  {0, 0, 0, 0, 10000 >> 8, 10000 & 255, 8000 >> 8, 8000 & 255}},
-        {0, 3,  {}                                                          },
-        {0, 4,  {}                                                          },
+        {0, 1, {}},
+        {1, 1, {0, 1}},
+        {1, 2, {10, 'T', 'Y', 'R', 'C', 'G', 'M', '-', '1', '.', '0'}},
+        {1, 11, {0, 1, 255, 255, 0, 1}},
+        {1, 9, {255}},
+        {2, 6, {0, 0, 0, 0, 10000 >> 8, 10000 & 255, 8000 >> 8, 8000 & 255}},
+        {0, 3, {}},
+        {0, 4, {}},
     };
     ASSERT_GT(elements.size(), std::size(head) + 2);
     for (std::size_t i = 0; i < std::size(head); i++) {

@@ -118,10 +118,7 @@ TEST(Channel, WindowsValuesCountAndItHearsOfTheOthers)
     const TempDir folder;
     const std::vector<std::string> files = make_samples(folder.file("obs"), "12", 1);
     const std::string cfg = folder.write("file.res", "*identifier: WRONG\n*title: From_the_file\n");
-    LoopWindow window({
-        {"identifier", "PLTC2"},
-        {"variable",   "wspd" }
-    });
+    LoopWindow window({{"identifier", "PLTC2"}, {"variable", "wspd"}});
     NEED_QUEUE(window);
     window.serve();
     const std::string plot = folder.file("plot.ps");
