@@ -8,8 +8,10 @@
 
 #include "support/program.h"
 #include "support/ps_reader.h"
+#include "support/screen.h"
 #include "support/shared_data.h"
 #include "support/temp_dir.h"
+#include "support/window_user.h"
 #include "tyr/base/str.h"
 
 namespace {
@@ -95,7 +97,7 @@ TEST_F(Tyrgrid, WorksOutExpressions)
     } cases[] = {
         {"wspd(:500:uwnd,:500:vwnd)[knt]", "1 500 mb 6 wspd knt 5 x 4 9.71922 to 9.71922"},
         {":500:temp:C",                    "1 500 mb 6 temp C 5 x 4 -23.15 to 16.85"     },
-        {"sub(500:temp,#250)",             "1 500 mb 6 - K 5 x 4 0 to 40"             },
+        {"sub(500:temp,#250)",             "1 500 mb 6 - K 5 x 4 0 to 40"                },
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.expression);
@@ -263,6 +265,28 @@ TEST_F(Tyrgrid, RealModelsAreConvertedAndDrawn)
         const PsPage page = draw(file, words);
         EXPECT_GT(page.strokes.size(), 500U);
     }
+}
+
+TEST_F(Tyrgrid, AWindowIsZoomedAndGoesBack)
+{
+    const VirtualScreen screen;
+    NEED_SCREEN(screen);
+    const std::string file = dir_.write("a.grd", sample());
+    WindowUser user(screen,
+                    {"-de", "d", "-ti", "Grid", "-me", "mess", "-va",
+                     ":500:temp,:500:hght:m:ln:in=30,:500:<uwnd,vwnd>[knt:barb]", file},
+                    dir_.file("log"), "tyrgrid");
+    ASSERT_TRUE(user.sees_window("Grid")) << read_file(dir_.file("log"));
+    const Picture first = user.look();
+    user.drag(200, 150, 400, 300);
+    const Picture near = user.look();
+    EXPECT_GT(near.differences(first), 5000);
+    user.press_key("u", true);
+    EXPECT_EQ(user.look().differences(first), 0);
+    user.resize(500, 400);
+    EXPECT_EQ(user.look().width, 500);
+    user.press_key("Return");
+    EXPECT_EQ(user.wait_for_exit(), 0) << read_file(dir_.file("log"));
 }
 
 } // namespace
