@@ -6,7 +6,7 @@
 
 #include "programs/tyrgrid/convert.h"
 #include "programs/tyrgrid/inventory.h"
-#include "programs/tyrgrid/overlay.h"
+#include "programs/tyrgrid/picture.h"
 #include "tyr/base/ask.h"
 #include "tyr/base/file.h"
 #include "tyr/base/missing.h"

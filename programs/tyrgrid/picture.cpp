@@ -1,4 +1,4 @@
-#include "programs/tyrgrid/overlay.h"
+#include "programs/tyrgrid/picture.h"
 
 #include <algorithm>
 #include <deque>
