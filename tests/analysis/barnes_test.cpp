@@ -72,7 +72,7 @@ class Plain {
     {
         const float left = -d_.dx * (kNx - 1) / 2.0F; // the window's corner, from the centre
         const float top = 40.0F + d_.dy * (kNy - 1) / 2.0F;
-        for (std::size_t k = 0; k < s_.x.size(); k++) {
+        for (size_t k = 0; k < s_.x.size(); k++) {
             s_.y[k] = is_missing(s_.x[k]) ? kMissing : (top - s_.y[k]) / d_.dy;
             s_.x[k] = is_missing(s_.x[k]) ? kMissing : (s_.x[k] - left) / d_.dx;
         }
@@ -99,7 +99,7 @@ class Plain {
             for (int i = 0; i < kNx; i++) {
                 double sum = 0.0, weight = 0.0;
                 int count = 0;
-                for (std::size_t k = 0; k < values.size(); k++) {
+                for (size_t k = 0; k < values.size(); k++) {
                     const double a = (s_.x[k] - static_cast<float>(i)) * d_.dx;
                     const double b = (s_.y[k] - static_cast<float>(j)) * d_.dy;
                     if (is_missing(s_.x[k]) || a * a + b * b > reach) {
@@ -117,7 +117,7 @@ class Plain {
                         count++;
                     }
                 }
-                double &point = (*grid)[static_cast<std::size_t>(j * kNx + i)];
+                double &point = (*grid)[static_cast<size_t>(j * kNx + i)];
                 point = weight == 0.0 || count < c_.minimum ? kMissing
                         : n == 1                            ? sum / weight
                                                             : point + sum / weight;
@@ -128,13 +128,13 @@ class Plain {
     std::vector<double> residuals(const std::vector<double> &grid) const
     {
         std::vector<double> out;
-        for (std::size_t k = 0; k < s_.x.size(); k++) {
+        for (size_t k = 0; k < s_.x.size(); k++) {
             double residual = kMissing;
             const float x = s_.x[k], y = s_.y[k];
             if (!is_missing(x) && x >= 0 && y >= 0 && x < kNx - 1 && y < kNy - 1 &&
                 !is_missing(s_.value[k])) {
                 const auto at = [&](int i, int j) {
-                    return grid[static_cast<std::size_t>(j * kNx + i)];
+                    return grid[static_cast<size_t>(j * kNx + i)];
                 };
                 const int i = static_cast<int>(x), j = static_cast<int>(y);
                 const double p = x - static_cast<float>(i), q = y - static_cast<float>(j);
@@ -200,7 +200,7 @@ TEST(Barnes, EqualsItsDefinition)
             const Stations stations = make_stations(60);
             const std::vector<float> ours = analyse(c, domain, stations);
             const std::vector<double> plain = Plain(c, domain, stations).analyse();
-            for (std::size_t k = 0; k < ours.size(); k++) {
+            for (size_t k = 0; k < ours.size(); k++) {
                 ASSERT_NEAR(ours[k], plain[k], 1e-4 + 1e-5 * std::fabs(plain[k])) << "point " << k;
             }
         }

@@ -8,8 +8,10 @@
 
 #include "support/program.h"
 #include "support/ps_reader.h"
+#include "support/screen.h"
 #include "support/shared_data.h"
 #include "support/temp_dir.h"
+#include "support/window_user.h"
 #include "tyr/base/str.h"
 
 namespace {
@@ -260,6 +262,28 @@ TEST_F(Tyrgrid, RealModelsAreConvertedAndDrawn)
         const PsPage page = draw(file, words);
         EXPECT_GT(page.strokes.size(), 500U);
     }
+}
+
+TEST_F(Tyrgrid, AWindowIsZoomedAndGoesBack)
+{
+    const VirtualScreen screen;
+    NEED_SCREEN(screen);
+    const std::string file = dir_.write("a.grd", sample());
+    WindowUser user(screen,
+                    {"-de", "d", "-ti", "Grid", "-me", "mess", "-va",
+                     ":500:temp,:500:hght:m:ln:in=30,:500:<uwnd,vwnd>[knt:barb]", file},
+                    dir_.file("log"), "tyrgrid");
+    ASSERT_TRUE(user.sees_window("Grid")) << read_file(dir_.file("log"));
+    const Picture first = user.look();
+    user.drag(200, 150, 400, 300);
+    const Picture near = user.look();
+    EXPECT_GT(near.differences(first), 5000);
+    user.press_key("u", true);
+    EXPECT_EQ(user.look().differences(first), 0);
+    user.resize(500, 400);
+    EXPECT_EQ(user.look().width, 500);
+    user.press_key("Return");
+    EXPECT_EQ(user.wait_for_exit(), 0) << read_file(dir_.file("log"));
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 // Any bytes as a stream of BUFR messages, read to its end.
 
 #include "fuzz/input.h"
+#include "programs/profiler/bufr_layout.h"
 #include "programs/profiler/reader.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size);

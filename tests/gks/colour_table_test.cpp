@@ -8,7 +8,7 @@ namespace {
 void read_files(const TempDir &dir, const std::vector<std::string> &texts, bool by_resource = false)
 {
     std::string list;
-    for (std::size_t i = 0; i < texts.size(); i++) {
+    for (size_t i = 0; i < texts.size(); i++) {
         list += (i > 0 ? "," : "") + dir.write("table" + std::to_string(i), texts[i]);
     }
     RES_put("color_table", by_resource ? list.c_str() : "");

@@ -180,7 +180,7 @@ TEST(Text, LongRunsGoOnWithoutAGap)
     const PsPage page = plot.page();
     ASSERT_EQ(page.strokes.size(), 3U);
     double x = 287.5;
-    for (std::size_t i = 0; i < page.strokes.size(); i++) {
+    for (size_t i = 0; i < page.strokes.size(); i++) {
         const std::vector<PsPoint> &points = page.strokes[i].points;
         EXPECT_LE(points.size(), 30U);
         EXPECT_DOUBLE_EQ(points.front()[0], x);
@@ -243,11 +243,11 @@ TEST(Font, DamagedFilesAreRefusedOrHarmless)
     const std::string whole = kStrokes + "254 " + offsets();
     StrokeFont font;
     // the last "-1 " lacks its blank or its 1: only the first still says the same
-    for (std::size_t length = 0; length + 1 < whole.size(); length++) {
+    for (size_t length = 0; length + 1 < whole.size(); length++) {
         ASSERT_FALSE(parse_font(whole.substr(0, length), font)) << length;
         expect_whole(font, false);
     }
-    for (std::size_t i = 0; i < whole.size(); i++) {
+    for (size_t i = 0; i < whole.size(); i++) {
         for (const char byte : {'\0', '\xFF', static_cast<char>(~whole[i])}) {
             std::string damaged = whole;
             damaged[i] = byte;
@@ -331,7 +331,7 @@ TEST(Font, InstalledFontsHaveAllCharacters)
             }
             ASSERT_NE(font.offset[code], -1) << code;
             // every character draws at least one line and begins with a move
-            const auto at = static_cast<std::size_t>(font.offset[code]);
+            const auto at = static_cast<size_t>(font.offset[code]);
             ASSERT_GE(font.strokes[at], kPenUp) << code;
             ASSERT_NE(font.strokes[at + 2], kStrokeEnd) << code;
         }

@@ -181,7 +181,7 @@ TEST(Transform, ClipIsWrittenWhereItChanges)
         c.call(rect);
         const std::string text = plot.finish();
         int clips = -1; // the first is the opening's
-        for (std::size_t at = 0; (at = text.find("initclip\n", at)) != text.npos; at++) {
+        for (size_t at = 0; (at = text.find("initclip\n", at)) != text.npos; at++) {
             clips++;
         }
         EXPECT_EQ(clips, c.clips);

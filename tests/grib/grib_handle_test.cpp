@@ -69,12 +69,12 @@ TEST(GribHandle, SectionsReadOneAtATime)
     void *buffer = nullptr;
     int length = 0;
     ASSERT_EQ(GRIB_read_product(3, &buffer, &length), 0);
-    ASSERT_EQ(static_cast<std::size_t>(length), one.size());
+    ASSERT_EQ(static_cast<size_t>(length), one.size());
     EXPECT_EQ(std::memcmp(buffer, one.data(), one.size()), 0);
     std::free(buffer);
     buffer = nullptr;
     ASSERT_EQ(GRIB_read_product(3, &buffer, &length), 0);
-    EXPECT_EQ(static_cast<std::size_t>(length), two.size());
+    EXPECT_EQ(static_cast<size_t>(length), two.size());
     std::free(buffer);
     tyr::grib_bind(3, nullptr);
     EXPECT_EQ(GRIB_read_section(3), -1);

@@ -194,7 +194,7 @@ TEST(GribShared, EveryMessageReadsAsTheOtherDecoderReadsIt)
             told += told_by([&] { result = grib.read_grid(&grid, 0, &index); });
             count.messages += result >= 0 ? 1 : 0;
             count.read += result == 0 ? 1 : 0;
-            const auto message = static_cast<std::size_t>(index);
+            const auto message = static_cast<size_t>(index);
             if (result == 0 && message < other.size()) {
                 SCOPED_TRACE(index);
                 const bool is_thinned = std::string(file.name) == "HPPI89_KWBC.grib1" ||

@@ -44,7 +44,7 @@ Field read_field(tyr::GribStream &stream, int index, int mode = 0)
     GRD_init(&field.grid);
     field.told = told_by([&] { field.result = stream.read_grid(&field.grid, mode, &index); });
     if (field.grid.values != nullptr) {
-        const std::size_t n = static_cast<std::size_t>(field.grid.domain.nx * field.grid.domain.ny);
+        const size_t n = static_cast<size_t>(field.grid.domain.nx * field.grid.domain.ny);
         field.values.assign(field.grid.values, field.grid.values + n);
     }
     GRD_free(&field.grid);
@@ -410,7 +410,7 @@ TEST_F(Grib, NoByteOfAMessageCanBringItDown)
     ASSERT_EQ(read_first(differenced).result, 0);
     MSG_set_mask(0, 0);
     for (const std::string &good : {simple2(), differenced, grib1_message(thinned)}) {
-        for (std::size_t i = 0; i < good.size(); ++i) {
+        for (size_t i = 0; i < good.size(); ++i) {
             for (const int change : {0x00, 0xFF, 0x7F, ~good[i]}) {
                 std::string bad = good;
                 bad[i] = static_cast<char>(change);

@@ -67,6 +67,10 @@ TEST_F(GridShelfTest, OperandsAreFoundByTimeLevelAndVariable)
     const std::string second = dir.write("b.grd", text_of({{100, 300, 12, kHeight, 9000}}));
     ASSERT_EQ(shelf.add(first), 8);
     ASSERT_EQ(shelf.add(second), 1);
+    GridRec none[2];
+    PRM_set(kPrmTime, 0);
+    EXPECT_EQ(GRD_evaluate_files("pmsl", &shelf, none), 0) << "its time is 6";
+    shelf.let_default_time_vary();
     const struct {
         const char *expression;
         int default_time; ///< of the settings

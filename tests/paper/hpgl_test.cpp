@@ -15,7 +15,7 @@ constexpr float kArea[6] = {0.0F, 0.0F, 0.5F, 0.0F, 0.5F, 0.5F};
 std::string body(KernelPlot &plot)
 {
     const std::string text = plot.finish();
-    const std::size_t start = text.find('\n', text.find("IW ")) + 1;
+    const size_t start = text.find('\n', text.find("IW ")) + 1;
     return text.substr(start, text.find("SP;PG;") - start);
 }
 

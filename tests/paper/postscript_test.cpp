@@ -18,7 +18,7 @@ constexpr float kArea[6] = {0.0F, 0.0F, 0.5F, 0.0F, 0.5F, 0.5F};
 /// The text from the first occurrence of a mark on.
 std::string from(const std::string &text, const std::string &mark)
 {
-    const std::size_t at = text.find(mark);
+    const size_t at = text.find(mark);
     return at == std::string::npos ? "" : text.substr(at);
 }
 

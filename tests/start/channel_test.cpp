@@ -203,7 +203,7 @@ TEST(Channel, SocketsCarryTheSame)
         const int client = accept(listener, nullptr, nullptr);
         std::array<char, 300> bytes = {};
         const ssize_t count = recv(client, bytes.data(), bytes.size(), 0);
-        heard.assign(bytes.data(), static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
+        heard.assign(bytes.data(), static_cast<size_t>(std::max<ssize_t>(count, 0)));
         const std::string replies("\x03"
                                   "2"
                                   "17"
