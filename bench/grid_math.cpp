@@ -84,7 +84,7 @@ int main()
         });
         std::printf("%d thread(s)\n", threads);
         std::printf("plain copy of a grid     %9.4f\n", copy);
-        for (const char *name : {"add", "mul", "wspd", "atan2"})
+        for (const char *name : {"add", "mul", "wspd", "atan2", "wdir", "uwnd"})
             std::printf("%-24s %9.4f\n", name, time_math(name, {&u, &h}, &out));
         std::printf("%-24s %9.4f\n", "grad's half (dx)", time_math("dx", {&u}, &out));
         std::printf("%-24s %9.4f\n", "dy", time_math("dy", {&u}, &out));
@@ -92,6 +92,7 @@ int main()
         std::printf("%-24s %9.4f\n", "rvort", time_math("rvort", {&u, &h}, &out));
         std::printf("%-24s %9.4f\n", "adv", time_math("adv", {&u, &h, &t}, &out));
         std::printf("%-24s %9.4f\n", "thetae", time_math("thetae", {&t, &h}, &out));
+        std::printf("%-24s %9.4f\n", "wetblb", time_math("wetblb", {&t, &h}, &out));
         DomainRec domain = t.domain;
         domain.proj = kProjLambert;
         domain.clat = 40.0F;

@@ -45,6 +45,8 @@ def unit_text(unit):
     if unit == "degree true":
         return "deg"
     over, under = [], []
+    # "m/s" and "/s" stand beside "m s-1" and "s-1"
+    unit = re.sub(r"/([A-Za-z]+)(\d*)$", lambda m: " %s-%s" % (m.group(1), m.group(2) or "1"), unit)
     for word in unit.split():
         match = re.fullmatch(r"([A-Za-z%]+)\^?(-?)(\d*)", word)
         if not match:

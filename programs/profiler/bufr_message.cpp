@@ -37,10 +37,13 @@ Found next_piece(std::FILE *stream, std::string &line)
         c = std::fgetc(stream);
     }
     line.clear();
-    while (c != EOF && c != '\n' && static_cast<int>(line.size()) < kHeadingWidth) {
+    while (c != EOF && c != '\n') {
         line += static_cast<char>(c);
         if (line.size() <= longest && line.ends_with(kMark)) {
             return Found::kMessage;
+        }
+        if (static_cast<int>(line.size()) == kHeadingWidth) {
+            break; // the rest counts as a line of its own
         }
         c = std::fgetc(stream);
     }

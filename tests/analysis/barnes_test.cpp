@@ -1,7 +1,9 @@
 // The analysis equals its definition, point by point and station by station.
 
 #include <cmath>
+#include <fstream>
 #include <random>
+#include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -263,16 +265,57 @@ TEST(Barnes, WordsOfTheUser)
     GRD_free(&grid);
 }
 
+TEST(Barnes, AgreesWithNumpysSums)
+{
+    std::ifstream file(TYR_SOURCE_DIR "/tests/data/analysis.txt");
+    std::string comment;
+    while (file.peek() == '#') {
+        std::getline(file, comment);
+    }
+    int nx = 0, ny = 0, stations = 0, passes = 0;
+    float filter = 0.0F, factor = 0.0F;
+    file >> nx >> ny >> stations >> filter >> factor >> passes;
+    ASSERT_GT(stations, 0);
+    DomainRec domain = flat_domain(1.0F, 1.0F);
+    domain.nx = nx;
+    domain.ny = ny;
+    std::vector<float> x(static_cast<size_t>(stations)), y(x), value(x);
+    for (size_t k = 0; k < x.size(); ++k) {
+        file >> x[k] >> y[k] >> value[k];
+        x[k] -= static_cast<float>(nx - 1) / 2.0F; // from grid to plot coordinates
+        y[k] = domain.clat + static_cast<float>(ny - 1) / 2.0F - y[k];
+    }
+    RES_put("object_param", "");
+    RES_put("plot_param", "");
+    OBJ_reset();
+    OBJ_set_filter(filter);
+    OBJ_set_convergence(factor);
+    OBJ_set_passes(passes);
+    GridRec grid;
+    GRD_init(&grid);
+    grid.domain = domain;
+    ASSERT_EQ(GRD_alloc(&grid), 1);
+    float *values[] = {value.data()};
+    ASSERT_EQ(OBJ_analyze(x.data(), y.data(), values, stations, 1, &grid), 0);
+    for (int i = 0; i < nx * ny; ++i) {
+        double expected = 0.0;
+        file >> expected;
+        EXPECT_NEAR(grid.values[i], expected, 2e-5) << i % nx << ", " << i / nx;
+    }
+    EXPECT_TRUE(file.good());
+    GRD_free(&grid);
+}
+
 TEST(Barnes, RawFileToGrid)
 {
     const TempDir dir;
     const std::string path = dir.write("temps.raw", "TYRRAW\n2024-05-01 12:00\n!%1.0f\n"
                                                     "id lat lon tmpf $\n"
                                                     "AAA 40.0 -90.0 55\nBBB 41.0 -88.5 -\n"
-                                                    "CCC 42.0 -91.5 65\n\n");
+                                                    "CCC 42.0 -91.5 65\nDDD 37.5 -87.0 60\n\n");
     const DomainRec domain = flat_domain();
     GridRec grid;
-    EXPECT_EQ(OBJ_analyze_raw(path.c_str(), 10, &domain, &grid), 2);
+    EXPECT_EQ(OBJ_analyze_raw(path.c_str(), 10, &domain, &grid), 3);
     ASSERT_NE(grid.values, nullptr);
     EXPECT_NEAR(grid.values[kNy / 2 * kNx + kNx / 2], 55.0F, 0.5F);
     GRD_free(&grid);

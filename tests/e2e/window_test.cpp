@@ -193,6 +193,15 @@ TEST_F(HeldWindow, DumpsNeedNoUser)
     EXPECT_EQ(read_picture(folder.file("section.png")).differences(user.look()), 0);
 }
 
+TEST_F(HeldWindow, ADumpThatFailsIsToldAndEndsWithItsCode)
+{
+    NEED_SCREEN(screen);
+    const RunResult run = run_profiler(section({"-pp", "png=/proc/no/section.png"}),
+                                       {.env = {"DISPLAY=" + screen.name()}});
+    EXPECT_EQ(run.code, 12);
+    EXPECT_NE(run.err.find("section.png: No such file or directory"), std::string::npos) << run.err;
+}
+
 TEST_F(HeldWindow, AnotherProgramsPixmapIsDrawnOn)
 {
     NEED_SCREEN(screen);

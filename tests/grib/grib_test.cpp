@@ -142,6 +142,27 @@ TEST_F(Grib, ConstantFieldsTakeTheDecimalScale)
     EXPECT_EQ(read_first(grib1_message(wish)).values, std::vector<float>(12, 10.0F));
 }
 
+TEST_F(Grib, GroupsUnpackByReferenceAndBothScales)
+{
+    GribBytes packing; // template 5.2: 1000, binary scale 1, decimal scale 1, groups of 6 and 6
+    packing.put(12, 4).put(2, 2).put(0x447A0000, 4).put(1, 2).put(1, 2).put(4, 1);
+    packing.put_all({0, 1, 0}).put(0, 8).put(2, 4).put_all({0, 4}).put(6, 4).put(1, 1);
+    packing.put(6, 4).put(0, 1);
+    // references 1 and 2, widths 4 and 0, then 0 to 5 on top of the first
+    const std::string text = grib2_message(grib2_ident() + grib2_grid() + grib2_product() +
+                                           grib2_section(5, packing.text) + grib2_bitmap(255) +
+                                           grib2_data("\x12\x40\x01\x23\x45"));
+    std::vector<float> expected; // (1000 + 2 X) / 10
+    for (const int x : {1, 2, 3, 4, 5, 6, 2, 2, 2, 2, 2, 2}) {
+        expected.push_back(static_cast<float>(1000 + 2 * x) / 10.0F);
+    }
+    const std::vector<float> values = read_first(text).values;
+    ASSERT_EQ(values.size(), expected.size());
+    for (size_t i = 0; i < values.size(); ++i) {
+        EXPECT_NEAR(values[i], expected[i], 1e-4F) << i;
+    }
+}
+
 TEST_F(Grib, SeveralFieldsOfOneMessageShareTheirBitMap)
 {
     const std::string text = grib2_message(

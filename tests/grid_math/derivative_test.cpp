@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "grid_math/math_grids.h"
+#include "tyr/grid_math/coriolis.h"
 #include "tyr/grid_math/derivative.h"
 
 namespace {

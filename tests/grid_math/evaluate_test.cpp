@@ -82,13 +82,13 @@ TEST_F(EvaluateTest, TellsInOneLineWhatIsWrong)
         const char *expression;
         const char *message;
     } const cases[] = {
-        {"12:700:temp",             "GRD_evaluate: No grid of temp at 700 mb in fcst.grd\n"},
-        {"12:500:add(temp,hght)",   "GRD_evaluate: No grid of hght at 500 mb in fcst.grd\n"},
-        {"12:500:add(temp)",        "GRD_math: Invalid grids\n"                            },
-        {"12:500:foo(temp)",        "GRD_math: Math function not available: foo\n"         },
-        {"12:500:temp,12:500:uwnd", "GRD_evaluate: an expression of more than one item\n"  },
-        {"#5",                      "GRD_evaluate: a constant alone\n"                     },
-        {"add(#5,#6)",              "GRD_evaluate: a function of no grid\n"                },
+        {"12:700:temp",             "GRD_evaluate: No grid of temp at 12 h 700 mb in fcst.grd\n"},
+        {"12:500:add(temp,hght)",   "GRD_evaluate: No grid of hght at 12 h 500 mb in fcst.grd\n"},
+        {"12:500:add(temp)",        "GRD_math: Invalid grids\n"                                 },
+        {"12:500:foo(temp)",        "GRD_math: Math function not available: foo\n"              },
+        {"12:500:temp,12:500:uwnd", "GRD_evaluate: an expression of more than one item\n"       },
+        {"#5",                      "GRD_evaluate: a constant alone\n"                          },
+        {"add(#5,#6)",              "GRD_evaluate: a function of no grid\n"                     },
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.expression);

@@ -209,3 +209,38 @@ TEST(Cutoff, CutsOneSideAndKeepsMissing)
 }
 
 } // namespace
+
+TEST(CloseCircle, OnlyColumnsAllRoundTheEarthAreClosed)
+{
+    const struct {
+        const char *name;
+        int proj, nx;
+        float dx;
+        int added;
+    } cases[] = {
+        {"round",            kProjLatLon,   36,  10.0F,   1},
+        {"rounded spacing",  kProjLatLon,   7,   51.429F, 1},
+        {"closed already",   kProjLatLon,   37,  10.0F,   0},
+        {"a part",           kProjLatLon,   30,  10.0F,   0},
+        {"other projection", kProjMercator, 36,  10.0F,   0},
+        {"nearly",           kProjLatLon,   359, 1.0F,    0},
+    };
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.name);
+        MathGrid grid(c.nx, 2, c.proj, c.dx);
+        for (int i = 0; i < c.nx; ++i) {
+            grid.at(i, 0) = static_cast<float>(i);
+            grid.at(i, 1) = static_cast<float>(100 + i);
+        }
+        const float west = grid.rec.domain.clon - c.dx * static_cast<float>(c.nx - 1) / 2.0F;
+        EXPECT_EQ(GRD_close_circle(&grid.rec), c.added);
+        const DomainRec &domain = grid.rec.domain;
+        ASSERT_EQ(domain.nx, c.nx + c.added);
+        EXPECT_NEAR(domain.clon - c.dx * static_cast<float>(domain.nx - 1) / 2.0F, west, 1e-3F);
+        EXPECT_EQ(grid.at(1, 1), 101.0F);
+        if (c.added == 1) {
+            EXPECT_EQ(grid.at(c.nx, 0), 0.0F);
+            EXPECT_EQ(grid.at(c.nx, 1), 100.0F);
+        }
+    }
+}

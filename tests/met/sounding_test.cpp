@@ -66,6 +66,7 @@ TEST(Wind, CalmMissingAndAHairWestOfNorth)
     EXPECT_EQ(dir, M);
     EXPECT_EQ(spd, M);
     EXPECT_EQ(MET_wind_uv(&dir, &spd, 10, M), -1);
+    EXPECT_EQ(MET_wind_uv(&dir, &spd, M, 10), -1);
     EXPECT_EQ(dir, M);
     EXPECT_EQ(MET_wind_dirspd(&dir, &spd, 1e-7F, -10), 0);
     EXPECT_EQ(dir, 0.0F); // never 360

@@ -184,6 +184,7 @@ TEST_F(Bufr, FindsTheMessageBehindEveryHeading)
         {"newline and a star line", "\n" + kStar},
         {"start of heading", "\001\r\r\n865 \r\r\nIUPT01 KBOU 221200\r\r\n"},
         {"a heading of 200 letters", "*" + std::string(200, 'x') + "\n"},
+        {"a heading of 79 letters without an end", "*" + std::string(78, 'x')},
     };
     // clang-format on
     for (const auto &c : cases) {

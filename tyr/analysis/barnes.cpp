@@ -3,56 +3,26 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <cstdlib>
 #include <cstring>
 #include <new>
-#include <string>
 #include <vector>
 
+#include "tyr/analysis/barnes_params_private.h"
 #include "tyr/base/missing.h"
 #include "tyr/base/msg.h"
-#include "tyr/base/res.h"
-#include "tyr/base/str.h"
 #include "tyr/grid_math/row_bands.h"
+#include "tyr/grid_math/vector_math.h"
 
 using namespace tyr;
 
 namespace {
 
-constexpr float kFilter = 1.0F;
-constexpr float kRadius = 1000.0F;
-constexpr float kConvergence = 0.2F;
-constexpr float kLeastConvergence = 0.01F;
-constexpr int kMostPasses = 4;
 constexpr float kZero = 1e-10F; ///< a value nearer to 0 is 0
 constexpr int kOurModel = 1;
 constexpr int kGridNumber = 2;
 constexpr std::size_t kBlock = 1024; ///< stations whose column weights are held at a time
-
-struct Parameters {
-    float filter = kFilter;
-    float radius = kRadius;
-    int passes = 1;
-    float convergence = kConvergence;
-    float replacement = kMissing;
-    int minimum = 1;
-    int refinement = 1;
-};
-
-struct State {
-    Parameters parameters;
-};
-
-State state;
-
-void apply_limits(Parameters &p)
-{
-    p.radius = p.radius > 0.0F ? p.radius : kRadius;
-    p.passes = p.passes >= 1 && p.passes <= kMostPasses ? p.passes : 1;
-    p.convergence =
-        p.convergence >= kLeastConvergence && p.convergence < 1.0F ? p.convergence : kConvergence;
-    p.minimum = std::max(p.minimum, 1);
-}
+constexpr int kTileStations = 64;    ///< worked on together, with the rows that they reach
+constexpr int kTileRows = 8;
 
 /// What a run works on, in grid coordinates.
 struct Run {
@@ -68,9 +38,12 @@ struct Run {
 /// Sums over a field: one place a grid point.
 struct Sums {
     std::vector<double> weighted, weight;
-    std::vector<int> count;
+    std::vector<int> count; ///< of stations, where more than one is asked for
 
-    explicit Sums(std::size_t points) : weighted(points), weight(points), count(points) {}
+    Sums(std::size_t points, bool is_counted)
+        : weighted(points), weight(points), count(is_counted ? points : 0)
+    {
+    }
 };
 
 /// First and last index, of 0 to count - 1, within `reach` of a place.
@@ -116,6 +89,16 @@ void set_reach(const Run &run, int station, double filter, Reach *reach)
     }
 }
 
+TYR_WIDE void add_weights(const double *by_column, double by_row, double value, std::size_t n,
+                          double *weighted, double *weight)
+{
+    for (std::size_t k = 0; k < n; k++) {
+        const double w = by_column[k] * by_row;
+        weighted[k] += value * w;
+        weight[k] += w;
+    }
+}
+
 /// Adds a station to the points of one row that it reaches.
 void add_to_row(const Run &run, const Reach &reach, int station, int row, double filter,
                 float value, Sums *sums)
@@ -130,7 +113,6 @@ void add_to_row(const Run &run, const Reach &reach, int station, int row, double
                              static_cast<std::size_t>(reach.columns.first);
     double *weighted = &sums->weighted[base];
     double *weight = &sums->weight[base];
-    int *count = &sums->count[base];
     std::size_t first = 0;
     std::size_t last = reach.square.size();
     while (first < last && reach.square[first] + square > run.reach) {
@@ -139,11 +121,41 @@ void add_to_row(const Run &run, const Reach &reach, int station, int row, double
     while (last > first && reach.square[last - 1] + square > run.reach) {
         last--;
     }
-    for (std::size_t k = first; k < last; k++) {
-        const double w = reach.weight[k] * row_weight;
-        weighted[k] += value * w;
-        weight[k] += w;
-        count[k]++;
+    if (first >= last) {
+        return;
+    }
+    add_weights(&reach.weight[first], row_weight, value, last - first, weighted + first,
+                weight + first);
+    if (!sums->count.empty()) {
+        int *count = &sums->count[base];
+        std::for_each(count + first, count + last, [](int &c) { c++; });
+    }
+}
+
+void add_fields(const Run &run, const Reach &reach, int station, int row, double filter,
+                const float *const *values, std::vector<Sums> *sums)
+{
+    for (std::size_t f = 0; f < run.fields.size(); f++) {
+        const float value = values[run.fields[f]][station];
+        if (!is_missing(value) && std::isfinite(value)) {
+            add_to_row(run, reach, station, row, filter, value, &(*sums)[f]);
+        }
+    }
+}
+
+/// Adds some stations to some rows. Few rows at a time, so that their sums stay in the cache.
+void add_tile(const Run &run, const std::vector<Reach> &block, int begin, int end, int first,
+              int last, double filter, const float *const *values, std::vector<Sums> *sums)
+{
+    for (int top = first; top < last; top += kTileRows) {
+        for (int s = begin; s < end; s++) {
+            const Reach &reach = block[static_cast<std::size_t>(s) % kBlock];
+            const int low = std::max(top, reach.rows.first);
+            const int high = std::min({top + kTileRows, last, reach.rows.last + 1});
+            for (int row = low; row < high && !reach.square.empty(); row++) {
+                add_fields(run, reach, s, row, filter, values, sums);
+            }
+        }
     }
 }
 
@@ -158,19 +170,9 @@ void gather(const Run &run, double filter, const float *const *values, std::vect
             set_reach(run, s, filter, &block[static_cast<std::size_t>(s - begin)]);
         }
         over_rows(run.ny, points, kCostlyPoints, [&](int first, int last) {
-            for (int s = begin; s < end; s++) {
-                const Reach &reach = block[static_cast<std::size_t>(s - begin)];
-                for (std::size_t f = 0; f < run.fields.size(); f++) {
-                    const float value = values[run.fields[f]][s];
-                    if (is_missing(value) || !std::isfinite(value) || reach.square.empty()) {
-                        continue;
-                    }
-                    const int low = std::max(first, reach.rows.first);
-                    const int high = std::min(last - 1, reach.rows.last);
-                    for (int row = low; row <= high; row++) {
-                        add_to_row(run, reach, s, row, filter, value, &(*sums)[f]);
-                    }
-                }
+            for (int s = begin; s < end; s += kTileStations) {
+                add_tile(run, block, s, std::min(s + kTileStations, end), first, last, filter,
+                         values, sums);
             }
         });
     }
@@ -204,7 +206,9 @@ void settle(const Run &run, const std::vector<Sums> &sums, bool is_first)
     for (std::size_t f = 0; f < run.fields.size(); f++) {
         float *values = run.grids[run.fields[f]].values;
         for (std::size_t p = 0; p < sums[f].weight.size(); p++) {
-            if (sums[f].weight[p] == 0.0 || sums[f].count[p] < state.parameters.minimum) {
+            const bool is_counted = !sums[f].count.empty();
+            if (sums[f].weight[p] == 0.0 ||
+                (is_counted && sums[f].count[p] < barnes_params().minimum)) {
                 values[p] = kMissing;
                 continue;
             }
@@ -271,7 +275,7 @@ void find_residuals(const Run &run, const float *const *values, float *const *re
 
 void tell(const Run &run)
 {
-    const Parameters &p = state.parameters;
+    const BarnesParams &p = barnes_params();
     MSG_out(kMsgMess, "Fitting to grid...\n");
     for (const int f : run.fields) {
         MSG_out(kMsgMess, "   Data field [%d] = %s\n", f + 1, run.grids[f].info);
@@ -310,8 +314,8 @@ void pass(const Run &run, int number, const float *const *values)
 {
     MSG_out(kMsgOut3, "Pass: %d...\n", number);
     const auto points = static_cast<std::size_t>(run.nx) * static_cast<std::size_t>(run.ny);
-    std::vector<Sums> sums(run.fields.size(), Sums(points));
-    gather(run, state.parameters.filter, values, &sums);
+    std::vector<Sums> sums(run.fields.size(), Sums(points, barnes_params().minimum > 1));
+    gather(run, barnes_params().filter, values, &sums);
     settle(run, sums, number == 1);
 }
 
@@ -324,8 +328,8 @@ void further_passes(const Run &run, float **values, int fields)
         residuals[static_cast<std::size_t>(f)] = held[static_cast<std::size_t>(f)].data();
     }
     find_residuals(run, values, residuals.data());
-    for (int n = 2; n <= state.parameters.passes; n++) {
-        state.parameters.filter *= state.parameters.convergence;
+    for (int n = 2; n <= barnes_params().passes; n++) {
+        barnes_params().filter *= barnes_params().convergence;
         pass(run, n, residuals.data());
         find_residuals(run, values, residuals.data());
     }
@@ -350,71 +354,6 @@ bool set_up(float **values, int stations, int fields, GridRec *grids, Run *run)
 
 } // namespace
 
-void OBJ_reset()
-{
-    state.parameters = {};
-}
-
-void OBJ_read_params()
-{
-    Parameters &p = state.parameters;
-    for (const std::string &word : RES_list("plot_param")) {
-        if (STR_ncasecmp(word.c_str(), "miss", 4) == 0) {
-            const std::size_t number = word.find_first_of("=:");
-            p.replacement = number == std::string::npos
-                                ? 0.0F
-                                : static_cast<float>(std::atof(word.c_str() + number + 1));
-        } else if (STR_ncasecmp(word.c_str(), "gridx", 5) == 0) {
-            p.refinement = word.size() > 5 ? std::atoi(word.c_str() + 5) : p.refinement;
-            p.radius *= static_cast<float>(p.refinement);
-        }
-    }
-    if (RES_get("object_param") != nullptr) {
-        const std::vector<std::string> words = RES_list("object_param");
-        const auto word = [&](std::size_t i) {
-            return i < words.size() ? words[i] : std::string();
-        };
-        p.filter = word(0).empty() ? p.filter : static_cast<float>(std::atof(word(0).c_str()));
-        p.radius = word(1).empty() ? p.radius : static_cast<float>(std::atof(word(1).c_str()));
-        p.passes = words.size() > 2 ? std::atoi(word(2).c_str()) : p.passes;
-        p.convergence =
-            words.size() > 3 ? static_cast<float>(std::atof(word(3).c_str())) : p.convergence;
-        p.minimum = words.size() > 4 ? std::atoi(word(4).c_str()) : p.minimum;
-        apply_limits(p);
-    }
-    p.filter = p.filter > 0.0F ? p.filter : kFilter;
-}
-
-void OBJ_set_filter(float filter)
-{
-    state.parameters.filter = filter;
-}
-
-void OBJ_set_radius(float radius)
-{
-    state.parameters.radius = radius;
-}
-
-void OBJ_set_passes(int passes)
-{
-    state.parameters.passes = passes;
-}
-
-void OBJ_set_convergence(float convergence)
-{
-    state.parameters.convergence = convergence;
-}
-
-void OBJ_set_min_stations(int count)
-{
-    state.parameters.minimum = count;
-}
-
-void OBJ_set_missing(float value)
-{
-    state.parameters.replacement = value;
-}
-
 int OBJ_analyze(float *x, float *y, float **values, int stations, int fields, GridRec *grids)
 {
     Run run{};
@@ -432,16 +371,16 @@ int OBJ_analyze(float *x, float *y, float **values, int stations, int fields, Gr
     run.dx = domain.dx;
     run.dy = domain.dy;
     run.reach =
-        static_cast<double>(state.parameters.radius) * state.parameters.radius * run.dx * run.dx;
+        static_cast<double>(barnes_params().radius) * barnes_params().radius * run.dx * run.dx;
     for (const int f : run.fields) {
         grids[f].grid_id = kGridNumber;
         grids[f].source = grids[f].version = 1;
         grids[f].model = kOurModel;
     }
     try {
-        replace_missing(run, state.parameters.replacement, values);
+        replace_missing(run, barnes_params().replacement, values);
         pass(run, 1, values);
-        if (state.parameters.passes > 1 || MSG_test(kMsgOut3) != 0) {
+        if (barnes_params().passes > 1 || MSG_test(kMsgOut3) != 0) {
             further_passes(run, values, fields);
         }
     } catch (const std::bad_alloc &) {

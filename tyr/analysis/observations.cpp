@@ -7,6 +7,7 @@
 #include "tyr/analysis/barnes.h"
 #include "tyr/base/missing.h"
 #include "tyr/base/msg.h"
+#include "tyr/base/str.h"
 #include "tyr/geo/projection.h"
 #include "tyr/raw/raw.h"
 
@@ -128,8 +129,7 @@ int OBJ_analyze_raw(const char *path, long column, const DomainRec *domain, Grid
     DOM_set(domain);
     RawValue value{};
     int count = 0;
-    int line = 0;
-    for (int result = 0; (result = RAW_read_value(handle, &value, column, &line)) != -1; line++) {
+    for (int result = 0; (result = RAW_read_value(handle, &value, column, nullptr)) != -1;) {
         float x = kMissing;
         float y = kMissing;
         if (result == 1 && !is_missing(value.value1) && !is_missing(value.lat) &&
@@ -139,9 +139,12 @@ int OBJ_analyze_raw(const char *path, long column, const DomainRec *domain, Grid
         }
     }
     DOM_set(&before);
-    RAW_close(handle);
     GRD_init(grid);
     grid->domain = *domain;
+    STR_copy(grid->date, sizeof grid->date, header.title);
+    const char *label = RAW_field_label(handle, column);
+    STR_copy(grid->info, sizeof grid->info, label != nullptr && *label ? label : header.format);
+    RAW_close(handle);
     if (count == 0) {
         MSG_out(kMsgWarn, "OBJ_analyze_raw: %s: no values to analyse\n", path);
     }

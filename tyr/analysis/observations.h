@@ -27,6 +27,7 @@ int OBJ_store_analyze(GridRec *grids);
 /// Reads a column of a raw file into the store and analyses it to one grid of `domain`: filter 1.0
 /// and radius 3.0, unless `object_param` says otherwise.
 /// @param column  column of RAW_read_value, see raw/raw.h
-/// @param grid    made anew; its values are from malloc and the caller's
+/// @param grid    made anew, with the file's date and the column's label; its values are from
+/// malloc and the caller's
 /// @return stations with a value; -1 where there are none or the file can't be read, told
 int OBJ_analyze_raw(const char *path, long column, const DomainRec *domain, GridRec *grid);

@@ -8,9 +8,6 @@
 
 namespace tyr {
 
-namespace {
-
-/// The level types of the older codes that the list of levels has by another number.
 int level_of_old_code(int ltype)
 {
     constexpr int kOldPressure = 10, kOldSea = 12, kOldHeight = 13;
@@ -26,18 +23,21 @@ int level_of_old_code(int ltype)
     }
 }
 
-} // namespace
+int variable_of_old_code(int var)
+{
+    for (const ParamRow &row : kOldParams) {
+        if (row.number == var) {
+            return row.var;
+        }
+    }
+    return var;
+}
 
 void label_old_code(GridRec *grid, const DateRec &run)
 {
     VarRec record;
     VAR_init(&record);
-    record.var_number = grid->var;
-    for (const ParamRow &row : kOldParams) {
-        if (row.number == grid->var) {
-            record.var_number = row.var;
-        }
-    }
+    record.var_number = variable_of_old_code(grid->var);
     record.time = grid->time;
     record.level_kind = level_of_old_code(grid->ltype);
     record.level_value = grid->level;

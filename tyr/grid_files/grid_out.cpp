@@ -1,6 +1,7 @@
 #include "tyr/grid_files/grid_out.h"
 
 #include <array>
+#include <string_view>
 
 #include "tyr/base/file.h"
 #include "tyr/base/msg.h"
@@ -14,6 +15,17 @@ namespace {
 
 constexpr unsigned kTold = 64;
 constexpr int kLowestHandle = 1;
+
+struct KindWord {
+    std::string_view word, ending, other_ending;
+    int kind;
+};
+constexpr KindWord kKinds[] = {
+    {"netcdf", ".nc",  ".cdf", kGridNetcdf },
+    {"binary", ".bin", ".tyb", kGridBinary },
+    {"text",   ".grd", ".txt", kGridText   },
+    {"old",    ".old", ".old", kGridOldText},
+};
 
 bool is_writable(int kind)
 {
@@ -35,8 +47,10 @@ int open_out(const char *routine, const char *name, int kind)
         return 0;
     }
     const bool append = answer == kOutAppend && FILE_exists(path.data()) == 1;
-    MSG_out(kMsgMess, append ? "Appending to grid file: %s\n" : "Creating grid file: %s\n",
-            path.data());
+    if (FILE_is_std(path.data()) == 0) { // what is told stands there too
+        MSG_out(kMsgMess, append ? "Appending to grid file: %s\n" : "Creating grid file: %s\n",
+                path.data());
+    }
     const int handle = tyr::grid_open_out(path.data(), kind, kLowestHandle, append);
     if (handle == -1) {
         MSG_out(kTold, "%s: Unable to %s grid file: %s\n", routine, append ? "open" : "create",
@@ -47,6 +61,20 @@ int open_out(const char *routine, const char *name, int kind)
 }
 
 } // namespace
+
+int GRD_output_kind(const char *path)
+{
+    const std::string_view name = path;
+    const char *wanted = RES_get("output");
+    for (const KindWord &row : kKinds) {
+        const bool is_wanted = wanted != nullptr && STR_casecmp(wanted, row.word.data()) == 0;
+        const bool is_ending = name.ends_with(row.ending) || name.ends_with(row.other_ending);
+        if (is_wanted || (wanted == nullptr && is_ending)) {
+            return row.kind;
+        }
+    }
+    return wanted != nullptr ? kGridUnknown : kGridText;
+}
 
 int GRD_save_file(const char *name, GridRec *grid, GridFileInfo *info, int kind)
 {

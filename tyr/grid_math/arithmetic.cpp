@@ -2,6 +2,7 @@
 #include <limits>
 
 #include "tyr/base/angle.h"
+#include "tyr/grid_math/direction_rows.h"
 #include "tyr/grid_math/pointwise.h"
 
 using namespace tyr;
@@ -154,7 +155,8 @@ bool tyr::run_arithmetic(const MathCall &c)
     case GridOp::arc_tangent:
         return costly1(c, [](double a) { return std::atan(a) * kDegreesPerRadian; });
     case GridOp::arc_tangent2:
-        return costly2(c, [](double a, double b) { return std::atan2(a, b) * kDegreesPerRadian; });
+        row_points(*c.out, Operands<2>{c.operand(0), c.operand(1)}, atan2d_row);
+        return true;
     default:
         return run_basic(c);
     }

@@ -1,3 +1,5 @@
+#include "tyr/grid_math/coriolis.h"
+
 #include <array>
 #include <cmath>
 #include <optional>
@@ -6,7 +8,6 @@
 #include "tyr/base/angle.h"
 #include "tyr/base/missing.h"
 #include "tyr/base/str.h"
-#include "tyr/grid_math/derivative.h"
 #include "tyr/grid_math/grid_places.h"
 #include "tyr/grid_math/row_bands.h"
 

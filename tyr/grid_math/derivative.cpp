@@ -10,6 +10,7 @@
 #include "tyr/base/msg.h"
 #include "tyr/grid_math/grid_places.h"
 #include "tyr/grid_math/row_bands.h"
+#include "tyr/grid_math/vector_math.h"
 
 using namespace tyr;
 
@@ -88,8 +89,8 @@ struct Steps {
 };
 
 template <class Combine>
-inline float value_at(const Rows &r, int i, int west, int east, float x_two, const Steps &s,
-                      Combine combine)
+[[gnu::always_inline]] inline float value_at(const Rows &r, int i, int west, int east, float x_two,
+                                             const Steps &s, Combine combine)
 {
     const float dx = first_difference(r.x[i], r.x[west], r.x[east], s.x_one, x_two);
     const float dy = first_difference(r.y[i], r.south[i], r.north[i], s.y_one, s.y_two);
@@ -100,7 +101,8 @@ inline float value_at(const Rows &r, int i, int west, int east, float x_two, con
 }
 
 template <class Combine>
-void difference_row(const Rows &r, int nx, const Steps &s, float *out, Combine combine)
+[[gnu::always_inline]] inline void difference_row(const Rows &r, int nx, const Steps &s, float *out,
+                                                  Combine combine)
 {
     out[0] = value_at(r, 0, 0, std::min(1, nx - 1), s.x_one, s, combine);
 #pragma GCC ivdep
@@ -108,6 +110,29 @@ void difference_row(const Rows &r, int nx, const Steps &s, float *out, Combine c
         out[i] = value_at(r, i, i - 1, i + 1, s.x_two, s, combine);
     if (nx > 1)
         out[nx - 1] = value_at(r, nx - 1, nx - 2, nx - 1, s.x_one, s, combine);
+}
+
+/// Sums of the two differences, each with its sign.
+struct Signs {
+    float x, y;
+};
+
+TYR_WIDE void sum_row(const Rows &r, int nx, const Steps &s, float *out, Signs sign)
+{
+    difference_row(r, nx, s, out,
+                   [sign](float dx, float dy, float, float) { return sign.x * dx + sign.y * dy; });
+}
+
+TYR_WIDE void convergence_row(const Rows &r, int nx, const Steps &s, float *out)
+{
+    difference_row(r, nx, s, out,
+                   [](float dx, float dy, float factor, float) { return (-dx - dy) * factor; });
+}
+
+TYR_WIDE void advection_row(const Rows &r, int nx, const Steps &s, float *out)
+{
+    difference_row(r, nx, s, out,
+                   [](float dx, float dy, float u, float v) { return -u * dx - v * dy; });
 }
 
 /// Runs a row routine row_work(row, spacing, out row) over the grid; rows without a spacing are
@@ -128,8 +153,9 @@ template <class RowWork> void over_grid(const DomainRec &domain, float *out, Row
                    });
 }
 
-template <class Combine>
-void differences(const DomainRec &domain, const Fields &fields, float *out, Combine combine)
+/// row_work(rows, nx, steps, out row) over the grid.
+template <class RowWork>
+void differences(const DomainRec &domain, const Fields &fields, float *out, RowWork row_work)
 {
     over_grid(domain, out, [&](int row, Spacing spacing, float *line) {
         const bool is_edge = row == 0 || row == domain.ny - 1;
@@ -138,8 +164,29 @@ void differences(const DomainRec &domain, const Fields &fields, float *out, Comb
         const Rows rows =
             fields.rows(static_cast<std::size_t>(domain.nx), static_cast<std::size_t>(domain.ny),
                         static_cast<std::size_t>(row));
-        difference_row(rows, domain.nx, steps, line, combine);
+        row_work(rows, domain.nx, steps, line);
     });
+}
+
+/// First differences of a line of points and the lines on both sides of it, where no other field
+/// has a say.
+TYR_WIDE void difference_line(const float *here, const float *back, const float *next, float one,
+                              float two, float *out, int count)
+{
+#pragma GCC ivdep
+    for (int i = 0; i < count; ++i) {
+        const float value = first_difference(here[i], back[i], next[i], one, two);
+        out[i] = here[i] == kMissing ? kMissing : value;
+    }
+}
+
+void dx_row(const float *f, int nx, float one, float *out)
+{
+    difference_line(f, f, f + std::min(1, nx - 1), one, one, out, 1);
+    if (nx > 1) {
+        difference_line(f + 1, f, f + 2, one, one / 2.0F, out + 1, nx - 2);
+        difference_line(f + nx - 1, f + nx - 2, f + nx - 1, one, one, out + nx - 1, 1);
+    }
 }
 
 /// The second difference times the spacing squared; places off the line come in as Missing.
@@ -170,7 +217,7 @@ inline float laplacian_at(const FiveRows &r, int i, float along_x, Spacing spaci
     return is_out ? kMissing : value;
 }
 
-void laplacian_row(const FiveRows &r, int nx, Spacing spacing, float *out)
+TYR_WIDE void laplacian_row(const FiveRows &r, int nx, Spacing spacing, float *out)
 {
     const float *f = r.here;
     const auto place = [&](int i) { return i >= 0 && i < nx ? f[i] : kMissing; };
@@ -253,21 +300,41 @@ int into_output(const char *routine, std::initializer_list<const GridRec *> inpu
     return 0;
 }
 
+/// One field's difference along x and another's along y.
+int sum_of_differences(const char *routine, const GridRec *x, const GridRec *y, Signs signs,
+                       GridRec *out)
+{
+    return into_output(routine, {x, y}, out, [&](float *to) {
+        differences(x->domain, {x->values, y->values, x->values, y->values}, to,
+                    [signs](const Rows &r, int nx, const Steps &s, float *line) {
+                        sum_row(r, nx, s, line, signs);
+                    });
+    });
+}
+
 } // namespace
 
 int GRD_dx(const GridRec *in, GridRec *out)
 {
     return into_output("GRD_dx", {in}, out, [&](float *to) {
-        const float *f = in->values;
-        differences(in->domain, {f, f, f, f}, to, [](float dx, float, float, float) { return dx; });
+        const auto nx = static_cast<std::size_t>(in->domain.nx);
+        over_grid(in->domain, to, [&](int row, Spacing spacing, float *line) {
+            dx_row(in->values + static_cast<std::size_t>(row) * nx, in->domain.nx, spacing.x, line);
+        });
     });
 }
 
 int GRD_dy(const GridRec *in, GridRec *out)
 {
     return into_output("GRD_dy", {in}, out, [&](float *to) {
-        const float *f = in->values;
-        differences(in->domain, {f, f, f, f}, to, [](float, float dy, float, float) { return dy; });
+        const DomainRec &d = in->domain;
+        const auto nx = static_cast<std::size_t>(d.nx);
+        over_grid(d, to, [&](int row, Spacing spacing, float *line) {
+            const float *here = in->values + static_cast<std::size_t>(row) * nx;
+            const bool is_edge = row == 0 || row == d.ny - 1;
+            difference_line(here, row + 1 < d.ny ? here + nx : here, row > 0 ? here - nx : here,
+                            spacing.y, is_edge ? spacing.y : spacing.y / 2.0F, line, d.nx);
+        });
     });
 }
 
@@ -280,44 +347,31 @@ int GRD_laplacian(const GridRec *in, GridRec *out)
 int GRD_converge(const GridRec *u, const GridRec *v, const GridRec *factor, GridRec *out)
 {
     if (factor == nullptr)
-        return into_output("GRD_converge", {u, v}, out, [&](float *to) {
-            differences(u->domain, {u->values, v->values, u->values, v->values}, to,
-                        [](float dx, float dy, float, float) { return -dx - dy; });
-        });
+        return sum_of_differences("GRD_converge", u, v, {-1.0F, -1.0F}, out);
     return into_output("GRD_converge", {u, v, factor}, out, [&](float *to) {
         differences(u->domain, {u->values, v->values, factor->values, factor->values}, to,
-                    [](float dx, float dy, float s, float) { return (-dx - dy) * s; });
+                    convergence_row);
     });
 }
 
 int GRD_vorticity(const GridRec *u, const GridRec *v, GridRec *out)
 {
-    return into_output("GRD_vorticity", {u, v}, out, [&](float *to) {
-        differences(u->domain, {v->values, u->values, v->values, u->values}, to,
-                    [](float dx, float dy, float, float) { return dx - dy; });
-    });
+    return sum_of_differences("GRD_vorticity", v, u, {1.0F, -1.0F}, out);
 }
 
 int GRD_deformation1(const GridRec *u, const GridRec *v, GridRec *out)
 {
-    return into_output("GRD_deformation1", {u, v}, out, [&](float *to) {
-        differences(u->domain, {u->values, v->values, u->values, v->values}, to,
-                    [](float dx, float dy, float, float) { return dx - dy; });
-    });
+    return sum_of_differences("GRD_deformation1", u, v, {1.0F, -1.0F}, out);
 }
 
 int GRD_deformation2(const GridRec *u, const GridRec *v, GridRec *out)
 {
-    return into_output("GRD_deformation2", {u, v}, out, [&](float *to) {
-        differences(u->domain, {v->values, u->values, v->values, u->values}, to,
-                    [](float dx, float dy, float, float) { return -dy - dx; });
-    });
+    return sum_of_differences("GRD_deformation2", v, u, {-1.0F, -1.0F}, out);
 }
 
 int GRD_advection(const GridRec *u, const GridRec *v, const GridRec *s, GridRec *out)
 {
     return into_output("GRD_advection", {u, v, s}, out, [&](float *to) {
-        differences(u->domain, {s->values, s->values, u->values, v->values}, to,
-                    [](float dx, float dy, float a, float b) { return -a * dx - b * dy; });
+        differences(u->domain, {s->values, s->values, u->values, v->values}, to, advection_row);
     });
 }

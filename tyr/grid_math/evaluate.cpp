@@ -13,9 +13,13 @@
 #include "tyr/grid_math/grid_operands.h"
 #include "tyr/grid_math/grid_places.h"
 #include "tyr/grid_math/grid_units.h"
+#include "tyr/var/catalogue.h"
 #include "tyr/var/expression.h"
 #include "tyr/var/label.h"
+#include "tyr/var/level.h"
+#include "tyr/var/time_range.h"
 #include "tyr/var/type_words.h"
+#include "tyr/var/var_name.h"
 
 using namespace tyr;
 
@@ -34,7 +38,10 @@ struct Value {
 
 class Evaluator {
   public:
-    Evaluator(const tyr::GridFinder &find, const std::string &where) : find_(find), where_(where) {}
+    Evaluator(const tyr::GridFinder &find, const std::string &where, int first)
+        : find_(find), where_(where), next_(first)
+    {
+    }
 
     /// The item that begins at the next record of the list; false after a message.
     bool item(Value *value)
@@ -56,11 +63,22 @@ class Evaluator {
         case kRoleWord:
             return fail("a group has no value");
         default:
-            return variable(record, value);
+            return variable(level_in_front(record), value);
         }
     }
 
+    int next() const { return next_; }
     bool is_at_end() const { return next_ >= VAR_count(); }
+
+    /// Moves what an item came to into the caller's records. @return number of grids
+    static int hand_out(Value *value, GridRec out[2])
+    {
+        std::swap(out[0], value->first->rec);
+        if (value->second == nullptr)
+            return 1;
+        std::swap(out[1], value->second->rec);
+        return 2;
+    }
 
     bool fail(const char *reason) const
     {
@@ -69,14 +87,39 @@ class Evaluator {
     }
 
   private:
+    /// "500:uwnd", which reads as a variable number and a unit, told apart by the unit's being no
+    /// unit but a variable of the catalogue.
+    static VarRec level_in_front(const VarRec &record)
+    {
+        int kind = kMissingInt;
+        int level = kMissingInt;
+        if (record.units[0] == '\0' || VAR_find_abbr(record.units) == nullptr ||
+            VAR_find_abbr(record.name) != nullptr)
+            return record;
+        VAR_level(record.name, &kind, &level);
+        if (kind == kMissingInt)
+            return record;
+        VarRec turned = record;
+        turned.level_kind = kind;
+        turned.level_value = level;
+        turned.var_number = kMissingInt;
+        turned.units[0] = '\0';
+        VAR_name(record.units, &turned);
+        return turned;
+    }
+
     bool variable(const VarRec &record, Value *value)
     {
         auto grid = std::make_unique<OwnGrid>();
         if (!find_(record, &grid->rec) || grid->rec.values == nullptr) {
             std::array<char, kDatatypeSize> level{};
             VAR_make_datatype(record.time, record.level_kind, record.level_value, level.data());
+            // a range stands in that text, a plain hour doesn't
+            const bool is_hour = record.time >= 0 && record.time < kRangeUnit;
+            std::string place = is_hour ? STR_print("%d h", record.time) : "";
+            place += std::string(is_hour && level[0] != '\0' ? " " : "") + level.data();
             MSG_out(kMsgWarn, "GRD_evaluate: No grid of %s%s%s in %s\n", record.name,
-                    level[0] == '\0' ? "" : " at ", level.data(), where_.c_str());
+                    place.empty() ? "" : " at ", place.c_str(), where_.c_str());
             return false;
         }
         // a grid that is there can be an operand, whatever centre it names
@@ -196,7 +239,7 @@ class Evaluator {
 
     const tyr::GridFinder &find_;
     const std::string &where_;
-    int next_ = 0;
+    int next_;
 };
 
 } // namespace
@@ -206,7 +249,7 @@ int GRD_evaluate(const char *expression, const tyr::GridFinder &find, const std:
 {
     GRD_init(&out[0]);
     GRD_init(&out[1]);
-    Evaluator evaluator(find, where);
+    Evaluator evaluator(find, where, 0);
     if (VAR_decode(nullptr, expression) == 0) {
         evaluator.fail("no variable in the expression");
         return 0;
@@ -218,9 +261,27 @@ int GRD_evaluate(const char *expression, const tyr::GridFinder &find, const std:
         evaluator.fail(value.first ? "an expression of more than one item" : "a constant alone");
         return 0;
     }
-    std::swap(out[0], value.first->rec);
-    if (value.second == nullptr)
-        return 1;
-    std::swap(out[1], value.second->rec);
-    return 2;
+    return Evaluator::hand_out(&value, out);
+}
+
+int GRD_evaluate_item(int *index, const tyr::GridFinder &find, const std::string &where,
+                      GridRec out[2])
+{
+    GRD_init(&out[0]);
+    GRD_init(&out[1]);
+    const int role = *index >= 0 && *index < VAR_count() ? VAR_get(*index)->role % 10 : kRolePlain;
+    if (role == kRoleGroup || role == kRoleWord) {
+        ++*index;
+        return -1;
+    }
+    Evaluator evaluator(find, where, *index);
+    Value value;
+    if (!evaluator.item(&value))
+        return 0;
+    *index = evaluator.next();
+    if (value.first == nullptr) {
+        evaluator.fail("a constant alone");
+        return 0;
+    }
+    return Evaluator::hand_out(&value, out);
 }

@@ -1,6 +1,7 @@
 #include <array>
 
 #include "tyr/base/str.h"
+#include "tyr/grid_math/coriolis.h"
 #include "tyr/grid_math/derivative.h"
 #include "tyr/grid_math/grid_units.h"
 #include "tyr/grid_math/pointwise.h"

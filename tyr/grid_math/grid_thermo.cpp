@@ -1,6 +1,8 @@
+#include <array>
 #include <cmath>
 
 #include "tyr/grid_math/pointwise.h"
+#include "tyr/grid_math/thermo_rows.h"
 #include "tyr/met/comfort.h"
 #include "tyr/met/thermo.h"
 #include "tyr/var/level.h"
@@ -39,19 +41,41 @@ template <class F> bool pair(const MathCall &c, F f)
     return true;
 }
 
+template <class RowWork> bool row_pair(const MathCall &c, const Operand &second, RowWork row)
+{
+    tyr::row_points(*c.out, Operands<2>{c.operand(0), second}, row);
+    return true;
+}
+
 /// Dew point of a humidity operand: itself, or from relative humidity and temperature.
 struct DewPoint {
     bool is_given;
     float operator()(float t, float h) const { return is_given ? h : MET_dew_from_rh(t, h); }
 };
 
+/// row(t, dew point, p, out, count) on slices of the grid.
+template <class RowWork> bool with_dew_point_rows(const MathCall &c, RowWork row)
+{
+    const bool is_given = c.is_variable(1, "dewp");
+    const Operands<3> operands{c.operand(0), c.operand(1), pressure(c, 2)};
+    tyr::over_points(*c.out, operands, tyr::kCostlyPoints,
+                     [&](const tyr::Lanes<3> &lanes, std::size_t at, std::size_t count) {
+                         std::array<float, tyr::kPointSlice> dew;
+                         if (!is_given)
+                             tyr::dew_from_rh_row(lanes[0], lanes[1], dew.data(), count);
+                         row(lanes[0], is_given ? lanes[1] : dew.data(), lanes[2],
+                             c.out->values + at, count);
+                     });
+    return true;
+}
+
 template <class F> bool with_dew_point(const MathCall &c, F formula)
 {
-    const DewPoint dew_point{c.is_variable(1, "dewp")};
-    return with_pressure(c, [=](float t, float h, float p) {
-        const float td = dew_point(t, h);
-        return is_missing(td) ? kMissing : formula(t, td, p);
-    });
+    return with_dew_point_rows(
+        c, [=](const float *t, const float *td, const float *p, float *out, std::size_t count) {
+            const tyr::Lanes<3> lanes{t, td, p};
+            tyr::costly_slice(std::make_index_sequence<3>(), lanes, out, count, formula);
+        });
 }
 
 float showalter(float t, float td, float t500)
@@ -89,18 +113,29 @@ bool run_chill(const MathCall &c, float formula(float, float))
     return true;
 }
 
-/// formula(dew point, pressure): of a dew point, or of a temperature and a relative humidity.
+/// row(dew point, pressure, out, count) of a dew point, or of a temperature and a relative
+/// humidity, on slices of the grid.
+template <class RowWork> bool moisture_rows(const MathCall &c, RowWork row)
+{
+    const bool is_given = c.is_variable(0, "dewp");
+    if (!is_given && c.count < 2)
+        return false;
+    const Operand humidity = is_given ? c.operand(0) : c.operand(1);
+    tyr::over_points(*c.out, Operands<3>{c.operand(0), humidity, pressure(c, is_given ? 1 : 2)},
+                     tyr::kCostlyPoints,
+                     [&](const tyr::Lanes<3> &lanes, std::size_t at, std::size_t count) {
+                         std::array<float, tyr::kPointSlice> dew;
+                         if (!is_given)
+                             tyr::dew_from_rh_row(lanes[0], lanes[1], dew.data(), count);
+                         row(is_given ? lanes[0] : dew.data(), lanes[2], c.out->values + at, count);
+                     });
+    return true;
+}
+
 template <class F> bool moisture(const MathCall &c, F formula)
 {
-    if (c.is_variable(0, "dewp")) {
-        tyr::costly_points(*c.out, Operands<2>{c.operand(0), pressure(c, 1)}, formula);
-        return true;
-    }
-    if (c.count < 2)
-        return false;
-    return with_pressure(c, [=](float t, float rh, float p) {
-        const float td = MET_dew_from_rh(t, rh);
-        return is_missing(td) ? kMissing : formula(td, p);
+    return moisture_rows(c, [=](const float *td, const float *p, float *out, std::size_t count) {
+        tyr::costly_slice(std::make_index_sequence<2>(), tyr::Lanes<2>{td, p}, out, count, formula);
     });
 }
 
@@ -110,11 +145,11 @@ bool tyr::run_thermo(const MathCall &c)
 {
     switch (c.function->op) {
     case GridOp::dew_point:
-        return pair(c, MET_dew_from_rh);
+        return row_pair(c, c.operand(1), dew_from_rh_row);
     case GridOp::humidity:
         return pair(c, MET_rel_hum);
     case GridOp::wet_bulb:
-        return with_dew_point(c, MET_wet_bulb);
+        return with_dew_point_rows(c, wet_bulb_row);
     case GridOp::showalter:
         return run_showalter(c);
     case GridOp::chill:
@@ -124,16 +159,17 @@ bool tyr::run_thermo(const MathCall &c)
     case GridOp::heat:
         return with_dew_point(c, [](float t, float td, float) { return MET_heat_index(t, td); });
     case GridOp::theta:
-        costly_points(*c.out, Operands<2>{c.operand(0), pressure(c, 1)}, MET_theta);
-        return true;
+        return row_pair(c, pressure(c, 1), theta_row);
     case GridOp::theta_e:
-        return with_dew_point(c, MET_theta_e);
+        return with_dew_point_rows(c, theta_e_row);
     case GridOp::virtual_temperature:
         return with_dew_point(c, MET_virtual_temp);
     case GridOp::virtual_theta:
         return with_dew_point(c, MET_virtual_theta);
     case GridOp::vapor:
-        return moisture(c, [](float td, float) { return MET_sat_vapor(td); });
+        return moisture_rows(c, [](const float *td, const float *, float *out, std::size_t count) {
+            sat_vapor_row(td, out, count);
+        });
     case GridOp::standard_height:
         costly_points(*c.out, Operands<1>{c.operand(0)}, MET_std_height);
         return true;

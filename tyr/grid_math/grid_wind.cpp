@@ -2,6 +2,7 @@
 
 #include "tyr/base/angle.h"
 #include "tyr/geo/projection.h"
+#include "tyr/grid_math/direction_rows.h"
 #include "tyr/grid_math/pointwise.h"
 #include "tyr/grid_math/sample.h"
 
@@ -24,9 +25,9 @@ float wrapped(double direction)
 
 float direction_of(float u, float v)
 {
-    if (u == 0.0F && v == 0.0F)
-        return 0.0F;
-    return wrapped(std::atan2(-double{u}, -double{v}) * kDegreesPerRadian);
+    float direction = 0.0F;
+    tyr::direction_row(&u, &v, &direction, 1);
+    return direction;
 }
 
 float east_part(float direction, float speed)
@@ -39,9 +40,9 @@ float north_part(float direction, float speed)
     return static_cast<float>(-speed * cosd(direction));
 }
 
-template <class F> bool costly2(const MathCall &c, F f)
+template <class RowWork> bool rows2(const MathCall &c, RowWork row)
 {
-    tyr::costly_points(*c.out, Operands<2>{c.operand(0), c.operand(1)}, f);
+    tyr::row_points(*c.out, Operands<2>{c.operand(0), c.operand(1)}, row);
     return true;
 }
 
@@ -80,15 +81,15 @@ bool tyr::run_wind(const MathCall &c)
                      [](float u, float v) { return std::sqrt(u * u + v * v); });
         return true;
     case GridOp::direction:
-        return costly2(c, direction_of);
+        return rows2(c, direction_row);
     case GridOp::true_direction:
         return walk2(c, [](float u, float v, float x, float y) {
             return wrapped(MAP_unrotate_dir(direction_of(u, v), x, y));
         });
     case GridOp::east_wind:
-        return costly2(c, east_part);
+        return rows2(c, east_part_row);
     case GridOp::north_wind:
-        return costly2(c, north_part);
+        return rows2(c, north_part_row);
     case GridOp::grid_east_wind:
         return walk2(c, [](float direction, float speed, float x, float y) {
             const float to_grid = MAP_rotate_dir(direction, x, y);

@@ -96,6 +96,16 @@ void costly_points(const GridRec &out, const Operands<N> &operands, F f)
                 });
 }
 
+/// row(a, b, out, count) on slices of the grid: a routine for rows of points.
+template <class RowWork>
+void row_points(const GridRec &out, const Operands<2> &operands, RowWork row)
+{
+    over_points(out, operands, kCostlyPoints,
+                [&](const Lanes<2> &lanes, std::size_t at, std::size_t count) {
+                    row(lanes[0], lanes[1], out.values + at, count);
+                });
+}
+
 /// Plot position of the first point for the operations that walk a grid, whose domain is current:
 /// whole spacings from the centre, so that with an even number of columns or rows the walk stands
 /// half a spacing to the east or south.

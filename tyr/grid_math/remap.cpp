@@ -1,6 +1,7 @@
 #include "tyr/grid_math/remap.h"
 
 #include <algorithm>
+#include <cmath>
 #include <limits>
 #include <vector>
 
@@ -157,4 +158,31 @@ int GRD_paste(GridRec *out, int column, int row, const GridRec *piece)
         std::copy_n(piece->values + static_cast<std::ptrdiff_t>(r) * from.nx, from.nx,
                     out->values + (y + r) * to.nx + x);
     return 0;
+}
+
+int GRD_close_circle(GridRec *grid)
+{
+    constexpr float kCircle = 360.0F;
+    const DomainRec &from = grid->domain;
+    const float gap = kCircle - static_cast<float>(from.nx) * from.dx;
+    const bool is_short = std::fabs(gap) < 0.01F * from.dx; // spacings are rounded in files
+    if (from.proj != kProjLatLon || grid->values == nullptr || from.nx < 2 || !is_short)
+        return 0;
+    GridRec closed = *grid;
+    closed.domain.nx = from.nx + 1;
+    closed.domain.clon = from.clon + from.dx / 2.0F;
+    if (!is_missing(from.plon))
+        closed.domain.plon = closed.domain.clon;
+    if (GRD_alloc(&closed) == 0)
+        return 0;
+    const auto nx = static_cast<std::size_t>(from.nx);
+    for (std::size_t row = 0; row < static_cast<std::size_t>(from.ny); ++row) {
+        const float *old = grid->values + row * nx;
+        float *values = closed.values + row * (nx + 1);
+        std::copy_n(old, nx, values);
+        values[nx] = old[0];
+    }
+    GRD_free(grid);
+    *grid = closed;
+    return 1;
 }

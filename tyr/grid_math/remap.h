@@ -27,3 +27,8 @@ int GRD_piece_layout(GridRec *out, int columns, int rows, const GridRec *piece);
 /// (ny - 1) * row, sides of the piece; a later piece overwrites the shared edge.
 /// @return 0; -1 with nothing copied where it doesn't fit or has no values
 int GRD_paste(GridRec *out, int column, int row, const GridRec *piece);
+
+/// Gives a latitude-longitude grid whose columns go all round the earth, the last one spacing short
+/// of the first, a last column that is the first again, so that no gap is left where they meet.
+/// Others stay as they are. @return 1 where a column was added; 0
+int GRD_close_circle(GridRec *grid);

@@ -9,11 +9,14 @@
 #include <string>
 #include <string_view>
 
+#include "tyr/base/number_format.h"
 #include "tyr/base/str.h"
 #include "tyr/gks/gks.h"
 #include "tyr/plot/symbol.h"
 #include "tyr/plot/view.h"
 #include "tyr/var/type_words.h"
+
+using namespace tyr;
 
 namespace {
 
@@ -24,7 +27,6 @@ constexpr float kWideXStep = 0.015F;
 constexpr float kSmallestScale = 0.01F;
 constexpr float kLargestScale = 1000.0F;
 constexpr size_t kKeyLength = 3;
-constexpr int kNumberRoom = 128;
 
 struct Place {
     const char *word;
@@ -195,67 +197,6 @@ int parse_piece(PlotStyle *style, const std::string &piece)
     return parse_keyed(style, piece);
 }
 
-enum class Conversion { kNone, kReal, kInteger };
-
-/// What a printf format converts: one real, one integer, or neither. Widths and precisions of three
-/// digits and more, and stars, count as neither.
-Conversion conversion_of(const char *format)
-{
-    Conversion found = Conversion::kNone;
-    for (const char *p = format; *p; ++p) {
-        if (*p != '%') {
-            continue;
-        }
-        if (p[1] == '%') {
-            ++p;
-            continue;
-        }
-        p += 1 + std::strspn(p + 1, "-+ #0");
-        for (int part = 0; part < 2; ++part) {
-            const size_t digits = std::strspn(p, "0123456789");
-            if (digits > 2) {
-                return Conversion::kNone;
-            }
-            p += digits;
-            if (part == 0 && *p == '.') {
-                ++p;
-            } else {
-                break;
-            }
-        }
-        p += *p == 'l' && p[1] != '\0' && std::strchr("eEfFgG", p[1]) ? 1 : 0;
-        if (found != Conversion::kNone || *p == '\0' || !std::strchr("eEfFgGdi", *p)) {
-            return Conversion::kNone;
-        }
-        found = *p == 'd' || *p == 'i' ? Conversion::kInteger : Conversion::kReal;
-    }
-    return found;
-}
-
-/// Prints by a format that conversion_of has passed.
-template <class Number> std::string print(const char *format, Number value)
-{
-    std::array<char, kNumberRoom> text;
-#pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Wformat-nonliteral"
-    std::snprintf(text.data(), text.size(), format, value);
-#pragma GCC diagnostic pop
-    return text.data();
-}
-
-std::string print_checked(const char *format, const char *otherwise, double value)
-{
-    switch (conversion_of(format)) {
-    case Conversion::kReal:
-        return print(format, value);
-    case Conversion::kInteger:
-        return print(format, static_cast<int>(std::lround(std::fmin(std::fmax(value, -2e9), 2e9))));
-    case Conversion::kNone:
-        break;
-    }
-    return print(otherwise, value);
-}
-
 } // namespace
 
 int PLT_parse_format(PlotStyle *style, const char *tokens)
@@ -323,10 +264,10 @@ void PLT_apply_style(PlotStyle *style)
 void PLT_format_number(char *out, int room, const char *format, float value)
 {
     if (format[0] != '%' || format[1] != 'z') {
-        STR_copy(out, static_cast<size_t>(room), print_checked(format, "%1.0f", value));
+        STR_copy(out, static_cast<size_t>(room), print_real(format, "%1.0f", value));
         return;
     }
-    std::string text = print_checked((std::string("%") + (format + 2)).c_str(), "%1.0f", value);
+    std::string text = print_real((std::string("%") + (format + 2)).c_str(), "%1.0f", value);
     const size_t zero = text.find_first_not_of(" -");
     if (zero != std::string::npos && text.compare(zero, 2, "0.") == 0) {
         text.erase(zero, 1);
@@ -336,17 +277,5 @@ void PLT_format_number(char *out, int room, const char *format, float value)
 
 void PLT_format_integer(char *out, int room, const char *format, int value)
 {
-    std::string text;
-    switch (conversion_of(format)) {
-    case Conversion::kReal:
-        text = print(format, static_cast<double>(value));
-        break;
-    case Conversion::kInteger:
-        text = print(format, value);
-        break;
-    case Conversion::kNone:
-        text = std::to_string(value);
-        break;
-    }
-    STR_copy(out, static_cast<size_t>(room), text);
+    STR_copy(out, static_cast<size_t>(room), print_integer(format, "%d", value));
 }

@@ -38,12 +38,6 @@ bool is_open(int handle)
     return handle >= 0 && handle < kRawFiles && state.files[static_cast<size_t>(handle)].open == 1;
 }
 
-/// The open file of a handle; null for one that isn't open.
-RawFileRec *file_of(int handle)
-{
-    return is_open(handle) ? &state.files[static_cast<size_t>(handle)] : nullptr;
-}
-
 /// By the first byte, which stays in the stream.
 RawType type_of(std::FILE *stream)
 {
@@ -139,6 +133,33 @@ int column_of(const char *text)
 
 } // namespace
 
+RawFileRec *tyr::raw_file(int handle)
+{
+    return is_open(handle) ? &state.files[static_cast<size_t>(handle)] : nullptr;
+}
+
+bool tyr::raw_finish(int handle, bool is_kept)
+{
+    RawFileRec *file = raw_file(handle);
+    if (!file) {
+        return true;
+    }
+    bool is_whole = true;
+    if (file->mode != kRawRead && !is_kept) {
+        file->out.drop();
+    } else if (file->mode != kRawRead) {
+        if (file->mode == kRawWrite) {
+            std::fputc('\n', file->out.stream());
+        }
+        is_whole = file->out.keep() == 0;
+        if (!is_whole) {
+            MSG_out(kMsgWarn, "RAW_close: %s: not all could be written\n", file->name.c_str());
+        }
+    }
+    *file = {}; // FILE_close leaves standard streams open
+    return is_whole;
+}
+
 int RAW_file_open(char *name, int *column, char **format, int mode)
 {
     *column = kRawAllWords;
@@ -172,6 +193,7 @@ int RAW_open(const char *path, int mode, int *type)
     const char *name = is_plain_stream ? "-" : path;
     const bool is_standard = FILE_is_std(name) == 1;
     RawFileRec file;
+    file.name = name;
     file.mode = mode;
     file.type = is_plain_stream ? kRawHeaderless : kRawHeadered;
     if (FILE_is_dir(name) != 0) {
@@ -210,7 +232,7 @@ int RAW_file_type(const char *path)
 int RAW_read_header(int handle, RawHeader *header)
 {
     *header = {};
-    RawFileRec *file = file_of(handle);
+    RawFileRec *file = raw_file(handle);
     if (!file || file->mode != kRawRead) {
         return -1;
     }
@@ -244,12 +266,12 @@ int RAW_read_header(int handle, RawHeader *header)
 
 int RAW_read_value(int handle, RawValue *value, long column, int *line)
 {
-    return raw_next_value(file_of(handle), value, column, line);
+    return raw_next_value(raw_file(handle), value, column, line);
 }
 
 int RAW_rewind(int handle)
 {
-    RawFileRec *file = file_of(handle);
+    RawFileRec *file = raw_file(handle);
     if (!file || !file->can_seek) {
         return -1;
     }
@@ -268,18 +290,12 @@ int RAW_rewind(int handle)
 
 void RAW_close(int handle)
 {
-    if (RawFileRec *file = file_of(handle)) {
-        if (file->mode == kRawWrite) {
-            std::fputc('\n', file->out.stream());
-        }
-        file->out.keep();
-        *file = {}; // FILE_close leaves standard streams open
-    }
+    raw_finish(handle, true);
 }
 
 const char *RAW_field_label(int handle, long column)
 {
-    const RawFileRec *file = file_of(handle);
+    const RawFileRec *file = raw_file(handle);
     if (!file) {
         return nullptr;
     }

@@ -39,6 +39,7 @@ bool next_word(ScanRec &scan, Word &word)
 void clear_value(RawValue *value)
 {
     *value = {};
+    value->kind = kRawWord;
     value->field = value->station = kMissingInt;
     value->lat = value->lon = value->x = value->y = kMissing;
     value->value1 = value->value2 = kMissing;

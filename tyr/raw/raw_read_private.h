@@ -21,6 +21,7 @@ struct RawField {
 struct RawFileRec {
     FilePtr stream; ///< that is read
     WholeFile out;  ///< that is written
+    std::string name;
     int open = 0;
     int type = 0; ///< RawType
     int mode = kRawRead;
@@ -35,6 +36,13 @@ struct RawFileRec {
     std::array<int, kRawFields> offsets = {}; ///< of the words ahead of the values, in the line
     std::array<char, kRawLine + 1> line = {};
 };
+
+/// The open file of a handle; null for one that isn't open.
+RawFileRec *raw_file(int handle);
+
+/// Closes a file. One that was written stands under its name only if it is kept and all of it went
+/// out, which is told otherwise. @return whether nothing was lost
+bool raw_finish(int handle, bool is_kept);
 
 /// Place in the field list that a column stands for; -1 for none.
 int raw_field_index(const RawFileRec &file, long column);

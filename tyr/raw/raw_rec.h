@@ -22,6 +22,9 @@ enum RawType { kRawHeadered = 1, kRawHeaderless = 99 };
 /// is a field name: what RAW_name_column gives, or a const char* as a long.
 enum RawColumn { kRawNoColumn = kMissingInt, kRawAllWords = 1, kRawId = 2, kRawFirstValue = 10 };
 
+/// What a value is written as; other plot types as the variable expressions have them.
+enum RawKind { kRawWord = 1, kRawNumber = 2 };
+
 struct RawHeader {
     char title[kRawTitleRoom]; ///< the second line
     DateRec date;
@@ -37,4 +40,5 @@ struct RawValue {
     float value1, value2; ///< Missing where the word is no number
     char text[kRawTextRoom];
     char format[kRawWordRoom];
+    int kind; ///< RawKind or a plot type, for writing; kRawWord of a value that was read
 };

@@ -124,7 +124,12 @@ void read_fields(std::string_view text, Part part)
         report_full(text);
         return;
     }
-    const std::vector<std::string> fields = split_fields(text);
+    std::vector<std::string> fields = split_fields(text);
+    // "12:500:<uwnd,vwnd>": a time and a level in front of a bracket, and no name
+    const bool is_bracket = part == Part::group || part == Part::vector;
+    if (is_bracket && fields.size() == 2 && VAR_trim(text).ends_with(':')) {
+        fields.emplace_back();
+    }
     MSG_out(kMsgDebugC, "VAR_process_var:%d:%d:%s:\n", VAR_count(), state.function_depth,
             std::string(text).c_str());
     size_t f = 0;

@@ -15,7 +15,8 @@ inline constexpr int kMaxVarDefinitions = 200; ///< definitions that one express
 /// followed by `[units:type:format]`. A backslash takes the meaning from the bracket or comma
 /// behind it. A name that the variable file defines stands for its definition, unless '+' is in
 /// front of it. Fields that stand behind such a name go to the first record of the definition; an
-/// empty unit there leaves the definition's.
+/// empty unit there leaves the definition's. A group or vector may have a time and a level without
+/// a name in front of it, "12:500:<uwnd,vwnd>".
 ///
 /// @param file  variable file to open first; null or empty: the one that is open stays. A text
 ///              that begins with "fi:file:" names one too
