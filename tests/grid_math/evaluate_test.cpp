@@ -52,6 +52,7 @@ TEST_F(EvaluateTest, ExpressionsOfFunctionsConstantsAndVectors)
         {"12:500:wind(uwnd,vwnd)", 2, 3.0F, 4.0F},
         {"12:500:dot(<12:500:uwnd,12:500:vwnd>,vwnd,uwnd)", 1, 24.0F, 0.0F},
         {"12:500:grad(temp)", 2, 0.0F, 0.0F},
+        {"12:500:wind(uwnd,vwnd)[0.5:barb]", 2, 6.0F, 8.0F},
         {"12:500:vdiff(uwnd,vwnd,vwnd,uwnd)", 2, -1.0F, 1.0F},
         {"12:500:mag(vdiff(uwnd,vwnd,vwnd,vwnd))", 1, 1.0F, 0.0F},
         {"12:500:mul(+uwnd,#2)[knt]", 1, 6.0F, 0.0F},

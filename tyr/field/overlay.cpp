@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 #include <string>
 
 #include "tyr/base/prm.h"
@@ -105,8 +106,10 @@ std::string sign_words(const FieldLayer &layer, const VarRec &record, const Doma
 void draw_wind(FieldLayer *layer, DomainRec *domain)
 {
     const VarRec &record = *VAR_get(layer->record);
-    // the legend stands where other layers have their labels
-    const char *arrows = state.layers->size() == 1 ? "vect:vbar:" : "vect:";
+    // the legend counts in m/s and stands where other layers have their labels
+    const bool is_legend =
+        state.layers->size() == 1 && std::strcmp(layer->first.rec.units, "m/s") == 0;
+    const char *arrows = is_legend ? "vect:vbar:" : "vect:";
     const std::string word = (record.type == kTypeBarb     ? "barb:"
                               : record.type == kTypeStream ? "strm:"
                                                            : arrows) +

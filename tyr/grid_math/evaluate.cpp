@@ -149,7 +149,9 @@ class Evaluator {
             if (!item(&operands.back()))
                 return false;
         }
-        return is_pair(head) ? pair(&operands, value) : calculate(head, is_vector, operands, value);
+        if (is_pair(head))
+            return pair(&operands, value) && units(head, value);
+        return calculate(head, is_vector, operands, value);
     }
 
     /// "wind" and its like only tell how to draw their two operands.
