@@ -90,9 +90,10 @@ void save_loop()
         MSG_out(kMsgWarn, "tyrloop: no frames to save\n");
         return;
     }
-    std::vector<int> delays;
+    std::vector<int> delays(static_cast<std::size_t>(count));
     for (int i = 0; i < count; i++) {
-        delays.push_back(static_cast<int>(std::lround(ginq_frame_dwell(i) * kHundredths)));
+        delays[static_cast<std::size_t>(i)] =
+            static_cast<int>(std::lround(ginq_frame_dwell(i) * kHundredths));
     }
     const char *name = RES_get("out_file");
     std::array<char, kFileNameRoom> path{};
