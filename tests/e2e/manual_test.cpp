@@ -25,7 +25,7 @@ TEST(Manual, OptionsOfEachProgramAreInTheTable)
         const RunResult table = run({TYR_BINARY_DIR "/bin/" + program, "--option-table"});
         ASSERT_EQ(table.code, 0);
         int count = 0;
-        for (std::size_t at = 0; at < table.out.size(); at = table.out.find('\n', at) + 1) {
+        for (size_t at = 0; at < table.out.size(); at = table.out.find('\n', at) + 1) {
             const std::string key = table.out.substr(at, table.out.find('\t', at) - at);
             EXPECT_NE(text.find("| `-" + key + "` |"), std::string::npos) << key;
             count++;
