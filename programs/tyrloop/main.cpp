@@ -117,6 +117,8 @@ void on_event(int, const char *event, float, float)
         gclear_ws(1, 1); // the frames are gone, and the pixmap is another
         gupdate_ws();
         publish();
+    } else if (std::strcmp(event, "d-Alt") == 0) {
+        publish(); // the last frame's pixmap is the one that others draw into
     } else if (std::strcmp(event, "s-Alt") == 0) {
         save_loop();
     } else if (std::strcmp(event, "r-Alt") == 0) {
