@@ -90,9 +90,9 @@ void save_loop()
         MSG_out(kMsgWarn, "tyrloop: no frames to save\n");
         return;
     }
-    std::vector<int> delays(static_cast<std::size_t>(count));
+    std::vector<int> delays(static_cast<size_t>(count));
     for (int i = 0; i < count; i++) {
-        delays[static_cast<std::size_t>(i)] =
+        delays[static_cast<size_t>(i)] =
             static_cast<int>(std::lround(ginq_frame_dwell(i) * kHundredths));
     }
     const char *name = RES_get("out_file");

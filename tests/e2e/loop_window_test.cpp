@@ -209,7 +209,7 @@ TEST_F(LoopWindow, GoesOnWhenFramesAreDeleted)
     for (const int frames : {3, 2, 1}) { // each time the last of them is deleted
         SCOPED_TRACE(frames);
         for (int i = 0; i < frames; i++) {
-            ASSERT_EQ(draw_map(files[static_cast<std::size_t>(i)]).code, 0);
+            ASSERT_EQ(draw_map(files[static_cast<size_t>(i)]).code, 0);
         }
         user.press_key("l", true);
         std::this_thread::sleep_for(milliseconds(1200)); // the frame's time runs out
