@@ -121,6 +121,7 @@ float celsius(Role role)
 /// Reads one row; what can't be read is Missing.
 void read_row(const Variable &var, std::span<float> out)
 {
+    std::fill(out.begin(), out.end(), kMissing); // a variable may have fewer dimensions
     if (CDF_get_float_array(var.id, out.data()) != 0) {
         std::fill(out.begin(), out.end(), kMissing);
     }
@@ -247,6 +248,7 @@ void read_levels(const Mode &mode, int64_t index, ProfilerLevel *out)
     fill(mode.w, &ProfilerLevel::w);
     fill(mode.hdev, &ProfilerLevel::hdev);
     fill(mode.vdev, &ProfilerLevel::vdev);
+    row.fill(-1.0F);
     if (CDF_get_float_array(mode.quality.id, row.data()) != 0) {
         row.fill(-1.0F);
     }
@@ -328,13 +330,17 @@ void netcdf_read_header(ProfilerLayout layout, const char *name, int64_t whole_r
     if (has_modes) {
         state.mode_count = 2;
         state.modes = {find_mode("low"), find_mode("high")};
-        read_station_date(info);
+        if (state.records > 0) {
+            read_station_date(info);
+        }
         read_heights(state.modes[0], "low_level");
         read_heights(state.modes[1], "high_level");
     } else {
         state.mode_count = 1;
         state.modes[0] = find_only_mode();
-        read_time_date(info);
+        if (state.records > 0) {
+            read_time_date(info);
+        }
         read_heights(state.modes[0], "levels");
     }
     for (int m = 0; m < state.mode_count; ++m) {
