@@ -124,10 +124,10 @@ bool make_file(const Kind &kind, const std::string &path)
         codes_set_long(handle, "bitsPerValue", 16);
         const std::vector<double> field = make_field(k, kind.has_bitmap);
         codes_set_double_array(handle, "values", field.data(), field.size());
-        std::size_t size = std::char_traits<char>::length(kind.packing);
+        size_t size = std::char_traits<char>::length(kind.packing);
         bool is_good = codes_set_string(handle, "packingType", kind.packing, &size) == 0;
         const void *bytes = nullptr;
-        std::size_t count = 0;
+        size_t count = 0;
         is_good = is_good && codes_get_message(handle, &bytes, &count) == 0 &&
                   std::fwrite(bytes, 1, count, file.get()) == count;
         codes_handle_delete(handle);
@@ -149,12 +149,12 @@ double read_by_eccodes(const std::string &path)
         int error = 0;
         while (codes_handle *handle =
                    codes_handle_new_from_file(nullptr, file.get(), PRODUCT_GRIB, &error)) {
-            std::size_t n = 0;
+            size_t n = 0;
             codes_get_size(handle, "values", &n);
             doubles.resize(n);
             floats.resize(n);
             codes_get_double_array(handle, "values", doubles.data(), &n);
-            for (std::size_t i = 0; i < n; ++i) {
+            for (size_t i = 0; i < n; ++i) {
                 floats[i] = static_cast<float>(doubles[i]);
             }
             values += static_cast<double>(n);

@@ -44,7 +44,7 @@ void make_files(const std::string &path, const std::string &index_path, int mess
     const FilePtr file(FILE_open(path.c_str(), "w"));
     const FilePtr index(FILE_open(index_path.c_str(), "w"));
     Grib1Wish wish;
-    std::size_t place = 0;
+    size_t place = 0;
     for (int i = 0; i < messages; ++i) {
         wish.level = 100 + i % 900;
         const std::string message = grib1_message(wish);

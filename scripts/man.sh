@@ -7,7 +7,7 @@ out=${1:-$source/docs/man}
 command -v pandoc >/dev/null || { echo "pandoc isn't installed: the pages stay as they are" >&2; exit 1; }
 mkdir -p "$out/man1" "$out/man7"
 for page in "$source"/docs/manual/*.1.md; do
-    sed '/<!-- table/d' "$page" | pandoc -s -f markdown -t man -o "$out/man1/$(basename "$page" .md)"
+    sed '/<!-- table/d' "$page" | "$source/scripts/man_lists.py" | pandoc -s -f markdown -t man -o "$out/man1/$(basename "$page" .md)"
 done
 for chapter in "$source"/docs/manual/*.md; do
     name=$(basename "$chapter" .md)
@@ -22,5 +22,5 @@ for chapter in "$source"/docs/manual/*.md; do
         echo
         sed -e '1s/^# .*/# DESCRIPTION/' -e '/^!\[/d' -e '/<!-- table/d' -e 's/^## /# /' \
             -e 's/\[\([^]]*\)\]([^)]*)/\1/g' "$chapter"
-    } | pandoc -s -f markdown -t man -o "$out/man7/tyr-$name.7"
+    } | "$source/scripts/man_lists.py" | pandoc -s -f markdown -t man -o "$out/man7/tyr-$name.7"
 done

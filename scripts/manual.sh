@@ -20,7 +20,8 @@ for chapter in "$source"/docs/manual/*.md; do
         failed=1
     elif [ "${2:-}" = --write ]; then
         gs -q -dNOPAUSE -dBATCH -dSAFER -dEPSCrop -dTextAlphaBits=4 -dGraphicsAlphaBits=4 \
-            -sDEVICE=png256 -r80 -sOutputFile="$source/docs/manual/images/$name.png" "$name.ps"
+            -sDEVICE=png16m -r72 -sOutputFile="$name.png" "$name.ps"
+        convert "$name.png" +dither -colors 48 "PNG8:$source/docs/manual/images/$name.png"
     fi
 done
 exit $failed

@@ -48,7 +48,7 @@ constexpr int kMaxX = 125;          // greatest x that a move can hold: 253 - 12
 constexpr int kMaxY = 253;
 constexpr int kFirstCode = 32;
 constexpr int kDelete = 127; // a block in some fonts; here the degree sign in all
-constexpr std::size_t kNumGlyphs = 96;
+constexpr size_t kNumGlyphs = 96;
 constexpr const char *kDegreeFont = "rowmans";
 constexpr int kDegree = 176; // where other character sets have it
 
@@ -62,7 +62,7 @@ Glyph parse_glyph(const std::string &pairs)
 {
     Glyph glyph;
     bool moves = true;
-    for (std::size_t i = 2; i + 1 < pairs.size(); i += 2) {
+    for (size_t i = 2; i + 1 < pairs.size(); i += 2) {
         if (pairs[i] == ' ' && pairs[i + 1] == 'R') {
             moves = true;
             continue;
@@ -82,7 +82,7 @@ std::vector<Glyph> read_glyphs(const std::string &path)
         if (line.size() < 8) {
             continue;
         }
-        const std::size_t length = 2 * std::strtoul(line.substr(5, 3).c_str(), nullptr, 10);
+        const size_t length = 2 * std::strtoul(line.substr(5, 3).c_str(), nullptr, 10);
         std::string pairs = line.substr(8);
         while (pairs.size() < length && std::getline(file, line)) {
             pairs += line;
@@ -138,7 +138,7 @@ bool write_font(const std::string &path, std::vector<Glyph> glyphs, const Glyph 
     file << "0 start";
     int place = 1;
     std::string end;
-    for (std::size_t i = 0; i < glyphs.size(); i++) {
+    for (size_t i = 0; i < glyphs.size(); i++) {
         const int code = kFirstCode + static_cast<int>(i);
         const Glyph glyph = to_grid(glyphs[i], lowest);
         if (glyph.empty()) {
@@ -154,7 +154,7 @@ bool write_font(const std::string &path, std::vector<Glyph> glyphs, const Glyph 
     }
     file << "254\n";
     offset[kDegree] = offset[kDelete];
-    for (std::size_t code = 0; code < offset.size(); code++) {
+    for (size_t code = 0; code < offset.size(); code++) {
         file << offset[code] << (code % 16 == 15 ? "\n" : " ");
     }
     return static_cast<bool>(file.flush());

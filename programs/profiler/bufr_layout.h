@@ -14,6 +14,8 @@ bool bufr_record_date(DateRec *date);
 void rewind_bufr();
 void close_bufr();
 
+inline constexpr int kLayoutBufr = 31;
+
 inline constexpr LayoutRow kBufrLayout = {
     kLayoutBufr,      probe_bufr,       open_bufr,   read_bufr_header,
     read_bufr_record, bufr_record_date, rewind_bufr, close_bufr,

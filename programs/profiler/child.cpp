@@ -11,8 +11,8 @@
 
 namespace {
 
-constexpr std::size_t kMostBytes = std::size_t{64} << 20;
-constexpr std::size_t kBlock = 65536;
+constexpr size_t kMostBytes = size_t{64} << 20;
+constexpr size_t kBlock = 65536;
 
 /// The child's side; it never returns.
 [[noreturn]] void live(const std::function<void(int)> &work, int descriptor, unsigned seconds)
@@ -38,7 +38,7 @@ std::string read_all(int descriptor)
     while (bytes.size() < kMostBytes) {
         const ssize_t count = read(descriptor, block.data(), block.size());
         if (count > 0) {
-            bytes.append(block.data(), static_cast<std::size_t>(count));
+            bytes.append(block.data(), static_cast<size_t>(count));
         } else if (count == 0 || errno != EINTR) {
             break;
         }
@@ -70,7 +70,7 @@ std::string tyr::run_in_child(const std::function<void(int)> &work, unsigned sec
     return bytes;
 }
 
-bool tyr::write_all(int descriptor, const void *bytes, std::size_t size)
+bool tyr::write_all(int descriptor, const void *bytes, size_t size)
 {
     const char *place = static_cast<const char *>(bytes);
     while (size > 0) {
@@ -78,7 +78,7 @@ bool tyr::write_all(int descriptor, const void *bytes, std::size_t size)
         if (count < 0 && errno != EINTR) {
             return false;
         }
-        const std::size_t done = count > 0 ? static_cast<std::size_t>(count) : 0;
+        const size_t done = count > 0 ? static_cast<size_t>(count) : 0;
         place += done;
         size -= done;
     }

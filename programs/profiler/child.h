@@ -13,6 +13,6 @@ namespace tyr {
 std::string run_in_child(const std::function<void(int descriptor)> &work, unsigned seconds);
 
 /// Writes all bytes. False when not all went out.
-bool write_all(int descriptor, const void *bytes, std::size_t size);
+bool write_all(int descriptor, const void *bytes, size_t size);
 
 } // namespace tyr

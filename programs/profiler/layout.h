@@ -11,7 +11,7 @@
 namespace tyr {
 
 struct LayoutRow {
-    ProfilerLayout layout;
+    int layout; ///< its code
     /// Whether a file is of this layout. It may say at `warn` why one that looks like it isn't.
     bool (*probe)(const ProfilerInput &input);
     /// Begins reading; `input` stays as it is until `close`. @return a handle, or -1

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "programs/profiler/layout.h"
+#include "programs/profiler/netcdf_reader.h"
 
 /// The two netCDF layouts of profiler files, in any format of the library: classic (1, 2, 5) and
 /// netCDF-4.

@@ -288,7 +288,7 @@ void merge_equal_heights(ProfilerRecord *record)
     }
 }
 
-void read_surface(ProfilerLayout layout, ProfilerRecord *record)
+void read_surface(int layout, ProfilerRecord *record)
 {
     record->lat = surface_value(kLat);
     record->lon = surface_value(kLon);
@@ -309,8 +309,7 @@ void read_surface(ProfilerLayout layout, ProfilerRecord *record)
 
 } // namespace
 
-void netcdf_read_header(ProfilerLayout layout, const char *name, int64_t whole_records,
-                        PrfFileInfo *info)
+void netcdf_read_header(int layout, const char *name, int64_t whole_records, PrfFileInfo *info)
 {
     const bool has_modes = layout == kLayoutStation;
     const Names &names = has_modes ? kStationNames : kRecNumNames;
@@ -352,7 +351,7 @@ void netcdf_read_header(ProfilerLayout layout, const char *name, int64_t whole_r
     TIME_format(&info->date, info->date_label);
 }
 
-int netcdf_read_record(ProfilerLayout layout, int64_t index, ProfilerRecord *record)
+int netcdf_read_record(int layout, int64_t index, ProfilerRecord *record)
 {
     if (index < 0 || index >= state.records) {
         return -1;

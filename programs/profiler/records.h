@@ -10,14 +10,8 @@ inline constexpr int kDateLabelSize = 72;
 /// Room for levels in a record: the limit for every reader.
 inline constexpr int kMaxProfilerLevels = 100;
 
-/// Codes of the file layouts.
-enum ProfilerLayout {
-    kLayoutNone = 0,
-    kLayoutStation = 11,   ///< netCDF with a dimension `station`: separate low and high mode
-    kLayoutRecNum = 12,    ///< netCDF without it: 72 levels
-    kLayoutConsensus = 21, ///< text: consensus winds of boundary-layer profilers
-    kLayoutBufr = 31,      ///< BUFR messages
-};
+/// The code of no layout; each layout's own stands in its header.
+inline constexpr int kLayoutNone = 0;
 
 /// One level of a wind profile. A value that isn't there is Missing.
 struct ProfilerLevel {

@@ -17,6 +17,8 @@ int read_consensus_record(const ProfilerInput &input, int64_t index, ProfilerRec
 bool consensus_record_date(DateRec *date);
 void close_consensus();
 
+inline constexpr int kLayoutConsensus = 21;
+
 inline constexpr LayoutRow kConsensusLayout = {
     kLayoutConsensus,      probe_consensus,       open_consensus, read_consensus_header,
     read_consensus_record, consensus_record_date, nullptr,        close_consensus,

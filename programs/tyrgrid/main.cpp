@@ -6,7 +6,7 @@
 
 #include "programs/tyrgrid/convert.h"
 #include "programs/tyrgrid/inventory.h"
-#include "programs/tyrgrid/overlay.h"
+#include "programs/tyrgrid/picture.h"
 #include "tyr/base/ask.h"
 #include "tyr/base/file.h"
 #include "tyr/base/missing.h"
@@ -50,7 +50,7 @@ void print_usage()
 
 /// Level and time that variables without their own take: those of the command line, and the time
 /// of the first grid.
-void put_defaults(const GridShelf &shelf)
+void put_defaults(GridShelf *shelf)
 {
     int kind = kMissingInt;
     int value = kMissingInt;
@@ -59,9 +59,11 @@ void put_defaults(const GridShelf &shelf)
         PRM_set(kPrmLevelKind, kind);
         PRM_set(kPrmLevelValue, value);
     }
-    int time = shelf.grids().front().head.time;
+    int time = shelf->grids().front().head.time;
     if (const char *text = RES_get("time")) {
         VAR_time(text, &time);
+    } else {
+        shelf->let_default_time_vary();
     }
     PRM_set(kPrmTime, time);
 }
@@ -125,7 +127,7 @@ int main(int argc, char **argv)
     if (!open_files(&shelf)) {
         return kExitNoFile;
     }
-    put_defaults(shelf);
+    put_defaults(&shelf);
     VAR_open_file(nullptr);
     const bool is_named = RES_get("variable") != nullptr || RES_get("grid_num") != nullptr;
     const bool is_picture =

@@ -159,7 +159,7 @@ void start_commands()
 void set_values()
 {
     for (const std::string &word : RES_list("parameter")) {
-        if (const std::size_t sign = word.find('='); sign != std::string::npos) {
+        if (const size_t sign = word.find('='); sign != std::string::npos) {
             CHAN_set_value(state.window, word.substr(0, sign), word.substr(sign + 1));
         }
     }

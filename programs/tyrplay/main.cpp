@@ -86,7 +86,7 @@ bool is_playable(const std::string &path)
                 file ? "not a file" : std::strerror(errno));
         return false;
     }
-    const std::size_t count = std::fread(start.data(), 1, start.size() - 1, file.get());
+    const size_t count = std::fread(start.data(), 1, start.size() - 1, file.get());
     if (std::strncmp(start.data(), kMark, start.size() - 1) == 0) {
         return true;
     }
@@ -132,7 +132,7 @@ void play_all()
 {
     const int count = static_cast<int>(state.files.size());
     for (int i = 0; i < count; i++) {
-        const std::string &file = state.files[static_cast<std::size_t>(i)];
+        const std::string &file = state.files[static_cast<size_t>(i)];
         MSG_out(kMsgMess, "Playing: %s\n", file.c_str());
         gmessage(1, ("Metafile: " + file).c_str());
         const std::array<float, 4> panel = panel_of(i, count);
@@ -170,7 +170,7 @@ std::vector<std::string> playable_files()
     if (files.empty()) {
         files = asked_files();
     }
-    const std::size_t named = files.size();
+    const size_t named = files.size();
     std::erase_if(files, [](const std::string &path) { return !is_playable(path); });
     state.is_damaged = files.size() < named;
     return files;

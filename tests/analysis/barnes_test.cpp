@@ -72,7 +72,7 @@ class Plain {
     {
         const float left = -d_.dx * (kNx - 1) / 2.0F; // the window's corner, from the centre
         const float top = 40.0F + d_.dy * (kNy - 1) / 2.0F;
-        for (std::size_t k = 0; k < s_.x.size(); k++) {
+        for (size_t k = 0; k < s_.x.size(); k++) {
             s_.y[k] = is_missing(s_.x[k]) ? kMissing : (top - s_.y[k]) / d_.dy;
             s_.x[k] = is_missing(s_.x[k]) ? kMissing : (s_.x[k] - left) / d_.dx;
         }
@@ -99,7 +99,7 @@ class Plain {
             for (int i = 0; i < kNx; i++) {
                 double sum = 0.0, weight = 0.0;
                 int count = 0;
-                for (std::size_t k = 0; k < values.size(); k++) {
+                for (size_t k = 0; k < values.size(); k++) {
                     const double a = (s_.x[k] - static_cast<float>(i)) * d_.dx;
                     const double b = (s_.y[k] - static_cast<float>(j)) * d_.dy;
                     if (is_missing(s_.x[k]) || a * a + b * b > reach) {
@@ -117,7 +117,7 @@ class Plain {
                         count++;
                     }
                 }
-                double &point = (*grid)[static_cast<std::size_t>(j * kNx + i)];
+                double &point = (*grid)[static_cast<size_t>(j * kNx + i)];
                 point = weight == 0.0 || count < c_.minimum ? kMissing
                         : n == 1                            ? sum / weight
                                                             : point + sum / weight;
@@ -128,13 +128,13 @@ class Plain {
     std::vector<double> residuals(const std::vector<double> &grid) const
     {
         std::vector<double> out;
-        for (std::size_t k = 0; k < s_.x.size(); k++) {
+        for (size_t k = 0; k < s_.x.size(); k++) {
             double residual = kMissing;
             const float x = s_.x[k], y = s_.y[k];
             if (!is_missing(x) && x >= 0 && y >= 0 && x < kNx - 1 && y < kNy - 1 &&
                 !is_missing(s_.value[k])) {
                 const auto at = [&](int i, int j) {
-                    return grid[static_cast<std::size_t>(j * kNx + i)];
+                    return grid[static_cast<size_t>(j * kNx + i)];
                 };
                 const int i = static_cast<int>(x), j = static_cast<int>(y);
                 const double p = x - static_cast<float>(i), q = y - static_cast<float>(j);
@@ -185,25 +185,22 @@ std::vector<float> analyse(const Case &c, const DomainRec &domain, Stations s)
 TEST(Barnes, EqualsItsDefinition)
 {
     const Case cases[] = {
-        {"one wide pass",     4.0F,  1000.0F, 1, 0.2F, 1, kMissing},
-        {"three passes",      4.0F,  1000.0F, 3, 0.3F, 1, kMissing},
-        {"short radius",      1.0F,  1.4F,    1, 0.2F, 1, kMissing},
-        {"radius and passes", 2.0F,  2.5F,    4, 0.5F, 1, kMissing},
-        {"two at least",      2.0F,  1.2F,    2, 0.4F, 2, kMissing},
-        {"replaced",          3.0F,  3.0F,    2, 0.4F, 1, 5.0F    },
-        {"narrow filter",     0.05F, 6.0F,    1, 0.2F, 1, kMissing},
+        {"one wide pass", 4.0F, 1000.0F, 1, 0.2F, 1, kMissing},
+        {"three passes", 4.0F, 1000.0F, 3, 0.3F, 1, kMissing},
+        {"short radius", 1.0F, 1.4F, 1, 0.2F, 1, kMissing},
+        {"radius and passes", 2.0F, 2.5F, 4, 0.5F, 1, kMissing},
+        {"two at least", 2.0F, 1.2F, 2, 0.4F, 2, kMissing},
+        {"replaced", 3.0F, 3.0F, 2, 0.4F, 1, 5.0F},
+        {"narrow filter", 0.05F, 6.0F, 1, 0.2F, 1, kMissing},
     };
-    for (const auto &[dx, dy] : {
-             std::pair{1.5F, 0.75F},
-             std::pair{1.0F, 1.0F }
-    }) {
+    for (const auto &[dx, dy] : {std::pair{1.5F, 0.75F}, std::pair{1.0F, 1.0F}}) {
         for (const Case &c : cases) {
             SCOPED_TRACE(c.name);
             const DomainRec domain = flat_domain(dx, dy);
             const Stations stations = make_stations(60);
             const std::vector<float> ours = analyse(c, domain, stations);
             const std::vector<double> plain = Plain(c, domain, stations).analyse();
-            for (std::size_t k = 0; k < ours.size(); k++) {
+            for (size_t k = 0; k < ours.size(); k++) {
                 ASSERT_NEAR(ours[k], plain[k], 1e-4 + 1e-5 * std::fabs(plain[k])) << "point " << k;
             }
         }
@@ -232,8 +229,8 @@ TEST(Barnes, FewStationsAndOddOnes)
     }
     const Case three = {"", 1000.0F, 1000.0F, 3, 0.2F, 3, kMissing};
     const Stations odd[] = {
-        {{},                           {},                            {}                     }, // none
-        {{3.0F, 4.0F},                 {40.0F, 40.0F},                {1.0F, 2.0F}           }, // fewer than the minimum
+        {{}, {}, {}},                                 // none
+        {{3.0F, 4.0F}, {40.0F, 40.0F}, {1.0F, 2.0F}}, // fewer than the minimum
         {{NAN, INFINITY, 1e30F, 1.0F}, {40.0F, 40.0F, -1e30F, 40.0F}, {1.0F, 1.0F, 1.0F, NAN}},
     };
     for (const Stations &stations : odd) {

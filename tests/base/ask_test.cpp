@@ -28,14 +28,14 @@ TEST(Ask, ReadsOneWord)
         std::string answer;
         int asked; ///< how often
     } cases[] = {
-        {"word",                  "abc\n",                         20,   "abc",    1},
-        {"ends at a blank",       "  abc def\r\n",                 20,   "abc",    1},
-        {"cut to the size",       "abcdef\n",                      4,    "abc",    1},
-        {"size below two",        "abcdef\n",                      0,    "a",      1},
-        {"empty lines",           "\n  \nabc\n",                   20,   "abc",    3},
-        {"set in between",        "set asked = some value\nabc\n", 20,   "abc",    2},
-        {"long line is one line", long_line,                       4096, cut_line, 1},
-        {"no newline at the end", "abc",                           20,   "abc",    1},
+        {"word", "abc\n", 20, "abc", 1},
+        {"ends at a blank", "  abc def\r\n", 20, "abc", 1},
+        {"cut to the size", "abcdef\n", 4, "abc", 1},
+        {"size below two", "abcdef\n", 0, "a", 1},
+        {"empty lines", "\n  \nabc\n", 20, "abc", 3},
+        {"set in between", "set asked = some value\nabc\n", 20, "abc", 2},
+        {"long line is one line", long_line, 4096, cut_line, 1},
+        {"no newline at the end", "abc", 20, "abc", 1},
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.name);
@@ -86,12 +86,12 @@ TEST(Ask, ExitAndTheEndOfInputEndTheRun)
 constexpr int kFirst[] = {1, 0};
 constexpr int kSecond[] = {0, 1};
 constexpr MenuRow kRows[] = {
-    {"Return to previous menu", "prev",  0,  kFirst },
-    {"Wind barbs",              "wbrb",  11, kFirst },
-    {"----",                    "",      12, kFirst },
-    {"Hidden",                  "hide",  13, kSecond},
-    {"Speed",                   "spd",   14, kFirst },
-    {nullptr,                   nullptr, 0,  nullptr},
+    {"Return to previous menu", "prev", 0, kFirst},
+    {"Wind barbs", "wbrb", 11, kFirst},
+    {"----", "", 12, kFirst},
+    {"Hidden", "hide", 13, kSecond},
+    {"Speed", "spd", 14, kFirst},
+    {nullptr, nullptr, 0, nullptr},
 };
 
 TEST(Menu, SelectsByNumberWordOrText)
@@ -101,22 +101,22 @@ TEST(Menu, SelectsByNumberWordOrText)
         int flags, value;
         const char *answer;
     } cases[] = {
-        {"1",                    0, 11,          "wbrb"               },
-        {"3",                    0, 14,          "spd"                },
-        {"4",                    0, kMissingInt, "4"                  },
-        {"0",                    0, kMissingInt, "0"                  },
-        {"0",                    2, 0,           "0"                  },
-        {"-1",                   1, -1,          "-1"                 },
-        {"0",                    1, 0,           "0"                  },
-        {"SPD",                  0, 14,          "spd"                },
-        {"speed",                0, 14,          "spd"                },
-        {"hide",                 0, kMissingInt, "hide"               },
-        {"prev",                 0, 0,           "prev"               },
-        {"main",                 2, 0,           "main"               },
-        {"main",                 3, 0,           "main"               },
-        {"main",                 1, kMissingInt, "main"               },
+        {"1", 0, 11, "wbrb"},
+        {"3", 0, 14, "spd"},
+        {"4", 0, kMissingInt, "4"},
+        {"0", 0, kMissingInt, "0"},
+        {"0", 2, 0, "0"},
+        {"-1", 1, -1, "-1"},
+        {"0", 1, 0, "0"},
+        {"SPD", 0, 14, "spd"},
+        {"speed", 0, 14, "spd"},
+        {"hide", 0, kMissingInt, "hide"},
+        {"prev", 0, 0, "prev"},
+        {"main", 2, 0, "main"},
+        {"main", 3, 0, "main"},
+        {"main", 1, kMissingInt, "main"},
         {"99999999999999999999", 0, kMissingInt, "9999999999999999999"},
-        {"us,ne",                3, kMissingInt, "us,ne"              },
+        {"us,ne", 3, kMissingInt, "us,ne"},
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.typed);
@@ -146,11 +146,11 @@ TEST(Menu, ShowsOneColumnAndItsExtras)
         int flags;
         const char *tail;
     } cases[] = {
-        {0, "\n"                                                                          },
-        {1, "  0: Exit program                  \n\n"                                     },
-        {2, "  0: Return to previous menu       \n\n"                                     },
+        {0, "\n"},
+        {1, "  0: Exit program                  \n\n"},
+        {2, "  0: Return to previous menu       \n\n"},
         {3, "  0: Return to previous menu       \n -1: Exit program                  \n\n"},
-        {4, " 99: Help                          \n\n"                                     },
+        {4, " 99: Help                          \n\n"},
     };
     for (const auto &c : cases) {
         const std::string shown = with_input("", [&] { MENU_show("Title", kRows, 0, c.flags); });

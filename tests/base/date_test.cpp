@@ -153,22 +153,10 @@ TEST(Date, LabelsForecasts)
         int hours, use_days;
         const char *text;
     } cases[] = {
-        {0,     0, ""       },
-        {kNone, 1, ""       },
-        {6,     0, "6 hour" },
-        {12,    0, "12 hour"},
-        {12,    1, "0.5 day"},
-        {24,    1, "1 day"  },
-        {36,    1, "1.5 day"},
-        {60,    1, "2.5 day"},
-        {60,    0, "60 hour"},
-        {30,    1, "30 hour"},
-        {72,    0, "3 day"  },
-        {84,    0, "3.5 day"},
-        {78,    0, "78 hour"},
-        {805,   0, "5 day"  },
-        {903,   0, "3 month"},
-        {900,   0, "100 day"},
+        {0, 0, ""},         {kNone, 1, ""},     {6, 0, "6 hour"},    {12, 0, "12 hour"},
+        {12, 1, "0.5 day"}, {24, 1, "1 day"},   {36, 1, "1.5 day"},  {60, 1, "2.5 day"},
+        {60, 0, "60 hour"}, {30, 1, "30 hour"}, {72, 0, "3 day"},    {84, 0, "3.5 day"},
+        {78, 0, "78 hour"}, {805, 0, "5 day"},  {903, 0, "3 month"}, {900, 0, "100 day"},
     };
     for (const auto &c : cases) {
         char text[kDateTextRoom];

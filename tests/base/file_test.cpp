@@ -33,12 +33,9 @@ TEST(File, JoinsDirectoriesAndNames)
     const struct {
         const char *directory, *name, *joined;
     } cases[] = {
-        {"/a",    "b",   "/a/b"  },
-        {"/a/",   "b",   "/a/b"  },
-        {"",      "b",   "b"     },
-        {nullptr, "b",   "b"     },
+        {"/a", "b", "/a/b"},     {"/a/", "b", "/a/b"}, {"", "b", "b"}, {nullptr, "b", "b"},
 
-        {"/a",    "b/c", "/a/b/c"},
+        {"/a", "b/c", "/a/b/c"},
     };
     char out[kFileNameRoom];
     for (const auto &c : cases) {
@@ -59,11 +56,9 @@ TEST(File, ExpandsHomes)
     const struct {
         const char *name, *expanded;
     } cases[] = {
-        {"~",                      "/home/me"              },
-        {"~/x",                    "/home/me/x"            },
-        {"~root/x",                "/root/x"               },
-        {"~nobody_of_that_name/x", "~nobody_of_that_name/x"},
-        {"a~",                     "a~"                    },
+        {"~", "/home/me"},      {"~/x", "/home/me/x"},
+        {"~root/x", "/root/x"}, {"~nobody_of_that_name/x", "~nobody_of_that_name/x"},
+        {"a~", "a~"},
     };
     for (const auto &c : cases) {
         char out[kFileNameRoom];
@@ -110,10 +105,10 @@ TEST(File, PipesToACommand)
         std::string name, text;
         int closed;
     } cases[] = {
-        {"|cat > " + out,      "through the pipe", 0 },
-        {"|exit 3",            "",                 -1},
-        {"|exec 0<&-; exit 0", much,               -1},
-        {"/dev/full",          "lost",             -1},
+        {"|cat > " + out, "through the pipe", 0},
+        {"|exit 3", "", -1},
+        {"|exec 0<&-; exit 0", much, -1},
+        {"/dev/full", "lost", -1},
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.name);
@@ -131,12 +126,8 @@ TEST(File, KnowsItsOwnKinds)
         const char *bytes;
         int type;
     } cases[] = {
-        {"TYRSFC",              kFileSurface },
-        {"TYRUPA 1",            kFileUpperAir},
-        {"TYRRAW\nx",           kFileRaw     },
-        {"TYRGRID",             kFileGrid    },
-        {"TYRMETA\n\n\n\n\n\n", kFileMeta    },
-        {"TYRIMG2",             kFileImage   },
+        {"TYRSFC", kFileSurface}, {"TYRUPA 1", kFileUpperAir},        {"TYRRAW\nx", kFileRaw},
+        {"TYRGRID", kFileGrid},   {"TYRMETA\n\n\n\n\n\n", kFileMeta}, {"TYRIMG2", kFileImage},
     };
     const TempDir folder;
     for (const auto &c : cases) {
@@ -160,17 +151,17 @@ TEST(File, DecidesOnAnOutputFileThatExists)
         const char *answer; ///< null where nothing may be asked
         int result;
     } cases[] = {
-        {"use by parameter",       3,     0, 1, nullptr,  3},
-        {"append by parameter",    2,     0, 1, nullptr,  2},
-        {"batch",                  -9999, 1, 1, nullptr,  3},
-        {"parameter before batch", 1,     1, 1, nullptr,  1},
-        {"kind without question",  -9999, 0, 0, nullptr,  0},
-        {"yes",                    -9999, 0, 1, "Yes\n",  1},
-        {"over",                   -9999, 0, 2, "o\n",    1},
-        {"append",                 -9999, 0, 2, "app\n",  2},
-        {"append isn't offered",   -9999, 0, 1, "app\n",  3},
-        {"no",                     -9999, 0, 2, "n\n",    3},
-        {"anything else",          -9999, 0, 2, "what\n", 3},
+        {"use by parameter", 3, 0, 1, nullptr, 3},
+        {"append by parameter", 2, 0, 1, nullptr, 2},
+        {"batch", -9999, 1, 1, nullptr, 3},
+        {"parameter before batch", 1, 1, 1, nullptr, 1},
+        {"kind without question", -9999, 0, 0, nullptr, 0},
+        {"yes", -9999, 0, 1, "Yes\n", 1},
+        {"over", -9999, 0, 2, "o\n", 1},
+        {"append", -9999, 0, 2, "app\n", 2},
+        {"append isn't offered", -9999, 0, 1, "app\n", 3},
+        {"no", -9999, 0, 2, "n\n", 3},
+        {"anything else", -9999, 0, 2, "what\n", 3},
     };
     const TempDir folder;
     const std::string path = folder.write("file", "x");

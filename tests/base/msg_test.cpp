@@ -22,18 +22,18 @@ TEST(Msg, LevelWordsSetTheMask)
         unsigned mask;
         std::vector<const char *> words;
     } cases[] = {
-        {0,                     {"none", "warna", "errorc", "wurn"}       },
-        {0xF,                   {"print"}                                 },
-        {0x3F,                  {"error"}                                 },
-        {0x7F,                  {"warnc"}                                 },
-        {0xFF,                  {"warn", "WARN"}                          },
-        {0xFFF,                 {"mess", "-out1,-out2", "messages please"}},
-        {0x0003FFFF,            {"out2b"}                                 },
-        {0x008000FF,            {"warn,+out3d"}                           },
-        {0xFFFFFFFF,            {"debug"}                                 },
-        {kDefault | 0xF0000000, {"+debug"}                                },
-        {kDefault & ~0xFU,      {"-print"}                                },
-        {kDefault,              {"+wurn", "-", ""}                        },
+        {0, {"none", "warna", "errorc", "wurn"}},
+        {0xF, {"print"}},
+        {0x3F, {"error"}},
+        {0x7F, {"warnc"}},
+        {0xFF, {"warn", "WARN"}},
+        {0xFFF, {"mess", "-out1,-out2", "messages please"}},
+        {0x0003FFFF, {"out2b"}},
+        {0x008000FF, {"warn,+out3d"}},
+        {0xFFFFFFFF, {"debug"}},
+        {kDefault | 0xF0000000, {"+debug"}},
+        {kDefault & ~0xFU, {"-print"}},
+        {kDefault, {"+wurn", "-", ""}},
     };
     for (const auto &c : cases) {
         for (const char *words : c.words) {
@@ -93,11 +93,8 @@ TEST(Msg, SinksTakeTheText)
         int shown;
         std::string log; ///< what the log holds; '#' stands for a time stamp
     } cases[] = {
-        {"fi=",  0, "old\nnew 7\n"     },
-        {"+fi=", 1, "old\nnew 7\n"     },
-        {"-fi=", 1, "new 7\n"          },
-        {"dfi=", 1, "old\nnew 7\n"     },
-        {"@fi=", 1, "old\n# -- new 7\n"},
+        {"fi=", 0, "old\nnew 7\n"},  {"+fi=", 1, "old\nnew 7\n"},      {"-fi=", 1, "new 7\n"},
+        {"dfi=", 1, "old\nnew 7\n"}, {"@fi=", 1, "old\n# -- new 7\n"},
     };
     const TempDir folder;
     for (const auto &c : cases) {

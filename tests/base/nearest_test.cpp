@@ -12,9 +12,9 @@ TEST(Nearest, CountsEdits)
         size_t distance;
     } cases[] = {
         {"kitten", "sitting", 3},
-        {"wbrb",   "WBRB",    0},
-        {"",       "abc",     3},
-        {"wspd",   "wsdp",    2},
+        {"wbrb", "WBRB", 0},
+        {"", "abc", 3},
+        {"wspd", "wsdp", 2},
     };
     for (const auto &c : cases) {
         EXPECT_EQ(tyr::edit_distance(c.a, c.b), c.distance) << c.a << " " << c.b;

@@ -64,20 +64,13 @@ TEST(Convert, ReadsNumbersAndFlags)
         int result; ///< from 77 before
         int returned;
     } cases[] = {
-        {kResFlag,     nullptr,                1,          1},
-        {kResFlag,     "Yes",                  1,          1},
-        {kResFlag,     "OFF",                  0,          1},
-        {kResFlag,     "maybe",                77,         1},
-        {kResInt,      "-12",                  -12,        1},
-        {kResInt,      "+5",                   5,          1},
-        {kResInt,      "0xff",                 255,        1},
-        {kResInt,      "0XFFFFFFFF",           -1,         1},
-        {kResInt,      "x",                    77,         1},
-        {kResInt,      "",                     77,         1},
-        {kResInt,      nullptr,                77,         0},
-        {kResInt,      "99999999999999999999", 2147483647, 1},
-        {kResNameConv, "x",                    77,         0},
-        {99,           "1",                    77,         0},
+        {kResFlag, nullptr, 1, 1},  {kResFlag, "Yes", 1, 1},
+        {kResFlag, "OFF", 0, 1},    {kResFlag, "maybe", 77, 1},
+        {kResInt, "-12", -12, 1},   {kResInt, "+5", 5, 1},
+        {kResInt, "0xff", 255, 1},  {kResInt, "0XFFFFFFFF", -1, 1},
+        {kResInt, "x", 77, 1},      {kResInt, "", 77, 1},
+        {kResInt, nullptr, 77, 0},  {kResInt, "99999999999999999999", 2147483647, 1},
+        {kResNameConv, "x", 77, 0}, {99, "1", 77, 0},
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.value ? c.value : "(null)");
@@ -125,11 +118,7 @@ TEST(Convert, HandsOutTexts)
     RES_convert(std::string(4000, 'x').c_str(), copy, kResTextCopy);
     EXPECT_EQ(std::string(copy).size(), kTextCopyRoom - 1);
     for (const auto &[given, made] : std::vector<std::pair<const char *, const char *>>{
-             {"/a",   "/a/"},
-             {"/a/",  "/a/"},
-             {"NONE", ""   },
-             {"",     ""   }
-    }) {
+             {"/a", "/a/"}, {"/a/", "/a/"}, {"NONE", ""}, {"", ""}}) {
         char *path = nullptr;
         RES_convert(given, &path, kResPath);
         EXPECT_STREQ(path, made);
@@ -144,22 +133,14 @@ TEST(Convert, KnowsDevicesPlotTypesAndFileParameters)
         const char *value;
         int slot, result;
     } cases[] = {
-        {kResDevice,    "Ps",     kPrmDevice,    4    },
-        {kResDevice,    "q,x",    kPrmDevice,    5    },
-        {kResDevice,    "H",      kPrmDevice,    5    },
-        {kResDevice,    "m",      kPrmDevice,    3    },
-        {kResDevice,    "w",      kPrmDevice,    6    },
-        {kResDevice,    "",       kPrmDevice,    1    },
-        {kResDevice,    "d",      kPrmDevice,    1    },
-        {kResPlotType,  "RAW",    kPrmPlotType,  0    },
-        {kResPlotType,  "stream", kPrmPlotType,  23   },
-        {kResPlotType,  "hodo",   kPrmPlotType,  69   },
-        {kResPlotType,  "none",   kPrmPlotType,  99   },
-        {kResPlotType,  "what",   kPrmPlotType,  -9999},
-        {kResFileParam, "reuse",  kPrmFileParam, 3    },
-        {kResFileParam, "Calc",   kPrmFileParam, 1    },
-        {kResFileParam, "app",    kPrmFileParam, 2    },
-        {kResFileParam, "other",  kPrmFileParam, -9999},
+        {kResDevice, "Ps", kPrmDevice, 4},          {kResDevice, "q,x", kPrmDevice, 5},
+        {kResDevice, "H", kPrmDevice, 5},           {kResDevice, "m", kPrmDevice, 3},
+        {kResDevice, "w", kPrmDevice, 6},           {kResDevice, "", kPrmDevice, 1},
+        {kResDevice, "d", kPrmDevice, 1},           {kResPlotType, "RAW", kPrmPlotType, 0},
+        {kResPlotType, "stream", kPrmPlotType, 23}, {kResPlotType, "hodo", kPrmPlotType, 69},
+        {kResPlotType, "none", kPrmPlotType, 99},   {kResPlotType, "what", kPrmPlotType, -9999},
+        {kResFileParam, "reuse", kPrmFileParam, 3}, {kResFileParam, "Calc", kPrmFileParam, 1},
+        {kResFileParam, "app", kPrmFileParam, 2},   {kResFileParam, "other", kPrmFileParam, -9999},
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.value);

@@ -13,13 +13,13 @@ TEST(Str, SplitsAsTold)
         const char *name, *text;
         std::vector<std::string> pieces;
     } cases[] = {
-        {"plain",               "a,b,c",  {"a", "b", "c"}},
-        {"one",                 "abc",    {"abc"}        },
-        {"empty in the middle", "a,,b",   {"a", "", "b"} },
-        {"leading",             ",a",     {"", "a"}      },
-        {"trailing run",        "a,b,,,", {"a", "b"}     },
-        {"only separators",     ",,,",    {""}           },
-        {"blanks stay",         " a , b", {" a ", " b"}  },
+        {"plain", "a,b,c", {"a", "b", "c"}},
+        {"one", "abc", {"abc"}},
+        {"empty in the middle", "a,,b", {"a", "", "b"}},
+        {"leading", ",a", {"", "a"}},
+        {"trailing run", "a,b,,,", {"a", "b"}},
+        {"only separators", ",,,", {""}},
+        {"blanks stay", " a , b", {" a ", " b"}},
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.name);
@@ -63,14 +63,14 @@ TEST(Str, EditsInPlace)
         void (*edit)(char *);
         const char *before, *after;
     } cases[] = {
-        {"clean line",      STR_clean_line,                                 "a\r b  \r\n",  "a b"   },
-        {"clean nothing",   STR_clean_line,                                 "  \n",         ""      },
-        {"trailing blanks", STR_strip_trailing,                             " a b   ",      " a b"  },
-        {"carriage return", STR_strip_cr,                                   "a\rb\r\r",     "a\rb"  },
-        {"unescape",        STR_unescape,                                   "a\\,b\\\\c\\", "a,b\\c"},
-        {"lower",           [](char *t) { STR_lower(t); },                  "AbZ-19",       "abz-19"},
-        {"replace",         [](char *t) { STR_replace_char(t, '_', ' '); }, "_a_b",         " a b"  },
-        {"remove",          [](char *t) { STR_remove_char(t, 'a'); },       "banana",       "bnn"   },
+        {"clean line", STR_clean_line, "a\r b  \r\n", "a b"},
+        {"clean nothing", STR_clean_line, "  \n", ""},
+        {"trailing blanks", STR_strip_trailing, " a b   ", " a b"},
+        {"carriage return", STR_strip_cr, "a\rb\r\r", "a\rb"},
+        {"unescape", STR_unescape, "a\\,b\\\\c\\", "a,b\\c"},
+        {"lower", [](char *t) { STR_lower(t); }, "AbZ-19", "abz-19"},
+        {"replace", [](char *t) { STR_replace_char(t, '_', ' '); }, "_a_b", " a b"},
+        {"remove", [](char *t) { STR_remove_char(t, 'a'); }, "banana", "bnn"},
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.name);
@@ -98,15 +98,9 @@ TEST(Str, PrintsRealsWithTheDigitsOfTheirSize)
         float value;
         const char *text;
     } cases[] = {
-        {"2.2.0", 5.0F,     "5.0"  },
-        {"2.2.0", 10.0F,    "10"   },
-        {"2.2.0", 0.5F,     "0.50" },
-        {"2.2.0", -40.0F,   "-40"  },
-        {"2.2.0", 0.0F,     " 0"   },
-        {"2.2.0", 1e-6F,    " 0"   },
-        {"5.3.1", 12.34F,   " 12.3"},
-        {"1.2.0", 1500.0F,  "1500" },
-        {"0.4.2", 3.14159F, "3.142"},
+        {"2.2.0", 5.0F, "5.0"},     {"2.2.0", 10.0F, "10"},     {"2.2.0", 0.5F, "0.50"},
+        {"2.2.0", -40.0F, "-40"},   {"2.2.0", 0.0F, " 0"},      {"2.2.0", 1e-6F, " 0"},
+        {"5.3.1", 12.34F, " 12.3"}, {"1.2.0", 1500.0F, "1500"}, {"0.4.2", 3.14159F, "3.142"},
     };
     for (const auto &c : cases) {
         char out[kRealTextRoom];
@@ -160,10 +154,10 @@ TEST(Bytes, SwapsByTheOrderOfTheData)
         int order;
         bool swaps; ///< on a little-endian host
     } cases[] = {
-        {"big-endian data",    1,  true },
-        {"little-endian data", 2,  false},
-        {"never",              -1, false},
-        {"any other",          7,  true },
+        {"big-endian data", 1, true},
+        {"little-endian data", 2, false},
+        {"never", -1, false},
+        {"any other", 7, true},
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.name);

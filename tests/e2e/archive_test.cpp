@@ -73,9 +73,9 @@ struct Archive : testing::Test {
                         " drawn without: PROF_read_header: " + damaged + ": cut short,";
         }
         std::string shortened; // without how many reports were whole
-        for (std::size_t at = 0; at < missing.size(); at = missing.find('\n', at) + 1) {
+        for (size_t at = 0; at < missing.size(); at = missing.find('\n', at) + 1) {
             const std::string line = missing.substr(at, missing.find('\n', at) - at);
-            const std::size_t behind = line.find(" cut short,");
+            const size_t behind = line.find(" cut short,");
             shortened += behind == std::string::npos ? line + "\n" : line.substr(0, behind + 11);
         }
         EXPECT_EQ(shortened, expected);

@@ -16,8 +16,8 @@ void expect_picture(const std::string &program, const std::string &prefix, const
             {.folder = dir.path()});
     ASSERT_EQ(drawn.code, 0) << drawn.out << drawn.err;
     const std::string text = read_file(picture);
-    std::size_t strokes = 0;
-    for (std::size_t at = text.find("stroke"); at != std::string::npos;
+    size_t strokes = 0;
+    for (size_t at = text.find("stroke"); at != std::string::npos;
          at = text.find("stroke", at + 1)) {
         strokes++;
     }

@@ -64,10 +64,8 @@ struct LoopWindow : testing::Test {
     }
     RunOptions there() const
     {
-        return {
-            .env = {"DISPLAY=" + screen.name(), "XDG_RUNTIME_DIR=" + dir.path()},
-            .folder = dir.path()
-        };
+        return {.env = {"DISPLAY=" + screen.name(), "XDG_RUNTIME_DIR=" + dir.path()},
+                .folder = dir.path()};
     }
     RunResult draw_map(const std::string &file, const std::vector<std::string> &more = {}) const
     {
@@ -187,7 +185,7 @@ TEST_F(LoopWindow, RocksToAndFro)
     std::vector<int> order;
     comes_true([&] {
         const std::string name = user.title();
-        const std::size_t place = name.find('[');
+        const size_t place = name.find('[');
         const int frame = place == std::string::npos ? -1 : std::stoi(name.substr(place + 1));
         if (frame >= 0 && (order.empty() || order.back() != frame)) {
             order.push_back(frame);
@@ -195,7 +193,7 @@ TEST_F(LoopWindow, RocksToAndFro)
         return order.size() > 7;
     });
     ASSERT_GT(order.size(), 7U);
-    for (std::size_t i = order.size() - 5; i + 1 < order.size(); i++) {
+    for (size_t i = order.size() - 5; i + 1 < order.size(); i++) {
         EXPECT_EQ(std::abs(order[i + 1] - order[i]), 1) << "no jump from the last to the first";
     }
     user.press_key("q", true);

@@ -19,13 +19,13 @@ TEST(Manual, TablesAreThoseOfTheCode)
 TEST(Manual, OptionsOfEachProgramAreInTheTable)
 {
     const std::string text = read_file(TYR_SOURCE_DIR "/docs/manual/options.md");
-    for (const char *program : {"profiler", "tyrplay", "tyrloop"}) {
+    for (const auto &folder : std::filesystem::directory_iterator(TYR_SOURCE_DIR "/programs")) {
+        const std::string program = folder.path().filename().string();
         SCOPED_TRACE(program);
-        const RunResult table =
-            run({std::string(TYR_BINARY_DIR "/bin/") + program, "--option-table"});
+        const RunResult table = run({TYR_BINARY_DIR "/bin/" + program, "--option-table"});
         ASSERT_EQ(table.code, 0);
         int count = 0;
-        for (std::size_t at = 0; at < table.out.size(); at = table.out.find('\n', at) + 1) {
+        for (size_t at = 0; at < table.out.size(); at = table.out.find('\n', at) + 1) {
             const std::string key = table.out.substr(at, table.out.find('\t', at) - at);
             EXPECT_NE(text.find("| `-" + key + "` |"), std::string::npos) << key;
             count++;

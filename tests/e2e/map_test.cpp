@@ -148,14 +148,11 @@ TEST(LevelMap, CoastStandsInItsPlace)
         const char *name;
         double lat, lon;
     } places[] = {
-  // capes and corners, from the US Geological Survey's place names and state boundaries
-        {"Cape Hatteras",    35.22,  -75.53  },
-        {"Cape Mendocino",   40.44,  -124.41 },
-        {"Cape Flattery",    48.38,  -124.72 },
-        {"Point Conception", 34.45,  -120.47 },
-        {"Four Corners",     36.999, -109.045},
-        {"Cape Canaveral",   28.46,  -80.53  },
-        {"Point Pelee",      41.91,  -82.51  },
+        // capes and corners, from the US Geological Survey's place names and state boundaries
+        {"Cape Hatteras", 35.22, -75.53},   {"Cape Mendocino", 40.44, -124.41},
+        {"Cape Flattery", 48.38, -124.72},  {"Point Conception", 34.45, -120.47},
+        {"Four Corners", 36.999, -109.045}, {"Cape Canaveral", 28.46, -80.53},
+        {"Point Pelee", 41.91, -82.51},
     };
     const UsMap map;
     for (const auto &p : places) {
@@ -182,23 +179,24 @@ TEST(LevelMap, DomainsOfAllKindsAndBadOnes)
         int code;
         const char *said;
     } cases[] = {
-        {{},                                     0,  ""                                                   }, // the first region
-        {{"-re", "world", "-pp", "lalo:30:30"},  0,  ""                                                   },
-        {{"-re", "west"},                        0,  ""                                                   },
-        {{"-pd", "ps:-90:0,-90,0,25,17,5,5"},    0,  ""                                                   },
-        {{"-pd", "merc,0,180,25,17,9,9"},        0,  ""                                                   },
-        {{"-pd", "latlon,0,0,1e30,1e30"},        0,  nullptr                                              },
-        {{"-pd", "latlon,0,0,999999999,2,1,1"},  0,  nullptr                                              },
-        {{"-pd", "39,-97,1e-30"},                0,  nullptr                                              },
+        {{}, 0, ""}, // the first region
+        {{"-re", "world", "-pp", "lalo:30:30"}, 0, ""},
+        {{"-re", "west"}, 0, ""},
+        {{"-pd", "ps:-90:0,-90,0,25,17,5,5"}, 0, ""},
+        {{"-pd", "merc,0,180,25,17,9,9"}, 0, ""},
+        {{"-pd", "latlon,0,0,1e30,1e30"}, 0, nullptr},
+        {{"-pd", "latlon,0,0,999999999,2,1,1"}, 0, nullptr},
+        {{"-pd", "39,-97,1e-30"}, 0, nullptr},
         {{"-re", "us", "-pp", "lalo:1e-9:1e-9"},
-         0,                                          "MAP_draw_lalo: no lines at intervals 1e-09, 1e-09\n"},
-        {{"-re", "nowhere"},                     43, "Invalid domain\n"                                   },
-        {{"-pd", "39,-97,0"},                    43, "Invalid domain\n"                                   },
-        {{"-pd", "39,-97,25,1,1"},               43, "Invalid domain\n"                                   },
-        {{"-pd", "none"},                        43, "Invalid domain\n"                                   },
-        {{"-pd", "miss"},                        43, "Invalid domain\n"                                   },
-        {{"-pd", "39,x"},                        43, "DOM_decode: Invalid plot domain\nInvalid domain\n"  },
-        {{"-pd", "39,inf,nan"},                  43, "DOM_decode: Invalid plot domain\nInvalid domain\n"  },
+         0,
+         "MAP_draw_lalo: no lines at intervals 1e-09, 1e-09\n"},
+        {{"-re", "nowhere"}, 43, "Invalid domain\n"},
+        {{"-pd", "39,-97,0"}, 43, "Invalid domain\n"},
+        {{"-pd", "39,-97,25,1,1"}, 43, "Invalid domain\n"},
+        {{"-pd", "none"}, 43, "Invalid domain\n"},
+        {{"-pd", "miss"}, 43, "Invalid domain\n"},
+        {{"-pd", "39,x"}, 43, "DOM_decode: Invalid plot domain\nInvalid domain\n"},
+        {{"-pd", "39,inf,nan"}, 43, "DOM_decode: Invalid plot domain\nInvalid domain\n"},
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.words.empty() ? "no domain" : c.words.back());

@@ -55,7 +55,7 @@ void expect_same_section(const std::string &played, const std::string &direct)
     EXPECT_EQ(a.columns.size(), b.columns.size());
     ASSERT_EQ(a.barbs.size(), b.barbs.size());
     EXPECT_GT(a.barbs.size(), 80U);
-    for (std::size_t i = 0; i < a.barbs.size(); i++) {
+    for (size_t i = 0; i < a.barbs.size(); i++) {
         SCOPED_TRACE(i);
         EXPECT_EQ(a.barbs[i].column, b.barbs[i].column);
         EXPECT_EQ(a.barbs[i].height, b.barbs[i].height);
@@ -85,7 +85,7 @@ TEST_F(Play, PicturesStandSideBySide)
         std::filesystem::copy(first, dir.file(name));
     }
     ASSERT_EQ(play({"-de", "p,one.ps,color", "s.met"}).code, 0);
-    const std::size_t strokes = read_ps(read_file(dir.file("one.ps"))).strokes.size();
+    const size_t strokes = read_ps(read_file(dir.file("one.ps"))).strokes.size();
     ASSERT_EQ(play({"-pp", "cols=2", "-de", "p,three.ps,color", "s.met", "t.met", "u.met"}).code,
               0);
     const PsPage page = read_ps(read_file(dir.file("three.ps")));
@@ -105,7 +105,7 @@ TEST_F(Play, PicturesStandSideBySide)
     ASSERT_EQ(play({"-pp", "over", "-de", "p,over.ps,color", "s.met", "t.met"}).code, 0);
     const std::vector<PsStroke> both = read_ps(read_file(dir.file("over.ps"))).strokes;
     ASSERT_EQ(both.size(), 2 * strokes);
-    for (std::size_t i = 0; i < strokes; i++) {
+    for (size_t i = 0; i < strokes; i++) {
         ASSERT_EQ(both[i].points, both[i + strokes].points);
         ASSERT_EQ(both[i].rgb, both[i + strokes].rgb) << "the first picture's colours don't leak";
     }
@@ -123,14 +123,14 @@ TEST_F(Play, FilesThatArentWholeAreToldAndTheRestIsPlayed)
     const struct {
         const char *name, *told;
     } cases[] = {
-        {"absent",  "absent: No such file or directory\n"     },
-        {"empty",   "empty: is empty\n"                       },
-        {"text",    "text: not a metafile"                    },
-        {"obs",     "obs: "                                   },
-        {"binary",  "binary: a binary metafile"               },
-        {"cut",     "1 damaged records, the first in line"    },
-        {"numbers", "3 damaged records, the first in line"    },
-        {"flat",    "1 damaged records, the first in line 2: "},
+        {"absent", "absent: No such file or directory\n"},
+        {"empty", "empty: is empty\n"},
+        {"text", "text: not a metafile"},
+        {"obs", "obs: "},
+        {"binary", "binary: a binary metafile"},
+        {"cut", "1 damaged records, the first in line"},
+        {"numbers", "3 damaged records, the first in line"},
+        {"flat", "1 damaged records, the first in line 2: "},
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.name);

@@ -199,8 +199,8 @@ TEST(Section, WalksADirectoryByTheNameConvention)
         run_profiler({"-va", "wbrb", "-id", "PLTC2", "-nh", "-6", "-cu", "#20261122la", "-dp",
                       dir.file("data"), "-de", "p," + dir.file("s.ps")});
     ASSERT_EQ(result.code, 0) << result.err << result.out;
-    EXPECT_EQ(result.err, "PROF_open: " + files[9] +
-                              ": No such file or directory\nPLTC2 not found\n");
+    EXPECT_EQ(result.err,
+              "PROF_open: " + files[9] + ": No such file or directory\nPLTC2 not found\n");
     const DrawnSection section = read_section(read_file(dir.file("s.ps")), {.columns = 8.0});
     ASSERT_EQ(section.error, "");
     std::vector<std::string> expected(files.end() - 7, files.end());
@@ -262,13 +262,13 @@ TEST(Section, DrawsRealFiles)
         int code = 0;
     };
     const Case cases[] = {
-        {"profiler/99303_0300_npn_hourly.nc",           "RWDN1", false},
-        {"profiler/2009-11-19_1500_npn_hourly.nc",      "LMNO2", true },
-        {"profiler_other/2005279_2000_rass_6min.nc",    "PLTC2", false},
+        {"profiler/99303_0300_npn_hourly.nc", "RWDN1", false},
+        {"profiler/2009-11-19_1500_npn_hourly.nc", "LMNO2", true},
+        {"profiler_other/2005279_2000_rass_6min.nc", "PLTC2", false},
         {"profiler_other/Profiler-ncss_station-dim.nc", "PLTC2", false, 11},
-        {"profiler_other/madis-raob.nc",                "PLTC2", false, 11},
-        {"bufr/iupt01.bufr",                            "74753", false},
-        {"bufr/profiler_european.bufr",                 "74533", false, 11},
+        {"profiler_other/madis-raob.nc", "PLTC2", false, 11},
+        {"bufr/iupt01.bufr", "74753", false},
+        {"bufr/profiler_european.bufr", "74533", false, 11},
     };
     const TempDir dir;
     std::map<std::string, size_t> barbs;

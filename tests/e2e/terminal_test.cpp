@@ -80,9 +80,9 @@ TEST_F(AtTerminal, ExitEndsAtAnyPrompt)
         std::vector<std::string> words;
     };
     const Case cases[] = {
-        {"Enter the profiler filename: ", {}                         },
-        {"Enter the stations: ",          {files_[0]}                },
-        {"Enter the variable: ",          {"-id", "PLTC2", files_[0]}},
+        {"Enter the profiler filename: ", {}},
+        {"Enter the stations: ", {files_[0]}},
+        {"Enter the variable: ", {"-id", "PLTC2", files_[0]}},
     };
     for (const Case &c : cases) {
         SCOPED_TRACE(c.prompt);

@@ -69,10 +69,8 @@ TEST(TestPage, IsAsItWas)
         const char *golden;
         const char *words;
     };
-    const Case cases[] = {
-        {"test_page_color.txt",         ",color"},
-        {"test_page_grey_portrait.txt", ",port" }
-    };
+    const Case cases[] = {{"test_page_color.txt", ",color"},
+                          {"test_page_grey_portrait.txt", ",port"}};
     for (const Case &c : cases) {
         SCOPED_TRACE(c.golden);
         const TempDir dir;

@@ -8,8 +8,10 @@
 
 #include "support/program.h"
 #include "support/ps_reader.h"
+#include "support/screen.h"
 #include "support/shared_data.h"
 #include "support/temp_dir.h"
+#include "support/window_user.h"
 #include "tyr/base/str.h"
 
 namespace {
@@ -94,8 +96,8 @@ TEST_F(Tyrgrid, WorksOutExpressions)
         const char *expression, *line;
     } cases[] = {
         {"wspd(:500:uwnd,:500:vwnd)[knt]", "1 500 mb 6 wspd knt 5 x 4 9.71922 to 9.71922"},
-        {":500:temp:C",                    "1 500 mb 6 temp C 5 x 4 -23.15 to 16.85"     },
-        {"sub(500:temp,#250)",             "1 500 mb 6 - K 5 x 4 0 to 40"             },
+        {":500:temp:C", "1 500 mb 6 temp C 5 x 4 -23.15 to 16.85"},
+        {"sub(500:temp,#250)", "1 500 mb 6 - K 5 x 4 0 to 40"},
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.expression);
@@ -114,12 +116,7 @@ TEST_F(Tyrgrid, EveryWritableKindKeepsTheGrids)
     const struct {
         const char *name, *kind;
     } cases[] = {
-        {"b.nc",  "netcdf"},
-        {"c.bin", "binary"},
-        {"d",     "text"  },
-        {"e",     "netcdf"},
-        {"f.grd", "text"  }
-    };
+        {"b.nc", "netcdf"}, {"c.bin", "binary"}, {"d", "text"}, {"e", "netcdf"}, {"f.grd", "text"}};
     for (const auto &c : cases) {
         SCOPED_TRACE(c.name);
         const std::string out = dir_.file(c.name);
@@ -219,17 +216,19 @@ TEST_F(Tyrgrid, TellsInOneLineWhatIsWrong)
         int code;
         std::string told;
     } cases[] = {
-        {{absent},                                                10, absent + ": there is no such file\n"                           },
-        {{damaged},                                               10, damaged + ": not a grid file that can be read\n"               },
-        {{"-ba"},                                                 10, "No grid file was named\n"                                     },
+        {{absent}, 10, absent + ": there is no such file\n"},
+        {{damaged}, 10, damaged + ": not a grid file that can be read\n"},
+        {{"-ba"}, 10, "No grid file was named\n"},
         {{"-va", ":850:temp", file},
-         11,                                                          "GRD_evaluate: No grid of temp at 6 h 850 mb in " + file + "\n"},
-        {{"-va", "nofunc(:500:temp)", file},                      11, "GRD_math: Math function not available: nofunc\n"              },
-        {{"-gn", "5", file},                                      11, file + ": no grid 5 among 4\n"                                 },
-        {{"-le", "850", file},                                    11, file + ": no grid at this level and time\n"                    },
-        {{"-va", ":500:temp", "-pd", "latlon,0,0,0,0,1,1", file}, 43, "Invalid domain\n"                                             },
+         11,
+         "GRD_evaluate: No grid of temp at 6 h 850 mb in " + file + "\n"},
+        {{"-va", "nofunc(:500:temp)", file}, 11, "GRD_math: Math function not available: nofunc\n"},
+        {{"-gn", "5", file}, 11, file + ": no grid 5 among 4\n"},
+        {{"-le", "850", file}, 11, file + ": no grid at this level and time\n"},
+        {{"-va", ":500:temp", "-pd", "latlon,0,0,0,0,1,1", file}, 43, "Invalid domain\n"},
         {{"-ou", "grib", "-of", "x", file},
-         12,                                                          "grib: not a kind of grid file that can be written\n"          },
+         12,
+         "grib: not a kind of grid file that can be written\n"},
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.told);
@@ -263,6 +262,28 @@ TEST_F(Tyrgrid, RealModelsAreConvertedAndDrawn)
         const PsPage page = draw(file, words);
         EXPECT_GT(page.strokes.size(), 500U);
     }
+}
+
+TEST_F(Tyrgrid, AWindowIsZoomedAndGoesBack)
+{
+    const VirtualScreen screen;
+    NEED_SCREEN(screen);
+    const std::string file = dir_.write("a.grd", sample());
+    WindowUser user(screen,
+                    {"-de", "d", "-ti", "Grid", "-me", "mess", "-va",
+                     ":500:temp,:500:hght:m:ln:in=30,:500:<uwnd,vwnd>[knt:barb]", file},
+                    dir_.file("log"), "tyrgrid");
+    ASSERT_TRUE(user.sees_window("Grid")) << read_file(dir_.file("log"));
+    const Picture first = user.look();
+    user.drag(200, 150, 400, 300);
+    const Picture near = user.look();
+    EXPECT_GT(near.differences(first), 5000);
+    user.press_key("u", true);
+    EXPECT_EQ(user.look().differences(first), 0);
+    user.resize(500, 400);
+    EXPECT_EQ(user.look().width, 500);
+    user.press_key("Return");
+    EXPECT_EQ(user.wait_for_exit(), 0) << read_file(dir_.file("log"));
 }
 
 } // namespace

@@ -88,7 +88,7 @@ TEST_F(HeldWindow, TitlesThatNameNoFile)
         const char *title, *file;
     } cases[] = {
         {"a/b c", "a_b_c.gif"},
-        {"..",    "plot.gif" },
+        {"..", "plot.gif"},
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.title);

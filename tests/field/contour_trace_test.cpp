@@ -111,14 +111,8 @@ TEST(ContourTrace, SaddleJoinsByItsSum)
         bool cuts_lower_left;
     };
     // corners lower left and upper right 1, the others 0: the sum at a level is 4 - 4 level
-    constexpr Case kCases[] = {
-        {"above", 0.3F, false},
-        {"at",    0.5F, false},
-        {"below", 0.7F, true }
-    };
-    const Sample s{
-        2, 2, {0.0F, 1.0F, 1.0F, 0.0F}
-    };
+    constexpr Case kCases[] = {{"above", 0.3F, false}, {"at", 0.5F, false}, {"below", 0.7F, true}};
+    const Sample s{2, 2, {0.0F, 1.0F, 1.0F, 0.0F}};
     for (const Case &c : kCases) {
         SCOPED_TRACE(c.name);
         int lines = 0;
@@ -166,9 +160,7 @@ TEST(ContourTrace, HolesAndOddFields)
     EXPECT_NEAR(band_area(s, 0.0F, 100.0F), 21.0, 1e-5);
     s.values[15] = INFINITY;
     EXPECT_NEAR(band_area(s, 0.0F, 100.0F), 19.0, 1e-5);
-    const Sample row{
-        5, 1, {1, 2, 3, 4, 5}
-    };
+    const Sample row{5, 1, {1, 2, 3, 4, 5}};
     EXPECT_EQ(band_area(row, 0.0F, 9.0F), 0.0);
     EXPECT_EQ(lines_of(row, 3.0F).count, 0);
 }

@@ -59,10 +59,7 @@ struct ColourLook {
 
 PsPage draw(int proj, const std::vector<SoundLevel> &sound, const ParcelPath *path, int *result)
 {
-    constexpr ColourLook kLooks[] = {
-        {"color_temp", "#FF0000:w1"},
-        {"color_dewp", "#00FF00:w1"}
-    };
+    constexpr ColourLook kLooks[] = {{"color_temp", "#FF0000:w1"}, {"color_dewp", "#00FF00:w1"}};
     for (const ColourLook &c : kLooks)
         RES_put(c.resource, c.look);
     PlotSession plot;
@@ -99,12 +96,9 @@ TEST(SoundingPlot, NumbersNameTheLinesTheyStandAt)
         const char *text;
         double x, y; // of the line's end; Missing: not looked at
     } cases[] = {
-        {"500", M,          skewed(0, 500)[1]},
-        {"850", M,          skewed(0, 850)[1]},
-        {"100", M,          skewed(0, 100)[1]},
-        {"0",   skewed(0,   1050)[0], M      },
-        {"-20", skewed(-20, 1050)[0], M      },
-        {"30",  skewed(30,  1050)[0], M      },
+        {"500", M, skewed(0, 500)[1]},    {"850", M, skewed(0, 850)[1]},
+        {"100", M, skewed(0, 100)[1]},    {"0", skewed(0, 1050)[0], M},
+        {"-20", skewed(-20, 1050)[0], M}, {"30", skewed(30, 1050)[0], M},
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.text);
@@ -153,13 +147,11 @@ TEST(SoundingPlot, BarbsStandAtTheHeightOfTheirPressure)
     const std::vector<SoundLevel> sound = warm_sounding();
     THERM_plot_diagram(kProjSkewT, kArea.data(), nullptr, 0, nullptr);
     RES_put("color_wind", "#0000FF");
-    const SoundLevel winds[] = {
-        {1000, 0,     M, M, 270, 20},
-        {999,  9,     M, M, 270, 20}, // too near
-        {700,  3000,  M, M, M,   M },
-        {500,  5600,  M, M, 270, 50},
-        {50,   20000, M, M, 270, 50}
-    }; // off the diagram
+    const SoundLevel winds[] = {{1000, 0, M, M, 270, 20},
+                                {999, 9, M, M, 270, 20}, // too near
+                                {700, 3000, M, M, M, M},
+                                {500, 5600, M, M, 270, 50},
+                                {50, 20000, M, M, 270, 50}}; // off the diagram
     EXPECT_EQ(THERM_plot_barbs(0.55F, 0.02F, 0.01F, winds, 5, sound.data(), 17), 2);
     const PsPage page = plot.finish();
     int staffs = 0;
@@ -186,13 +178,11 @@ TEST(SoundingPlot, BadSoundingsGiveAPageAllTheSame)
 {
     const float nan = std::numeric_limits<float>::quiet_NaN();
     const float far = 3e38F;
-    const SoundLevel levels[] = {
-        {M,      M,    M,   M,    M,   M  },
-        {nan,    nan,  nan, nan,  nan, nan},
-        {850,    1500, 10,  5,    200, 20 },
-        {1e-30F, 0,    far, -far, far, far},
-        {0,      0,    0,   0,    0,   0  }
-    };
+    const SoundLevel levels[] = {{M, M, M, M, M, M},
+                                 {nan, nan, nan, nan, nan, nan},
+                                 {850, 1500, 10, 5, 200, 20},
+                                 {1e-30F, 0, far, -far, far, far},
+                                 {0, 0, 0, 0, 0, 0}};
     for (const SoundLevel &level : levels) {
         SCOPED_TRACE(level.p);
         const std::vector<SoundLevel> sound(12, level);
@@ -214,10 +204,7 @@ TEST(Hodograph, PointsStandWhereTheWindGoes)
     PlotSession plot;
     // 30 knots from the west, from the south, and calm; rings of 10 to 40 knots
     const SoundLevel winds[] = {
-        {1000, 100,  M, M, 270, 30},
-        {900,  1000, M, M, 180, 30},
-        {850,  1500, M, M, 0,   0 }
-    };
+        {1000, 100, M, M, 270, 30}, {900, 1000, M, M, 180, 30}, {850, 1500, M, M, 0, 0}};
     const float storm[2] = {M, M};
     EXPECT_EQ(THERM_plot_hodograph(kArea.data(), winds, 3, storm, 6000.0F), 3);
     const PsPage page = plot.finish();
@@ -225,11 +212,7 @@ TEST(Hodograph, PointsStandWhereTheWindGoes)
     ASSERT_EQ(curve.size(), 1U);
     ASSERT_EQ(curve[0].points.size(), 3U);
     // the square of 0.4 in the middle of the area; 40 knots are 0.2
-    const PsPoint expected[] = {
-        {0.3 + 0.15, 0.35       },
-        {0.3,        0.35 + 0.15},
-        {0.3,        0.35       }
-    };
+    const PsPoint expected[] = {{0.3 + 0.15, 0.35}, {0.3, 0.35 + 0.15}, {0.3, 0.35}};
     for (size_t i = 0; i < 3; ++i) {
         EXPECT_NEAR(curve[0].points[i][0], expected[i][0], 0.002) << i;
         EXPECT_NEAR(curve[0].points[i][1], expected[i][1], 0.002) << i;

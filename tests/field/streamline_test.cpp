@@ -126,13 +126,11 @@ TEST(Streamline, UniformWindsAreStraightAndFillTheGrid)
     const struct {
         const char *name;
         float u, v;
-    } cases[] = {
-        {"from the west",      10.0F,  0.0F  },
-        {"from the east",      -10.0F, 0.0F  },
-        {"from the south",     0.0F,   10.0F },
-        {"from the north",     0.0F,   -10.0F},
-        {"from the southwest", 10.0F,  5.0F  }
-    };
+    } cases[] = {{"from the west", 10.0F, 0.0F},
+                 {"from the east", -10.0F, 0.0F},
+                 {"from the south", 0.0F, 10.0F},
+                 {"from the north", 0.0F, -10.0F},
+                 {"from the southwest", 10.0F, 5.0F}};
     for (const auto &c : cases) {
         SCOPED_TRACE(c.name);
         WorldPlot plot(40);
@@ -161,14 +159,13 @@ TEST(Streamline, NoneCrossesItself)
     const struct {
         const char *name;
         Speed u, v;
-    } cases[] = {
-        {"spiral in",   [](float x, float y) { return -y - 0.1F * x; },
-         [](float x, float y) { return x - 0.1F * y; }                              },
-        {"waves",       [](float,   float) { return 10.0F; },
-         [](float x, float) { return 8.0F * std::cos(x * 0.4F); }                   },
-        {"four eddies", [](float x, float y) { return std::sin(x * 0.15F) * std::cos(y * 0.15F); },
-         [](float x, float y) { return -std::cos(x * 0.15F) * std::sin(y * 0.15F); }}
-    };
+    } cases[] = {{"spiral in", [](float x, float y) { return -y - 0.1F * x; },
+                  [](float x, float y) { return x - 0.1F * y; }},
+                 {"waves", [](float, float) { return 10.0F; },
+                  [](float x, float) { return 8.0F * std::cos(x * 0.4F); }},
+                 {"four eddies",
+                  [](float x, float y) { return std::sin(x * 0.15F) * std::cos(y * 0.15F); },
+                  [](float x, float y) { return -std::cos(x * 0.15F) * std::sin(y * 0.15F); }}};
     for (const auto &c : cases) {
         SCOPED_TRACE(c.name);
         WorldPlot plot(40);

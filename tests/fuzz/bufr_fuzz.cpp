@@ -1,6 +1,7 @@
 // Any bytes as a stream of BUFR messages, read to its end.
 
 #include "fuzz/input.h"
+#include "programs/profiler/bufr_layout.h"
 #include "programs/profiler/reader.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size);
@@ -9,7 +10,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
     fuzz_begin();
     const std::string path = fuzz_file(fuzz_text(data, size));
-    int layout = kLayoutBufr;
+    int layout = tyr::kLayoutBufr;
     const int handle = PROF_open(path.c_str(), 0, &layout);
     ProfilerRecord record;
     const int next = -1;

@@ -59,8 +59,8 @@ void read_section(unsigned which, const tyr::Section &section, tyr::Product *pro
         tyr::read_bitmap2(section, product);
         break;
     default: { // a packing description of 60 octets, and the data behind it
-        constexpr std::size_t kDescription = 60;
-        const std::size_t cut = std::min(kDescription, section.size());
+        constexpr size_t kDescription = 60;
+        const size_t cut = std::min(kDescription, section.size());
         if (tyr::read_packing2(tyr::Section(section.bytes().first(cut)), product)) {
             tyr::read_data2(tyr::Section(section.bytes().subspan(cut)), product, grid);
         }

@@ -17,7 +17,7 @@
 /// Pixels of the largest picture that a target reads whole: a head of a few bytes may tell of more.
 inline constexpr int kFuzzPixels = 1 << 14;
 
-inline std::string fuzz_text(const uint8_t *data, std::size_t size)
+inline std::string fuzz_text(const uint8_t *data, size_t size)
 {
     return std::string(reinterpret_cast<const char *>(data), size);
 }
@@ -25,7 +25,7 @@ inline std::string fuzz_text(const uint8_t *data, std::size_t size)
 /// Cuts the first line off a text.
 inline std::string fuzz_line(std::string &text)
 {
-    const std::size_t end = std::min(text.find('\n'), text.size());
+    const size_t end = std::min(text.find('\n'), text.size());
     const std::string line = text.substr(0, end);
     text.erase(0, end + 1);
     return line.substr(0, line.find('\0'));

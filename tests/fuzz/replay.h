@@ -11,7 +11,7 @@
 #include "support/temp_dir.h"
 
 /// A fuzz target: bytes in, 0 out.
-using FuzzTarget = int (*)(const uint8_t *data, std::size_t size);
+using FuzzTarget = int (*)(const uint8_t *data, size_t size);
 
 /// The seeds and findings of tests/fuzz/corpus/<name>, in the order of their names.
 inline std::vector<std::string> fuzz_corpus(const std::string &name)
@@ -30,10 +30,10 @@ inline std::vector<std::string> fuzz_corpus(const std::string &name)
 /// One deterministic damage: some bytes changed, taken out, doubled or put in from another place.
 inline std::string fuzz_damage(std::string text, std::mt19937 &random)
 {
-    const auto below = [&random](std::size_t n) { return n == 0 ? 0 : random() % n; };
-    for (std::size_t changes = 1 + below(4); changes > 0; --changes) {
-        const std::size_t place = below(text.size());
-        const std::size_t length = below(1 + text.size() - place);
+    const auto below = [&random](size_t n) { return n == 0 ? 0 : random() % n; };
+    for (size_t changes = 1 + below(4); changes > 0; --changes) {
+        const size_t place = below(text.size());
+        const size_t length = below(1 + text.size() - place);
         switch (below(5)) {
         case 0:
             if (!text.empty())

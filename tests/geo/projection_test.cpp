@@ -190,15 +190,15 @@ TEST(Projection, PlotSpaces)
 {
     // window -1 to 24 and bottom -1000 in the linear spaces: 14 columns and 18000 m over 25 by 21
     const PlotSpaceCase cases[] = {
-        {"section",                    kProjTimeHeight, 6.0F,   8000.0F,  11.5F,      -989.5F                             },
-        {"x, y",                       kProjXY,         -1.0F,  17000.0F, -1.0F,      -979.0F                             },
-        {"pressure downward",          kProjXP,         6.0F,   -1000.0F, 11.5F,      1000.0F + 2000.0F * 21.0F / 18000.0F},
-        {"logarithm",                  kProjXLogP,      3.0F,   500.0F,   3.0F,       -6.214608F                          },
-        {"emagram",                    kProjEmagram,    -20.0F, 1000.0F,  -20.0F,     -6.907755F                          },
-        {"power",                      kProjStuve,      3.0F,   500.0F,   3.0F,       -5.903826F                          },
-        {"hodograph",                  kProjPolarPlot,  90.0F,  30.0F,    30.0F,      0.0F                                },
-        {"hodograph, second quadrant", kProjPolarPlot,  300.0F, 10.0F,    -8.660254F, 5.0F                                },
-        {"image",                      kProjPixel,      12.0F,  34.0F,    12.0F,      -34.0F                              },
+        {"section", kProjTimeHeight, 6.0F, 8000.0F, 11.5F, -989.5F},
+        {"x, y", kProjXY, -1.0F, 17000.0F, -1.0F, -979.0F},
+        {"pressure downward", kProjXP, 6.0F, -1000.0F, 11.5F, 1000.0F + 2000.0F * 21.0F / 18000.0F},
+        {"logarithm", kProjXLogP, 3.0F, 500.0F, 3.0F, -6.214608F},
+        {"emagram", kProjEmagram, -20.0F, 1000.0F, -20.0F, -6.907755F},
+        {"power", kProjStuve, 3.0F, 500.0F, 3.0F, -5.903826F},
+        {"hodograph", kProjPolarPlot, 90.0F, 30.0F, 30.0F, 0.0F},
+        {"hodograph, second quadrant", kProjPolarPlot, 300.0F, 10.0F, -8.660254F, 5.0F},
+        {"image", kProjPixel, 12.0F, 34.0F, 12.0F, -34.0F},
     };
     for (const PlotSpaceCase &c : cases) {
         SCOPED_TRACE(c.name);
@@ -226,12 +226,12 @@ TEST(Projection, PlotSpaces)
 TEST(Projection, DirectionsTurnWithTheMap)
 {
     const ProjectionCase cases[] = {
-        {"polar north", kProjPolar,     90.0F,  -97.0F, kMissing, kMissing, 0, {}},
-        {"polar south", kProjPolar,     -90.0F, 20.0F,  kMissing, kMissing, 0, {}},
-        {"cone north",  kProjLambert,   50.0F,  -97.0F, kMissing, kMissing, 0, {}},
-        {"cone south",  kProjLambert,   -50.0F, -60.0F, kMissing, kMissing, 0, {}},
-        {"satellite",   kProjSatellite, 0.0F,   -75.0F, kMissing, kMissing, 0, {}},
-        {"Mercator",    kProjMercator,  0.0F,   0.0F,   kMissing, kMissing, 0, {}},
+        {"polar north", kProjPolar, 90.0F, -97.0F, kMissing, kMissing, 0, {}},
+        {"polar south", kProjPolar, -90.0F, 20.0F, kMissing, kMissing, 0, {}},
+        {"cone north", kProjLambert, 50.0F, -97.0F, kMissing, kMissing, 0, {}},
+        {"cone south", kProjLambert, -50.0F, -60.0F, kMissing, kMissing, 0, {}},
+        {"satellite", kProjSatellite, 0.0F, -75.0F, kMissing, kMissing, 0, {}},
+        {"Mercator", kProjMercator, 0.0F, 0.0F, kMissing, kMissing, 0, {}},
     };
     constexpr float kRadian = 0.0174532925F;
     for (const ProjectionCase &c : cases) {

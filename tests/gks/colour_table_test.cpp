@@ -8,7 +8,7 @@ namespace {
 void read_files(const TempDir &dir, const std::vector<std::string> &texts, bool by_resource = false)
 {
     std::string list;
-    for (std::size_t i = 0; i < texts.size(); i++) {
+    for (size_t i = 0; i < texts.size(); i++) {
         list += (i > 0 ? "," : "") + dir.write("table" + std::to_string(i), texts[i]);
     }
     RES_put("color_table", by_resource ? list.c_str() : "");
@@ -97,22 +97,10 @@ TEST(ColourTable, WordsThatAreNoEntries)
         int index;
     };
     const Case cases[] = {
-        {nullptr,      -1  },
-        {"",           -1  },
-        {"none",       -1  },
-        {"OFF",        -1  },
-        {"back",       -1  },
-        {"end",        -2  },
-        {"END",        -2  },
-        {"pblk",       500 },
-        {"ptwht",      505 },
-        {"PTGRY",      508 },
-        {"17",         17  },
-        {"9999",       9999},
-        {"nosuch",     -1  },
-        {"#12",        -1  },
-        {"#ZZZZZZ",    -1  },
-        {"#256000000", -1  },
+        {nullptr, -1},  {"", -1},       {"none", -1},    {"OFF", -1},
+        {"back", -1},   {"end", -2},    {"END", -2},     {"pblk", 500},
+        {"ptwht", 505}, {"PTGRY", 508}, {"17", 17},      {"9999", 9999},
+        {"nosuch", -1}, {"#12", -1},    {"#ZZZZZZ", -1}, {"#256000000", -1},
     };
     const TempDir dir;
     read_files(dir, {"end 1 1 1\nred 1 0 0\n"});

@@ -25,39 +25,39 @@ TEST(Attributes, BadValuesAreReportedAndChangeNothing)
         std::function<int()> call;
     };
     const Case cases[] = {
-        {"gset_linetype: invalid line type: -1\n\n",               [] { return gset_linetype(-1); }      },
-        {"gset_linewidth: invalid line width: -0.500000\n\n",      [] { return gset_linewidth(-0.5F); }  },
+        {"gset_linetype: invalid line type: -1\n\n", [] { return gset_linetype(-1); }},
+        {"gset_linewidth: invalid line width: -0.500000\n\n", [] { return gset_linewidth(-0.5F); }},
         {"gset_line_colr_ind: invalid color index: 257\n\n",
-         [] { return gset_line_colr_ind(257); }                                                          },
-        {"gset_line_colr_ind: invalid color index: -2\n\n",        [] { return gset_line_colr_ind(-2); } },
+         [] { return gset_line_colr_ind(257); }},
+        {"gset_line_colr_ind: invalid color index: -2\n\n", [] { return gset_line_colr_ind(-2); }},
         {"gset_marker_colr_ind: invalid color index: 499\n\n",
-         [] { return gset_marker_colr_ind(499); }                                                        },
+         [] { return gset_marker_colr_ind(499); }},
         {"gset_marker_size: invalid marker size: -1.000000\n\n",
-         [] { return gset_marker_size(-1); }                                                             },
+         [] { return gset_marker_size(-1); }},
         {"gset_marker_width: invalid marker width: -1.000000\n\n",
-         [] { return gset_marker_width(-1); }                                                            },
+         [] { return gset_marker_width(-1); }},
         {"gset_fill_colr_ind: invalid color index: 509\n\n",
-         [] { return gset_fill_colr_ind(509); }                                                          },
+         [] { return gset_fill_colr_ind(509); }},
         {"gset_fill_style_ind: invalid style index: 20\n\n",
-         [] { return gset_fill_style_ind(20); }                                                          },
+         [] { return gset_fill_style_ind(20); }},
         {"gset_fill_style_ind: invalid style index: -1\n\n",
-         [] { return gset_fill_style_ind(-1); }                                                          },
+         [] { return gset_fill_style_ind(-1); }},
         {"gset_text_colr_ind: invalid color index: 300\n\n",
-         [] { return gset_text_colr_ind(300); }                                                          },
-        {"gset_expan: invalid expansion factor: -1.000000\n\n",    [] { return gset_expan(-1); }         },
-        {"gset_text_width: invalid text width: -1.000000\n\n",     [] { return gset_text_width(-1); }    },
-        {"gset_char_ht: invalid character height: -1.000000\n\n",  [] { return gset_char_ht(-1); }       },
-        {"gpolyline: invalid number of points: 1\n\n",             [] { return gpolyline(1, kDiagonal); }},
+         [] { return gset_text_colr_ind(300); }},
+        {"gset_expan: invalid expansion factor: -1.000000\n\n", [] { return gset_expan(-1); }},
+        {"gset_text_width: invalid text width: -1.000000\n\n", [] { return gset_text_width(-1); }},
+        {"gset_char_ht: invalid character height: -1.000000\n\n", [] { return gset_char_ht(-1); }},
+        {"gpolyline: invalid number of points: 1\n\n", [] { return gpolyline(1, kDiagonal); }},
         {"gset_fontprec: invalid font id: 99\n",
          [] {
              const int font[2] = {99, 2};
              return gset_fontprec(font);
-         }                                                                                               },
+         }},
         {"gset_colr_rep: invalid color index: 257\n\n",
          [] {
              const float rgb[3] = {1, 0, 0};
              return gset_colr_rep(1, 257, rgb);
-         }                                                                                               },
+         }},
     };
     KernelPlot plot(kDevicePostScript, "color");
     for (const Case &c : cases) {
@@ -97,13 +97,13 @@ TEST(Line, TypesAndWidthsStandAheadOfThePath)
         const char *expected;
     };
     const Case cases[] = {
-        {1, 1.0F, "line 0.00,0.00,0.00 w0.33 [] "       },
-        {2, 2.0F, "line 0.00,0.00,0.00 w0.66 [6] "      },
-        {3, 0.5F, "line 0.00,0.00,0.00 w0.17 [3 6] "    }, // 0.165, and 0.5 dots are sent
+        {1, 1.0F, "line 0.00,0.00,0.00 w0.33 [] "},
+        {2, 2.0F, "line 0.00,0.00,0.00 w0.66 [6] "},
+        {3, 0.5F, "line 0.00,0.00,0.00 w0.17 [3 6] "}, // 0.165, and 0.5 dots are sent
         {4, 0.0F, "line 0.00,0.00,0.00 w0.33 [6 6 3 6] "},
-        {5, 3.0F, "line 0.00,0.00,0.00 w0.99 [2] "      },
-        {9, 3.0F, "line 0.00,0.00,0.00 w0.99 [2] "      }, // unknown types keep the pattern
-        {1, 1.0F, "line 0.00,0.00,0.00 w0.33 [] "       },
+        {5, 3.0F, "line 0.00,0.00,0.00 w0.99 [2] "},
+        {9, 3.0F, "line 0.00,0.00,0.00 w0.99 [2] "}, // unknown types keep the pattern
+        {1, 1.0F, "line 0.00,0.00,0.00 w0.33 [] "},
     };
     KernelPlot plot(kDevicePostScript);
     Strings expected;
@@ -151,22 +151,22 @@ TEST(Marker, ShapesOfAllTypes)
         Strings strokes;
     };
     const Case cases[] = {
-        {1,  {"287.50,287.50 288.50,287.50 288.50,288.50 287.50,288.50 287.50,287.50"}},
-        {2,  {"284.50,287.50 290.50,287.50", "287.50,290.50 287.50,284.50"}           },
+        {1, {"287.50,287.50 288.50,287.50 288.50,288.50 287.50,288.50 287.50,287.50"}},
+        {2, {"284.50,287.50 290.50,287.50", "287.50,290.50 287.50,284.50"}},
         {3,
          {"284.50,287.50 290.50,287.50", "284.50,284.50 290.50,290.50",
-          "287.50,290.50 287.50,284.50", "290.50,284.50 284.50,290.50"}               },
+          "287.50,290.50 287.50,284.50", "290.50,284.50 284.50,290.50"}},
         {4,
          {"284.50,287.50 284.90,289.00 286.00,290.10 287.50,290.50 289.00,290.10 290.10,289.00 "
           "290.50,287.50 290.10,286.00 289.00,284.90 287.50,284.50 286.00,284.90 284.90,286.00 "
-          "284.50,287.50"}                                                            },
-        {5,  {"284.50,284.50 290.50,290.50", "290.50,284.50 284.50,290.50"}           },
-        {6,  {"284.50,290.50 290.50,290.50 290.50,284.50 284.50,284.50 284.50,290.50"}},
-        {7,  {"284.50,290.50 290.50,290.50 287.50,284.50 284.50,290.50"}              },
-        {8,  {"287.50,287.50 288.50,287.50"}                                          },
-        {9,  {"284.50,284.50 290.50,284.50 287.50,290.50 284.50,284.50"}              },
-        {10, {}                                                                       },
-        {0,  {}                                                                       },
+          "284.50,287.50"}},
+        {5, {"284.50,284.50 290.50,290.50", "290.50,284.50 284.50,290.50"}},
+        {6, {"284.50,290.50 290.50,290.50 290.50,284.50 284.50,284.50 284.50,290.50"}},
+        {7, {"284.50,290.50 290.50,290.50 287.50,284.50 284.50,290.50"}},
+        {8, {"287.50,287.50 288.50,287.50"}},
+        {9, {"284.50,284.50 290.50,284.50 287.50,290.50 284.50,284.50"}},
+        {10, {}},
+        {0, {}},
     };
     for (const Case &c : cases) {
         SCOPED_TRACE(c.type);

@@ -17,20 +17,8 @@ TEST(Session, DeviceWordsGoByTheirFirstLetter)
         int device;
     };
     const Case cases[] = {
-        {"d",          1},
-        {"postscript", 4},
-        {"P",          4},
-        {"h",          5},
-        {"q",          5},
-        {"Quick",      5},
-        {"H",          5},
-        {"m",          3},
-        {"META",       3},
-        {"w",          6},
-        {"W",          6},
-        {"x",          1},
-        {"",           1},
-        {nullptr,      1},
+        {"d", 1}, {"postscript", 4}, {"P", 4}, {"h", 5}, {"q", 5}, {"Quick", 5}, {"H", 5},
+        {"m", 3}, {"META", 3},       {"w", 6}, {"W", 6}, {"x", 1}, {"", 1},      {nullptr, 1},
     };
     for (const Case &c : cases) {
         EXPECT_EQ(GPH_device_code(c.word), c.device) << (c.word ? c.word : "null");
@@ -45,10 +33,10 @@ TEST(Session, FitKeepsTheShapeAndTheCentre)
         float expected[4];
     };
     const Case cases[] = {
-        {"square in square", {0, 1, 0, 1}, 1, 1, {0, 1, 0, 1}        },
-        {"twice as wide",    {0, 1, 0, 1}, 2, 1, {0, 1, 0.25F, 0.75F}},
-        {"twice as high",    {0, 1, 0, 1}, 1, 2, {0.25F, 0.75F, 0, 1}},
-        {"off centre",       {1, 5, 2, 4}, 1, 1, {2, 4, 2, 4}        },
+        {"square in square", {0, 1, 0, 1}, 1, 1, {0, 1, 0, 1}},
+        {"twice as wide", {0, 1, 0, 1}, 2, 1, {0, 1, 0.25F, 0.75F}},
+        {"twice as high", {0, 1, 0, 1}, 1, 2, {0.25F, 0.75F, 0, 1}},
+        {"off centre", {1, 5, 2, 4}, 1, 1, {2, 4, 2, 4}},
     };
     for (const Case &c : cases) {
         SCOPED_TRACE(c.name);

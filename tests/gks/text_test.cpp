@@ -80,15 +80,11 @@ TEST(Text, AlignmentsByHand)
         const char *a; ///< where the line of A goes
     };
     const Case cases[] = {
-        {"normal",       0, 0, "0,0 50,105 "   },
-        {"left, base",   1, 4, "0,0 50,105 "   },
-        {"left, top",    1, 1, "0,-125 50,-20 "},
-        {"left, cap",    1, 2, "0,-105 50,0 "  },
-        {"left, half",   1, 3, "0,-50 50,55 "  },
-        {"left, bottom", 1, 5, "0,35 50,140 "  },
-        {"centre",       2, 4, "-47,0 3,105 "  },
-        {"right",        3, 4, "-95,0 -45,105 "},
-        {"centre, half", 2, 3, "-47,-50 3,55 " },
+        {"normal", 0, 0, "0,0 50,105 "},         {"left, base", 1, 4, "0,0 50,105 "},
+        {"left, top", 1, 1, "0,-125 50,-20 "},   {"left, cap", 1, 2, "0,-105 50,0 "},
+        {"left, half", 1, 3, "0,-50 50,55 "},    {"left, bottom", 1, 5, "0,35 50,140 "},
+        {"centre", 2, 4, "-47,0 3,105 "},        {"right", 3, 4, "-95,0 -45,105 "},
+        {"centre, half", 2, 3, "-47,-50 3,55 "},
     };
     for (const Case &c : cases) {
         SCOPED_TRACE(c.name);
@@ -108,22 +104,23 @@ TEST(Text, WidthsByHand)
         const char *last; ///< where the line of the last character goes, right aligned
     };
     const Case cases[] = {
-  // one character: its width alone, 50
-        {"one character",     "A",     1, 0.25F, 0, "-50,0 0,105 "    },
- // total (75 + 20) * 2 = 190; B at -190 + 150
-        {"expansion",         "AB",    2, 0.25F, 0, "-20,-35 0,125 "  },
- // 50 + 100 + 20 = 170; B at -170 + 150
-        {"spacing",           "AB",    1, 1,     0, "-10,-35 0,125 "  },
- // (25 + 100) * 1 + 100 = 225; B at -225 + 125
-        {"fixed pitch",       "AB",    1, 0.25F, 1, "-90,-35 -80,125 "},
- // 75 + 65 + 20 = 160; B at -160 + 75 + 65
-        {"blank",             "A B",   1, 0.25F, 0, "-10,-35 0,125 "  },
- // an unknown character counts its spacing but advances nothing: 75 + 25 + 20 = 120
+        // one character: its width alone, 50
+        {"one character", "A", 1, 0.25F, 0, "-50,0 0,105 "},
+        // total (75 + 20) * 2 = 190; B at -190 + 150
+        {"expansion", "AB", 2, 0.25F, 0, "-20,-35 0,125 "},
+        // 50 + 100 + 20 = 170; B at -170 + 150
+        {"spacing", "AB", 1, 1, 0, "-10,-35 0,125 "},
+        // (25 + 100) * 1 + 100 = 225; B at -225 + 125
+        {"fixed pitch", "AB", 1, 0.25F, 1, "-90,-35 -80,125 "},
+        // 75 + 65 + 20 = 160; B at -160 + 75 + 65
+        {"blank", "A B", 1, 0.25F, 0, "-10,-35 0,125 "},
+        // an unknown character counts its spacing but advances nothing: 75 + 25 + 20 = 120
         {"unknown character",
          "A\xFF"
-         "B",                          1, 0.25F, 0, "-35,-35 -25,125 "},
- // 75 + 75 + 75 + 65 + 50 = 340; the last A at -340 + 290
-        {"longer",            "AAA A", 1, 0.25F, 0, "-50,0 0,105 "    },
+         "B",
+         1, 0.25F, 0, "-35,-35 -25,125 "},
+        // 75 + 75 + 75 + 65 + 50 = 340; the last A at -340 + 290
+        {"longer", "AAA A", 1, 0.25F, 0, "-50,0 0,105 "},
     };
     for (const Case &c : cases) {
         SCOPED_TRACE(c.name);
@@ -147,12 +144,12 @@ TEST(Text, UpVectorTurnsTheText)
         const char *a;
     };
     const Case cases[] = {
-        {"upright, not of length 1", 0,  5,  "0,0 50,105 "  },
-        {"running down",             1,  0,  "0,0 105,-50 " },
-        {"upside down",              0,  -1, "0,0 -50,-105 "},
-        {"running up",               -3, 0,  "0,0 -105,50 " },
- // (0.6, 0.8): x 0.8 * 50 + 0.6 * 105, y -0.6 * 50 + 0.8 * 105
-        {"slanted",                  3,  4,  "0,0 103,54 "  },
+        {"upright, not of length 1", 0, 5, "0,0 50,105 "},
+        {"running down", 1, 0, "0,0 105,-50 "},
+        {"upside down", 0, -1, "0,0 -50,-105 "},
+        {"running up", -3, 0, "0,0 -105,50 "},
+        // (0.6, 0.8): x 0.8 * 50 + 0.6 * 105, y -0.6 * 50 + 0.8 * 105
+        {"slanted", 3, 4, "0,0 103,54 "},
     };
     for (const Case &c : cases) {
         SCOPED_TRACE(c.name);
@@ -183,7 +180,7 @@ TEST(Text, LongRunsGoOnWithoutAGap)
     const PsPage page = plot.page();
     ASSERT_EQ(page.strokes.size(), 3U);
     double x = 287.5;
-    for (std::size_t i = 0; i < page.strokes.size(); i++) {
+    for (size_t i = 0; i < page.strokes.size(); i++) {
         const std::vector<PsPoint> &points = page.strokes[i].points;
         EXPECT_LE(points.size(), 30U);
         EXPECT_DOUBLE_EQ(points.front()[0], x);
@@ -246,11 +243,11 @@ TEST(Font, DamagedFilesAreRefusedOrHarmless)
     const std::string whole = kStrokes + "254 " + offsets();
     StrokeFont font;
     // the last "-1 " lacks its blank or its 1: only the first still says the same
-    for (std::size_t length = 0; length + 1 < whole.size(); length++) {
+    for (size_t length = 0; length + 1 < whole.size(); length++) {
         ASSERT_FALSE(parse_font(whole.substr(0, length), font)) << length;
         expect_whole(font, false);
     }
-    for (std::size_t i = 0; i < whole.size(); i++) {
+    for (size_t i = 0; i < whole.size(); i++) {
         for (const char byte : {'\0', '\xFF', static_cast<char>(~whole[i])}) {
             std::string damaged = whole;
             damaged[i] = byte;
@@ -289,12 +286,12 @@ TEST(Font, ListsCountTheirEntries)
         int number;
     };
     const Case cases[] = {
-        {"number",                       nullptr,                "2",         2 },
-        {"id of the default list",       nullptr,                "SCRIPT",    8 },
-        {"unknown id",                   nullptr,                "nosuch",    1 },
-        {"ids of a list of twelve",      "fi:many.lst",          "id10",      10},
-        {"beyond the ten that are read", "fi:many.lst",          "id11",      1 },
-        {"words have no id",             "modern.fnt,greek.fnt", "greek.fnt", 1 },
+        {"number", nullptr, "2", 2},
+        {"id of the default list", nullptr, "SCRIPT", 8},
+        {"unknown id", nullptr, "nosuch", 1},
+        {"ids of a list of twelve", "fi:many.lst", "id10", 10},
+        {"beyond the ten that are read", "fi:many.lst", "id11", 1},
+        {"words have no id", "modern.fnt,greek.fnt", "greek.fnt", 1},
     };
     for (const Case &c : cases) {
         SCOPED_TRACE(c.name);
@@ -334,7 +331,7 @@ TEST(Font, InstalledFontsHaveAllCharacters)
             }
             ASSERT_NE(font.offset[code], -1) << code;
             // every character draws at least one line and begins with a move
-            const auto at = static_cast<std::size_t>(font.offset[code]);
+            const auto at = static_cast<size_t>(font.offset[code]);
             ASSERT_GE(font.strokes[at], kPenUp) << code;
             ASSERT_NE(font.strokes[at + 2], kStrokeEnd) << code;
         }

@@ -123,14 +123,14 @@ TEST(Transform, BoundingBoxDecidesWhatIsVisible)
         int visible;
     };
     const Case cases[] = {
-        {"inside",                            {0.2F, 0.2F, 0.4F, 0.3F}, 1},
-        {"left of it",                        {-2, 0.5F, -0.1F, 0.6F},  0},
-        {"right of it",                       {1.1F, 0.5F, 2, 0.6F},    0},
-        {"below it",                          {0.5F, -2, 0.6F, -1},     0},
-        {"above it",                          {0.5F, 1.5F, 0.6F, 3},    0},
-        {"across it",                         {-1, -1, 2, 2},           1},
-        {"box across a corner, line outside", {-0.5F, 0.9F, 0.1F, 2},   1},
-        {"touching the edge",                 {1, 0.5F, 2, 0.5F},       1},
+        {"inside", {0.2F, 0.2F, 0.4F, 0.3F}, 1},
+        {"left of it", {-2, 0.5F, -0.1F, 0.6F}, 0},
+        {"right of it", {1.1F, 0.5F, 2, 0.6F}, 0},
+        {"below it", {0.5F, -2, 0.6F, -1}, 0},
+        {"above it", {0.5F, 1.5F, 0.6F, 3}, 0},
+        {"across it", {-1, -1, 2, 2}, 1},
+        {"box across a corner, line outside", {-0.5F, 0.9F, 0.1F, 2}, 1},
+        {"touching the edge", {1, 0.5F, 2, 0.5F}, 1},
     };
     const KernelPlot plot(kDevicePostScript);
     for (const Case &c : cases) {
@@ -165,14 +165,14 @@ TEST(Transform, ClipIsWrittenWhereItChanges)
         int clips;
     };
     const Case cases[] = {
-        {"size of the surface",   [](const float *) { gset_ws_size(400, 300); },      0},
-        {"redraw",                [](const float *) { ginit_ws(kTranX11Redraw); },    0},
-        {"selected already",      [](const float *) { gsel_norm_tran(0); },           0},
-        {"window",                [](const float *rect) { gset_window(0, rect); },    0},
-        {"viewport not selected", [](const float *rect) { gset_viewport(2, rect); },  0},
-        {"viewport",              [](const float *rect) { gset_viewport(0, rect); },  1},
-        {"another",               [](const float *) { gsel_norm_tran(3); },           1},
-        {"shown part",            [](const float *rect) { gset_ws_window(1, rect); }, 1},
+        {"size of the surface", [](const float *) { gset_ws_size(400, 300); }, 0},
+        {"redraw", [](const float *) { ginit_ws(kTranX11Redraw); }, 0},
+        {"selected already", [](const float *) { gsel_norm_tran(0); }, 0},
+        {"window", [](const float *rect) { gset_window(0, rect); }, 0},
+        {"viewport not selected", [](const float *rect) { gset_viewport(2, rect); }, 0},
+        {"viewport", [](const float *rect) { gset_viewport(0, rect); }, 1},
+        {"another", [](const float *) { gsel_norm_tran(3); }, 1},
+        {"shown part", [](const float *rect) { gset_ws_window(1, rect); }, 1},
     };
     const float rect[4] = {0, 0.5F, 0, 0.5F};
     for (const Case &c : cases) {
@@ -181,7 +181,7 @@ TEST(Transform, ClipIsWrittenWhereItChanges)
         c.call(rect);
         const std::string text = plot.finish();
         int clips = -1; // the first is the opening's
-        for (std::size_t at = 0; (at = text.find("initclip\n", at)) != text.npos; at++) {
+        for (size_t at = 0; (at = text.find("initclip\n", at)) != text.npos; at++) {
             clips++;
         }
         EXPECT_EQ(clips, c.clips);

@@ -69,12 +69,12 @@ TEST(GribHandle, SectionsReadOneAtATime)
     void *buffer = nullptr;
     int length = 0;
     ASSERT_EQ(GRIB_read_product(3, &buffer, &length), 0);
-    ASSERT_EQ(static_cast<std::size_t>(length), one.size());
+    ASSERT_EQ(static_cast<size_t>(length), one.size());
     EXPECT_EQ(std::memcmp(buffer, one.data(), one.size()), 0);
     std::free(buffer);
     buffer = nullptr;
     ASSERT_EQ(GRIB_read_product(3, &buffer, &length), 0);
-    EXPECT_EQ(static_cast<std::size_t>(length), two.size());
+    EXPECT_EQ(static_cast<size_t>(length), two.size());
     std::free(buffer);
     tyr::grib_bind(3, nullptr);
     EXPECT_EQ(GRIB_read_section(3), -1);
@@ -89,15 +89,15 @@ TEST(GribHandle, EnsemblesAndProbabilitiesAreNamed)
         const char *part; ///< of the text
     };
     const Case cases[] = {
-        {"control",   1, 1,  11,  0, "500 mb Ens[4] Temperature"                   },
-        {"negative",  2, 1,  11,  0, "Ens[-4] "                                    },
-        {"positive",  3, 1,  11,  0, "Ens[+4] "                                    },
-        {"mean",      0, 2,  11,  0, "Ens mean Temperature"                        },
-        {"deviation", 0, 11, 11,  0, "Ens std dev "                                },
-        {"below",     0, 0,  191, 1, "Ens prob (%) Temperature below 273.00 K"     },
-        {"above",     0, 0,  192, 2, "Ens norm prob (%) Temperature above 273.00 K"},
-        {"in",        0, 0,  191, 6, " Prob (%) Temperature in 273.00-280.00 K"    },
-        {"plain",     0, 0,  11,  0, "500 mb Temperature"                          },
+        {"control", 1, 1, 11, 0, "500 mb Ens[4] Temperature"},
+        {"negative", 2, 1, 11, 0, "Ens[-4] "},
+        {"positive", 3, 1, 11, 0, "Ens[+4] "},
+        {"mean", 0, 2, 11, 0, "Ens mean Temperature"},
+        {"deviation", 0, 11, 11, 0, "Ens std dev "},
+        {"below", 0, 0, 191, 1, "Ens prob (%) Temperature below 273.00 K"},
+        {"above", 0, 0, 192, 2, "Ens norm prob (%) Temperature above 273.00 K"},
+        {"in", 0, 0, 191, 6, " Prob (%) Temperature in 273.00-280.00 K"},
+        {"plain", 0, 0, 11, 0, "500 mb Temperature"},
     };
     for (const Case &c : cases) {
         SCOPED_TRACE(c.name);
@@ -129,11 +129,11 @@ TEST(GribHandle, PlanesOfBothHemispheresKeepTheirFirstPoint)
         bool is_south, is_good;
     };
     const Case cases[] = {
-        {"north cone",  4, 12.19, -133.459, 25.0,  25.0,  false, true },
-        {"south cone",  4, -50.0, 110.0,    -20.0, -40.0, false, true },
-        {"no cone",     4, -50.0, 110.0,    -20.0, 20.0,  false, false},
-        {"north plane", 1, 20.0,  -120.0,   0.0,   0.0,   false, true },
-        {"south plane", 1, -20.0, 170.0,    0.0,   0.0,   true,  true },
+        {"north cone", 4, 12.19, -133.459, 25.0, 25.0, false, true},
+        {"south cone", 4, -50.0, 110.0, -20.0, -40.0, false, true},
+        {"no cone", 4, -50.0, 110.0, -20.0, 20.0, false, false},
+        {"north plane", 1, 20.0, -120.0, 0.0, 0.0, false, true},
+        {"south plane", 1, -20.0, 170.0, 0.0, 0.0, true, true},
     };
     for (const Case &c : cases) {
         SCOPED_TRACE(c.name);

@@ -27,23 +27,23 @@ struct File {
     const char *reason;
 };
 constexpr File kFiles[] = {
-    {"CMC_reg_WIND_ISBL_300_ps60km_2010052400_P012.grib",                       1,   1,   ""           },
-    {"ECMWF.grib1",                                                             1,   1,   ""           },
-    {"HPPI89_KWBC.grib1",                                                       1,   1,   ""           },
-    {"Z__C_RJTD_20160822020000_NOWC_GPV_Ggis10km_Pphw10_FH0000-0100_grib2.bin", 7,   7,   ""           },
-    {"alternate-scanning.grib",                                                 1,   1,   ""           },
-    {"cosmo-eu.grib2",                                                          1,   0,   "rotated"    },
-    {"ds.sky.grib2",                                                            1,   1,   ""           },
-    {"eccodes_sample_lambert_bf_grib2.grib",                                    1,   0,   "template 63"},
-    {"eta.grb",                                                                 181, 181, ""           },
-    {"fields_with_missing_values.grib",                                         2,   2,   ""           },
-    {"gdas.t12z.pgrb2.0p25.f000.12",                                            1,   1,   ""           },
-    {"lambert_grid.grib",                                                       1,   1,   ""           },
-    {"regular_ll_msl.grib",                                                     1,   1,   ""           },
-    {"scanning_mode_64.grib",                                                   1,   1,   ""           },
-    {"sref.pds2.grib2",                                                         1,   1,   ""           },
-    {"t_on_different_level_types.grib",                                         2,   2,   ""           },
-    {"thinGrid.grib1",                                                          1,   1,   ""           },
+    {"CMC_reg_WIND_ISBL_300_ps60km_2010052400_P012.grib", 1, 1, ""},
+    {"ECMWF.grib1", 1, 1, ""},
+    {"HPPI89_KWBC.grib1", 1, 1, ""},
+    {"Z__C_RJTD_20160822020000_NOWC_GPV_Ggis10km_Pphw10_FH0000-0100_grib2.bin", 7, 7, ""},
+    {"alternate-scanning.grib", 1, 1, ""},
+    {"cosmo-eu.grib2", 1, 0, "rotated"},
+    {"ds.sky.grib2", 1, 1, ""},
+    {"eccodes_sample_lambert_bf_grib2.grib", 1, 0, "template 63"},
+    {"eta.grb", 181, 181, ""},
+    {"fields_with_missing_values.grib", 2, 2, ""},
+    {"gdas.t12z.pgrb2.0p25.f000.12", 1, 1, ""},
+    {"lambert_grid.grib", 1, 1, ""},
+    {"regular_ll_msl.grib", 1, 1, ""},
+    {"scanning_mode_64.grib", 1, 1, ""},
+    {"sref.pds2.grib2", 1, 1, ""},
+    {"t_on_different_level_types.grib", 2, 2, ""},
+    {"thinGrid.grib1", 1, 1, ""},
 };
 
 /// A point as the other decoder has it.
@@ -194,7 +194,7 @@ TEST(GribShared, EveryMessageReadsAsTheOtherDecoderReadsIt)
             told += told_by([&] { result = grib.read_grid(&grid, 0, &index); });
             count.messages += result >= 0 ? 1 : 0;
             count.read += result == 0 ? 1 : 0;
-            const auto message = static_cast<std::size_t>(index);
+            const auto message = static_cast<size_t>(index);
             if (result == 0 && message < other.size()) {
                 SCOPED_TRACE(index);
                 const bool is_thinned = std::string(file.name) == "HPPI89_KWBC.grib1" ||

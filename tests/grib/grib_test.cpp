@@ -44,7 +44,7 @@ Field read_field(tyr::GribStream &stream, int index, int mode = 0)
     GRD_init(&field.grid);
     field.told = told_by([&] { field.result = stream.read_grid(&field.grid, mode, &index); });
     if (field.grid.values != nullptr) {
-        const std::size_t n = static_cast<std::size_t>(field.grid.domain.nx * field.grid.domain.ny);
+        const size_t n = static_cast<size_t>(field.grid.domain.nx * field.grid.domain.ny);
         field.values.assign(field.grid.values, field.grid.values + n);
     }
     GRD_free(&field.grid);
@@ -85,12 +85,9 @@ TEST_F(Grib, EveryScanningModeComesOutNorthAndWestFirst)
         const char *places; ///< of the file's values, in hexadecimal
     };
     const Case cases[] = {
-        {"plain",       0x00, "0123456789AB"},
-        {"from south",  0x40, "89AB45670123"},
-        {"from east",   0x80, "32107654BA98"},
-        {"alternating", 0x10, "0123765489AB"},
-        {"by columns",  0x20, "0369147A258B"},
-        {"all of them", 0xF0, "9832A741B650"},
+        {"plain", 0x00, "0123456789AB"},      {"from south", 0x40, "89AB45670123"},
+        {"from east", 0x80, "32107654BA98"},  {"alternating", 0x10, "0123765489AB"},
+        {"by columns", 0x20, "0369147A258B"}, {"all of them", 0xF0, "9832A741B650"},
     };
     for (const Case &c : cases) {
         SCOPED_TRACE(c.name);
@@ -229,21 +226,21 @@ TEST_F(Grib, TimesOfEdition1BecomeOneNumber)
         int unit, p1, p2, range, averaged, time;
     };
     const Case cases[] = {
-        {"hours",                   1,  6, 0,  0,   0, 6       },
-        {"days",                    2,  2, 0,  0,   0, 802     },
-        {"months",                  3,  2, 0,  0,   0, 902     },
-        {"3 hours",                 10, 2, 0,  0,   0, 6       },
-        {"6 hours",                 11, 2, 0,  0,   0, 12      },
-        {"12 hours",                12, 2, 0,  0,   0, 24      },
-        {"initialised",             1,  6, 0,  1,   0, 0       },
-        {"between",                 1,  0, 12, 2,   0, 2000012 },
-        {"average",                 1,  0, 6,  3,   0, 3000006 },
-        {"accumulation",            1,  6, 12, 4,   0, 4006012 },
-        {"difference",              1,  6, 12, 5,   0, 5006012 },
-        {"long",                    1,  1, 44, 10,  0, 300     },
-        {"average of N",            1,  0, 6,  113, 4, 13000024},
-        {"average of N, second",    1,  1, 6,  118, 4, 18001024},
-        {"average of N, its third", 1,  1, 6,  123, 4, 23000024},
+        {"hours", 1, 6, 0, 0, 0, 6},
+        {"days", 2, 2, 0, 0, 0, 802},
+        {"months", 3, 2, 0, 0, 0, 902},
+        {"3 hours", 10, 2, 0, 0, 0, 6},
+        {"6 hours", 11, 2, 0, 0, 0, 12},
+        {"12 hours", 12, 2, 0, 0, 0, 24},
+        {"initialised", 1, 6, 0, 1, 0, 0},
+        {"between", 1, 0, 12, 2, 0, 2000012},
+        {"average", 1, 0, 6, 3, 0, 3000006},
+        {"accumulation", 1, 6, 12, 4, 0, 4006012},
+        {"difference", 1, 6, 12, 5, 0, 5006012},
+        {"long", 1, 1, 44, 10, 0, 300},
+        {"average of N", 1, 0, 6, 113, 4, 13000024},
+        {"average of N, second", 1, 1, 6, 118, 4, 18001024},
+        {"average of N, its third", 1, 1, 6, 123, 4, 23000024},
     };
     for (const Case &c : cases) {
         SCOPED_TRACE(c.name);
@@ -265,21 +262,21 @@ TEST_F(Grib, SurfacesOfEdition2BecomeLevelsOfEdition1)
         int ltype, level;
     };
     const Case cases[] = {
-        {"pressure",       100, 50000,  255, 0,     100, 500   },
+        {"pressure", 100, 50000, 255, 0, 100, 500},
         {"pressure layer", 100, 100000, 100, 50000, 101, 100050},
-        {"sea level",      101, 0,      255, 0,     102, 0     },
-        {"height",         102, 1500,   255, 0,     103, 1500  },
-        {"height layer",   102, 3000,   102, 1500,  104, 30015 },
-        {"above ground",   103, 1.6,    255, 0,     105, 2     },
-        {"sigma",          104, 0.995,  255, 0,     107, 9950  },
-        {"sigma layer",    104, 0.5,    104, 1.0,   108, 50100 },
-        {"hybrid",         105, 32,     255, 0,     109, 32    },
-        {"depth",          106, 0.1,    255, 0,     111, 10    },
-        {"depth layer",    106, 0.1,    106, 0.4,   112, 10040 },
-        {"theta",          107, 320,    255, 0,     113, 320   },
-        {"ground layer",   108, 3000,   108, 0,     116, 30000 },
-        {"vorticity",      109, 2e-6,   255, 0,     117, 2     },
-        {"other",          220, 5,      255, 0,     220, 5     },
+        {"sea level", 101, 0, 255, 0, 102, 0},
+        {"height", 102, 1500, 255, 0, 103, 1500},
+        {"height layer", 102, 3000, 102, 1500, 104, 30015},
+        {"above ground", 103, 1.6, 255, 0, 105, 2},
+        {"sigma", 104, 0.995, 255, 0, 107, 9950},
+        {"sigma layer", 104, 0.5, 104, 1.0, 108, 50100},
+        {"hybrid", 105, 32, 255, 0, 109, 32},
+        {"depth", 106, 0.1, 255, 0, 111, 10},
+        {"depth layer", 106, 0.1, 106, 0.4, 112, 10040},
+        {"theta", 107, 320, 255, 0, 113, 320},
+        {"ground layer", 108, 3000, 108, 0, 116, 30000},
+        {"vorticity", 109, 2e-6, 255, 0, 117, 2},
+        {"other", 220, 5, 255, 0, 220, 5},
     };
     for (const Case &c : cases) {
         SCOPED_TRACE(c.name);
@@ -312,12 +309,9 @@ TEST_F(Grib, ProductsAreFoundInEveryEnvelopeAndBetweenRubbish)
         const char *heading; ///< of the first
     };
     const Case cases[] = {
-        {"bare",     bare,     2, "GRIB01 KXXX 010000"},
-        {"stars",    stars,    2, "HTXX85 KWBC 040600"},
-        {"bulletin", bulletin, 2, "HTXX85 KWBC 040600"},
-        {"length",   lengths,  2, "ABCD"              },
-        {"rubbish",  rubbish,  2, "GRIB01 KXXX 010000"},
-        {"cut",      cut,      1, "GRIB01 KXXX 010000"},
+        {"bare", bare, 2, "GRIB01 KXXX 010000"},         {"stars", stars, 2, "HTXX85 KWBC 040600"},
+        {"bulletin", bulletin, 2, "HTXX85 KWBC 040600"}, {"length", lengths, 2, "ABCD"},
+        {"rubbish", rubbish, 2, "GRIB01 KXXX 010000"},   {"cut", cut, 1, "GRIB01 KXXX 010000"},
         {"lost end", lost_end, 1, "GRIB01 KXXX 010000"},
     };
     for (const Case &c : cases) {
@@ -416,7 +410,7 @@ TEST_F(Grib, NoByteOfAMessageCanBringItDown)
     ASSERT_EQ(read_first(differenced).result, 0);
     MSG_set_mask(0, 0);
     for (const std::string &good : {simple2(), differenced, grib1_message(thinned)}) {
-        for (std::size_t i = 0; i < good.size(); ++i) {
+        for (size_t i = 0; i < good.size(); ++i) {
             for (const int change : {0x00, 0xFF, 0x7F, ~good[i]}) {
                 std::string bad = good;
                 bad[i] = static_cast<char>(change);

@@ -99,18 +99,18 @@ TEST(GridFile, KindIsToldByTheFirstBytes)
         std::string bytes;
         int kind;
     } cases[] = {
-        {"digit before GRIB", "1 GRIB",        1            },
-        {"blank",             " 6 MAR",        1            },
-        {"text",              "TYRGRID\n",     2            },
-        {"description",       "TYRGRID4\n",    4            },
-        {"netCDF",            "CDF\1",         11           },
-        {"GRIB",              "GRIBxxxx",      21           },
-        {"star",              "** X",          21           },
-        {"start of heading",  "\1\r\r\n",      21           },
-        {"coded",             "GRID 11001",    22           },
-        {"GRIB at 150",       std::string(150, 'x') + "GRIB", 21},
-        {"GRIB at 200",                   std::string(200,                      'x') + "GRIB",  -1},
-        {"nothing",                 "",                                -1                                   },
+        {"digit before GRIB", "1 GRIB", 1},
+        {"blank", " 6 MAR", 1},
+        {"text", "TYRGRID\n", 2},
+        {"description", "TYRGRID4\n", 4},
+        {"netCDF", "CDF\1", 11},
+        {"GRIB", "GRIBxxxx", 21},
+        {"star", "** X", 21},
+        {"start of heading", "\1\r\r\n", 21},
+        {"coded", "GRID 11001", 22},
+        {"GRIB at 150", std::string(150, 'x') + "GRIB", 21},
+        {"GRIB at 200", std::string(200, 'x') + "GRIB", -1},
+        {"nothing", "", -1},
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.name);
@@ -198,20 +198,20 @@ TEST(GridFile, OldAndJoinedTextsAreRead)
         float clon, plon, dy;
         const char *info, *units;
     } cases[] = {
-        {"polar by latitude",           kHead + "Height\n50 -100 2 2 2\n" + values,             0, -100, -100, 2,
-         "Height",                                                                                                            ""     },
-        {"version 1",                   kHead + "1-T\nLL 40 100 2 3 2 2\n" + values,            0, -100, -100, 3, "T",        ""     },
+        {"polar by latitude", kHead + "Height\n50 -100 2 2 2\n" + values, 0, -100, -100, 2,
+         "Height", ""},
+        {"version 1", kHead + "1-T\nLL 40 100 2 3 2 2\n" + values, 0, -100, -100, 3, "T", ""},
         {"record of version 1",
-         "TYRGRID\n" + kHead + "2-T\n1 1 1 0 0 0 0 0\nLL 40 100 2 3 2 2\n" + values,            0, -100, -100,
-         3,                                                                                                       "T",        ""     },
-        {"units in front",              kHead + "0-T\n:deg_C PS:-80 40 100 2 3 2 2\n" + values, 0, 100,  -80,  3,
-         "T",                                                                                                                 "deg C"},
-        {"a number that is no version", kHead + "500-mb T\nME 40 100 2 3 2 2\n" + values,       0, 100,
-         kMissing,                                                                                             3, "500-mb T", ""     },
+         "TYRGRID\n" + kHead + "2-T\n1 1 1 0 0 0 0 0\nLL 40 100 2 3 2 2\n" + values, 0, -100, -100,
+         3, "T", ""},
+        {"units in front", kHead + "0-T\n:deg_C PS:-80 40 100 2 3 2 2\n" + values, 0, 100, -80, 3,
+         "T", "deg C"},
+        {"a number that is no version", kHead + "500-mb T\nME 40 100 2 3 2 2\n" + values, 0, 100,
+         kMissing, 3, "500-mb T", ""},
         {"joined",
          "TYRGRID\n" + kHead + "a\nLL 1 1 1 1 1 1\n5\nTYRGRID\n" + kHead +
              "2-b\n1 2 3 4 5 6 7 8:m/s\nLL 40 100 2 3 2 2\n" + values,
-         1,                                                                                        100,  100,  3, "b",        "m/s"  },
+         1, 100, 100, 3, "b", "m/s"},
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.name);
@@ -234,11 +234,7 @@ TEST(GridFile, ValuesOfAnotherFileTurnByTheirDirections)
     const struct {
         const char *line;
         float first, second;
-    } cases[] = {
-        {"A numbers 2 1 1", 1, 2},
-        {"A numbers 2 0 1", 2, 1},
-        {"A numbers 2 1 0", 3, 4}
-    };
+    } cases[] = {{"A numbers 2 1 1", 1, 2}, {"A numbers 2 0 1", 2, 1}, {"A numbers 2 1 0", 3, 4}};
     for (const auto &c : cases) {
         Grid grid;
         ASSERT_EQ(read_one(dir.write("f", head + c.line + "\n"), 0, &grid), 0) << c.line;
@@ -325,12 +321,12 @@ TEST(GridFile, DamageIsToldInOneLineWithTheFile)
         const char *name;
         std::string text;
     } cases[] = {
-        {"more points than bytes",  kHead + "T\nLL 0 0 1 1 40000 40000\n1 2 3\n"                        },
-        {"cut values",              kHead + "T\nLL 0 0 1 1 2 2\n1 2 3\n"                                },
-        {"a word among the values", kHead + "T\nLL 0 0 1 1 2 2\n1 two 3 4\n"                            },
-        {"no points",               kHead + "T\nLL 0 0 1 1 0 2\n1 2 3 4\n"                              },
-        {"binary cut",              "TYRGRID\n" + kHead + "3-T\n1 3 1 0 0 0 0 0\nLL 0 0 1 1 2 2\nabcd\n"},
-        {"unknown projection",      kHead + "T\nXX 0 0 1 1 2 2\n1 2 3 4\n"                              },
+        {"more points than bytes", kHead + "T\nLL 0 0 1 1 40000 40000\n1 2 3\n"},
+        {"cut values", kHead + "T\nLL 0 0 1 1 2 2\n1 2 3\n"},
+        {"a word among the values", kHead + "T\nLL 0 0 1 1 2 2\n1 two 3 4\n"},
+        {"no points", kHead + "T\nLL 0 0 1 1 0 2\n1 2 3 4\n"},
+        {"binary cut", "TYRGRID\n" + kHead + "3-T\n1 3 1 0 0 0 0 0\nLL 0 0 1 1 2 2\nabcd\n"},
+        {"unknown projection", kHead + "T\nXX 0 0 1 1 2 2\n1 2 3 4\n"},
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.name);
@@ -377,11 +373,7 @@ TEST(GridFile, ModelFilesOfAnotherLayoutAreRead)
     const struct {
         const char *title;
         int ltype;
-    } cases[] = {
-        {"NMC Early run",       9},
-        {"NMC Early Trop",      7},
-        {"ECMWF: Maximum wind", 6}
-    };
+    } cases[] = {{"NMC Early run", 9}, {"NMC Early Trop", 7}, {"ECMWF: Maximum wind", 6}};
     for (const auto &c : cases) {
         SCOPED_TRACE(c.title);
         const std::string cdl = dir.write(
@@ -435,12 +427,9 @@ TEST(GridParam, NumbersTurnIntoTheSystems)
         int source, version, var, wanted, ltype, level;
         const char *units;
     } cases[] = {
-        {98, 1, 167,  11,   105, 2,   "K"  },
-        {98, 1, 151,  1,    102, 0,   "Pa" },
-        {7,  0, 4,    11,   100, 500, "C"  },
-        {7,  1, 1033, 1033, 100, 500, "m/s"},
-        {98, 0, 21,   32,   100, 500, "m/s"},
-        {98, 0, 164,  71,   200, 0,   "%"  },
+        {98, 1, 167, 11, 105, 2, "K"},    {98, 1, 151, 1, 102, 0, "Pa"},
+        {7, 0, 4, 11, 100, 500, "C"},     {7, 1, 1033, 1033, 100, 500, "m/s"},
+        {98, 0, 21, 32, 100, 500, "m/s"}, {98, 0, 164, 71, 200, 0, "%"},
     };
     for (const auto &c : cases) {
         Grid grid;

@@ -75,10 +75,10 @@ TEST_F(GridGribFile, EveryEnvelopeIsReadInAnyOrder)
         const char *name;
         std::string before, behind;
     } cases[] = {
-        {"stars",   "** HTXA50 KWBC 041200\r\r\n",                     "\r\r\n\3" },
+        {"stars", "** HTXA50 KWBC 041200\r\r\n", "\r\r\n\3"},
         {"heading", "\1" + line + "123" + line + "HTXA50 KWBC" + line, line + "\3"},
-        {"length",  "",                                                ""         },
-        {"bare",    "",                                                ""         },
+        {"length", "", ""},
+        {"bare", "", ""},
     };
     for (const auto &c : cases) {
         for (const bool is_second : {false, true}) {
@@ -168,10 +168,7 @@ TEST_F(GridGribFile, TwoFilesAreReadByTurns)
 {
     const Open first(dir.write("a.grb", message(1000) + message(850) + message(700)));
     const Open second(dir.write("b.grb", message2(500) + message2(300) + message2(200)));
-    const int levels[2][3] = {
-        {1000, 850, 700},
-        {500,  300, 200}
-    };
+    const int levels[2][3] = {{1000, 850, 700}, {500, 300, 200}};
     for (const int place : {0, 2, 1, 1, 0}) {
         int file = 0;
         for (const int handle : {first.handle, second.handle}) {

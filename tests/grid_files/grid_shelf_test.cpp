@@ -55,38 +55,40 @@ TEST_F(GridShelfTest, OperandsAreFoundByTimeLevelAndVariable)
 {
     GridShelf shelf;
     const std::string first = dir.write("a.grd", text_of({
-                                                     {100, 500, 0,       kU,    3  },
-                                                     {100, 500, 0,       kV,    4  },
-                                                     {100, 500, 12,      kU,    6  },
-                                                     {100, 500, 12,      kV,    8  },
-                                                     {100, 850, 12,      kTemp, 280},
-                                                     {102, 0,   6,       2,     990},
-                                                     {1,   0,   4006012, 61,    5  },
-                                                     {10,  700, 12,      4,     270},
-    }));
-    const std::string second = dir.write("b.grd", text_of({
-                                                      {100, 300, 12, kHeight, 9000}
-    }));
+                                                     {100, 500, 0, kU, 3},
+                                                     {100, 500, 0, kV, 4},
+                                                     {100, 500, 12, kU, 6},
+                                                     {100, 500, 12, kV, 8},
+                                                     {100, 850, 12, kTemp, 280},
+                                                     {102, 0, 6, 2, 990},
+                                                     {1, 0, 4006012, 61, 5},
+                                                     {10, 700, 12, 4, 270},
+                                                 }));
+    const std::string second = dir.write("b.grd", text_of({{100, 300, 12, kHeight, 9000}}));
     ASSERT_EQ(shelf.add(first), 8);
     ASSERT_EQ(shelf.add(second), 1);
+    GridRec none[2];
+    PRM_set(kPrmTime, 0);
+    EXPECT_EQ(GRD_evaluate_files("pmsl", &shelf, none), 0) << "its time is 6";
+    shelf.let_default_time_vary();
     const struct {
         const char *expression;
         int default_time; ///< of the settings
         int grids;
         float first, second;
     } cases[] = {
-        {"12:500:<uwnd,vwnd>",          kMissingInt, 2, 6,     8},
-        {"0:500:<uwnd,vwnd>",           kMissingInt, 2, 3,     4},
-        {"12:500:wspd(uwnd,vwnd)",      kMissingInt, 1, 10,    0},
-        {"wspd(500:uwnd,500:vwnd)",     12,          1, 10,    0},
-        {"wspd(500:uwnd,500:vwnd)",     kMissingInt, 1, 5,     0},
-        {"500:uwnd",                    0,           1, 3,     0},
-        {"12:850:temp:C",               kMissingInt, 1, 6.85F, 0},
-        {"sub(12:500:uwnd,0:500:uwnd)", kMissingInt, 1, 3,     0},
-        {"pmsl",                        0,           1, 990,   0},
-        {"12-6acc:sfc:precip",          kMissingInt, 1, 5,     0},
-        {"12:300:hght",                 kMissingInt, 1, 9000,  0},
-        {"12:700:temp",                 kMissingInt, 1, 270,   0}, // in the old code
+        {"12:500:<uwnd,vwnd>", kMissingInt, 2, 6, 8},
+        {"0:500:<uwnd,vwnd>", kMissingInt, 2, 3, 4},
+        {"12:500:wspd(uwnd,vwnd)", kMissingInt, 1, 10, 0},
+        {"wspd(500:uwnd,500:vwnd)", 12, 1, 10, 0},
+        {"wspd(500:uwnd,500:vwnd)", kMissingInt, 1, 5, 0},
+        {"500:uwnd", 0, 1, 3, 0},
+        {"12:850:temp:C", kMissingInt, 1, 6.85F, 0},
+        {"sub(12:500:uwnd,0:500:uwnd)", kMissingInt, 1, 3, 0},
+        {"pmsl", 0, 1, 990, 0},
+        {"12-6acc:sfc:precip", kMissingInt, 1, 5, 0},
+        {"12:300:hght", kMissingInt, 1, 9000, 0},
+        {"12:700:temp", kMissingInt, 1, 270, 0}, // in the old code
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.expression);
@@ -105,9 +107,7 @@ TEST_F(GridShelfTest, WhatIsNotFoundIsToldInOneLine)
 {
     GridShelf shelf;
     GridRec out[2];
-    const std::string path = dir.write("a.grd", text_of({
-                                                    {100, 500, 0, kU, 3}
-    }));
+    const std::string path = dir.write("a.grd", text_of({{100, 500, 0, kU, 3}}));
     EXPECT_EQ(told_by([&] { shelf.add(dir.file("none.grd")); }),
               dir.file("none.grd") + ": there is no such file\n");
     EXPECT_EQ(told_by([&] { shelf.add(dir.write("x", "\1\2")); }),
@@ -140,10 +140,7 @@ TEST_F(GridShelfTest, MoreFilesThanTheTableHasRoomFor)
 
 TEST_F(GridShelfTest, GridsOfAStreamAreKept)
 {
-    type_in(text_of({
-        {100, 500, 0, kU, 3},
-        {100, 500, 0, kV, 4}
-    }));
+    type_in(text_of({{100, 500, 0, kU, 3}, {100, 500, 0, kV, 4}}));
     GridShelf shelf;
     ASSERT_EQ(shelf.add("-"), 2);
     GridRec out[2];

@@ -89,9 +89,9 @@ TEST(GridStream, StandardOutputTakesGridsInTheFormatWanted)
     const struct {
         const char *name, *format, *numbers;
     } cases[] = {
-        {"usual",          "%14.8e\n", "1.25000000e+00\n-1.23450000e+03\n"},
-        {"short",          "%.1f ",    "1.2 -1234.5 "                     },
-        {"nothing behind", "%g",       "1.25\n-1234.5\n"                  },
+        {"usual", "%14.8e\n", "1.25000000e+00\n-1.23450000e+03\n"},
+        {"short", "%.1f ", "1.2 -1234.5 "},
+        {"nothing behind", "%g", "1.25\n-1234.5\n"},
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.name);
@@ -123,12 +123,12 @@ TEST(GridStream, KnownGridsHaveTheirDomains)
         int id, proj, nx, ny;
         float dx, dy, clat, clon;
     } cases[] = {
-        {21,  2, 37,  37,  5.0F,    2.5F,    45.0F,   90.0F    },
-        {26,  2, 73,  19,  5.0F,    5.0F,    -45.0F,  180.0F   },
-        {40,  2, 73,  73,  1.5F,    1.5F,    45.0F,   -75.0F   },
-        {41,  2, 73,  73,  1.5F,    1.5F,    -45.0F,  15.0F    },
-        {50,  2, 36,  33,  2.5F,    1.25F,   40.0F,   -96.25F  },
-        {64,  2, 91,  46,  2.0F,    2.0F,    -45.0F,  -90.0F   },
+        {21, 2, 37, 37, 5.0F, 2.5F, 45.0F, 90.0F},
+        {26, 2, 73, 19, 5.0F, 5.0F, -45.0F, 180.0F},
+        {40, 2, 73, 73, 1.5F, 1.5F, 45.0F, -75.0F},
+        {41, 2, 73, 73, 1.5F, 1.5F, -45.0F, 15.0F},
+        {50, 2, 36, 33, 2.5F, 1.25F, 40.0F, -96.25F},
+        {64, 2, 91, 46, 2.0F, 2.0F, -45.0F, -90.0F},
         {212, 4, 185, 129, 0.4063F, 0.4063F, 40.606F, -100.554F},
     };
     for (const auto &c : cases) {
@@ -211,15 +211,15 @@ TEST(GridStream, FirstMessagesHaveTheValuesOfTheDecodes)
         bool from_south;
         bool is_alternating; ///< every other row of the file runs from the east
     } cases[] = {
-        {"CMC_reg_WIND_ISBL_300_ps60km_2010052400_P012.grib", true,  false},
-        {"ECMWF.grib1",                                       false, false},
-        {"ds.sky.grib2",                                      true,  true },
-        {"eta.grb",                                           true,  false},
-        {"fields_with_missing_values.grib",                   false, false},
-        {"regular_ll_msl.grib",                               false, false},
-        {"scanning_mode_64.grib",                             true,  false},
-        {"sref.pds2.grib2",                                   true,  false},
-        {"t_on_different_level_types.grib",                   false, false},
+        {"CMC_reg_WIND_ISBL_300_ps60km_2010052400_P012.grib", true, false},
+        {"ECMWF.grib1", false, false},
+        {"ds.sky.grib2", true, true},
+        {"eta.grb", true, false},
+        {"fields_with_missing_values.grib", false, false},
+        {"regular_ll_msl.grib", false, false},
+        {"scanning_mode_64.grib", true, false},
+        {"sref.pds2.grib2", true, false},
+        {"t_on_different_level_types.grib", false, false},
     };
     if (shared_data("grib_decodes/ECMWF.grib1.msg1.txt.gz").empty()) {
         GTEST_SKIP() << "no folder of shared data";

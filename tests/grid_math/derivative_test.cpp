@@ -135,11 +135,7 @@ TEST(Derivative, PoleRowsAreMissingAndSmallGridsHaveNoReach)
     EXPECT_EQ(out.at(2, 0), kMissing);
     EXPECT_EQ(out.at(2, 4), kMissing);
     EXPECT_EQ(out.at(2, 1), 0.0F);
-    for (const auto &[nx, ny] : {
-             std::pair{1, 4},
-             std::pair{1, 1},
-             std::pair{2, 2}
-    }) {
+    for (const auto &[nx, ny] : {std::pair{1, 4}, std::pair{1, 1}, std::pair{2, 2}}) {
         MathGrid small(nx, ny);
         MathGrid dx, lapl;
         ASSERT_EQ(GRD_dx(&small.rec, &dx.rec), 0);
@@ -161,13 +157,8 @@ TEST(Derivative, CoriolisParameterOfEachMode)
         const char *mode;
         float expected;
     } const cases[] = {
-        {"add",  9.292F       },
-        {"SUB",  -5.292F      },
-        {"sub-", 5.292F       },
-        {"mul",  14.584F      },
-        {"div",  2.0F / 7.292F},
-        {"div-", 3.646F       },
-        {"none", 2.0F         },
+        {"add", 9.292F},        {"SUB", -5.292F}, {"sub-", 5.292F}, {"mul", 14.584F},
+        {"div", 2.0F / 7.292F}, {"div-", 3.646F}, {"none", 2.0F},
     };
     for (int proj : {kProjLatLon, kProjMercator, kProjLambert}) // at 30 degrees f is 7.292
         for (const auto &c : cases) {

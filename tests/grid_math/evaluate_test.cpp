@@ -16,11 +16,7 @@ namespace {
 /// Grids of 3 by 3 by name, all at 500 hPa, each of one value.
 bool find(const VarRec &wanted, GridRec *out)
 {
-    const std::map<std::string, float> known{
-        {"uwnd", 3.0F  },
-        {"vwnd", 4.0F  },
-        {"temp", 300.0F}
-    };
+    const std::map<std::string, float> known{{"uwnd", 3.0F}, {"vwnd", 4.0F}, {"temp", 300.0F}};
     const auto found = known.find(wanted.name);
     if (found == known.end() || wanted.level_value != 500)
         return false;
@@ -45,19 +41,19 @@ TEST_F(EvaluateTest, ExpressionsOfFunctionsConstantsAndVectors)
         int grids;
         float first, second;
     } const cases[] = {
-        {"12:500:temp",                                     1, 300.0F, 0.0F},
-        {"12:500:wspd(uwnd,vwnd)",                          1, 5.0F,   0.0F},
-        {"wspd(12:500:uwnd,12:500:vwnd)",                   1, 5.0F,   0.0F},
-        {"12:500:mul(uwnd,#2.5)",                           1, 7.5F,   0.0F},
-        {"12:500:sub(#10,uwnd)",                            1, 7.0F,   0.0F},
-        {"12:500:add(mul(uwnd,vwnd),temp)",                 1, 312.0F, 0.0F},
-        {"<12:500:uwnd,12:500:vwnd>",                       2, 3.0F,   4.0F},
-        {"12:500:wind(uwnd,vwnd)",                          2, 3.0F,   4.0F},
-        {"12:500:dot(<12:500:uwnd,12:500:vwnd>,vwnd,uwnd)", 1, 24.0F,  0.0F},
-        {"12:500:grad(temp)",                               2, 0.0F,   0.0F},
-        {"12:500:vdiff(uwnd,vwnd,vwnd,uwnd)",               2, -1.0F,  1.0F},
-        {"12:500:mag(vdiff(uwnd,vwnd,vwnd,vwnd))",          1, 1.0F,   0.0F},
-        {"12:500:mul(+uwnd,#2)[knt]",                       1, 6.0F,   0.0F},
+        {"12:500:temp", 1, 300.0F, 0.0F},
+        {"12:500:wspd(uwnd,vwnd)", 1, 5.0F, 0.0F},
+        {"wspd(12:500:uwnd,12:500:vwnd)", 1, 5.0F, 0.0F},
+        {"12:500:mul(uwnd,#2.5)", 1, 7.5F, 0.0F},
+        {"12:500:sub(#10,uwnd)", 1, 7.0F, 0.0F},
+        {"12:500:add(mul(uwnd,vwnd),temp)", 1, 312.0F, 0.0F},
+        {"<12:500:uwnd,12:500:vwnd>", 2, 3.0F, 4.0F},
+        {"12:500:wind(uwnd,vwnd)", 2, 3.0F, 4.0F},
+        {"12:500:dot(<12:500:uwnd,12:500:vwnd>,vwnd,uwnd)", 1, 24.0F, 0.0F},
+        {"12:500:grad(temp)", 2, 0.0F, 0.0F},
+        {"12:500:vdiff(uwnd,vwnd,vwnd,uwnd)", 2, -1.0F, 1.0F},
+        {"12:500:mag(vdiff(uwnd,vwnd,vwnd,vwnd))", 1, 1.0F, 0.0F},
+        {"12:500:mul(+uwnd,#2)[knt]", 1, 6.0F, 0.0F},
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.expression);
@@ -82,13 +78,13 @@ TEST_F(EvaluateTest, TellsInOneLineWhatIsWrong)
         const char *expression;
         const char *message;
     } const cases[] = {
-        {"12:700:temp",             "GRD_evaluate: No grid of temp at 12 h 700 mb in fcst.grd\n"},
-        {"12:500:add(temp,hght)",   "GRD_evaluate: No grid of hght at 12 h 500 mb in fcst.grd\n"},
-        {"12:500:add(temp)",        "GRD_math: Invalid grids\n"                                 },
-        {"12:500:foo(temp)",        "GRD_math: Math function not available: foo\n"              },
-        {"12:500:temp,12:500:uwnd", "GRD_evaluate: an expression of more than one item\n"       },
-        {"#5",                      "GRD_evaluate: a constant alone\n"                          },
-        {"add(#5,#6)",              "GRD_evaluate: a function of no grid\n"                     },
+        {"12:700:temp", "GRD_evaluate: No grid of temp at 12 h 700 mb in fcst.grd\n"},
+        {"12:500:add(temp,hght)", "GRD_evaluate: No grid of hght at 12 h 500 mb in fcst.grd\n"},
+        {"12:500:add(temp)", "GRD_math: Invalid grids\n"},
+        {"12:500:foo(temp)", "GRD_math: Math function not available: foo\n"},
+        {"12:500:temp,12:500:uwnd", "GRD_evaluate: an expression of more than one item\n"},
+        {"#5", "GRD_evaluate: a constant alone\n"},
+        {"add(#5,#6)", "GRD_evaluate: a function of no grid\n"},
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.expression);
@@ -114,12 +110,7 @@ TEST_F(EvaluateTest, OperationsOverFiles)
     struct {
         const char *name;
         float first, second;
-    } const cases[] = {
-        {"max", 5,  1       },
-        {"min", -2, 1       },
-        {"sum", 6,  2       },
-        {"avg", 2,  kMissing}
-    };
+    } const cases[] = {{"max", 5, 1}, {"min", -2, 1}, {"sum", 6, 2}, {"avg", 2, kMissing}};
     for (const auto &c : cases) {
         SCOPED_TRACE(c.name);
         GridRec out;

@@ -70,13 +70,13 @@ TEST(GridMath, MissingAndUndefinedPointsComeOutMissing)
 {
     const float m = kMissing;
     const MissingCase cases[] = {
-        {"add", {1, m, 3, m},  {10, 20, m, m}, {11, m, m, m}  },
-        {"div", {1, 4, m, 0},  {0, 2, 1, 0},   {m, 2, m, m}   },
-        {"sum", {1, m, m, -1}, {m, 5, m, 1},   {1, 5, 0, 0}   },
-        {"max", {1, m, m, -1}, {m, 5, m, 1},   {1, 5, m, 1}   },
-        {"min", {1, m, m, -1}, {m, 5, m, 1},   {1, 5, m, -1}  },
-        {"avg", {1, m, m, -1}, {m, 5, m, 2},   {m, m, m, 0.5F}},
-        {"log", {0, m, -1, 1}, {},             {m, m, m, 0}   },
+        {"add", {1, m, 3, m}, {10, 20, m, m}, {11, m, m, m}},
+        {"div", {1, 4, m, 0}, {0, 2, 1, 0}, {m, 2, m, m}},
+        {"sum", {1, m, m, -1}, {m, 5, m, 1}, {1, 5, 0, 0}},
+        {"max", {1, m, m, -1}, {m, 5, m, 1}, {1, 5, m, 1}},
+        {"min", {1, m, m, -1}, {m, 5, m, 1}, {1, 5, m, -1}},
+        {"avg", {1, m, m, -1}, {m, 5, m, 2}, {m, m, m, 0.5F}},
+        {"log", {0, m, -1, 1}, {}, {m, m, m, 0}},
     };
     for (const MissingCase &c : cases) {
         SCOPED_TRACE(c.name);
@@ -102,13 +102,11 @@ TEST(GridMath, RefusesWhatDoesNotFitInOneLine)
         const char *name;
         GridRec *first, *second;
     } const cases[] = {
-        {"add",    &a.rec,     &other.rec}, // other sides
-        {"add",    &a.rec,     nullptr   }, // a constant that is Missing
-        {"add",    &empty.rec, &a.rec    }, // no values
-        {"dx",     nullptr,    nullptr   },
-        {"wchill", &a.rec,     nullptr   },
-        {"rvort",  &a.rec,     &other.rec},
-        {"max",    nullptr,    nullptr   },
+        {"add", &a.rec, &other.rec}, // other sides
+        {"add", &a.rec, nullptr},    // a constant that is Missing
+        {"add", &empty.rec, &a.rec}, // no values
+        {"dx", nullptr, nullptr},      {"wchill", &a.rec, nullptr},
+        {"rvort", &a.rec, &other.rec}, {"max", nullptr, nullptr},
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.name);
@@ -178,10 +176,7 @@ TEST(GridMath, ThermoConvertsItsOperandsAndLabelsTheResult)
     EXPECT_NE(std::string(out.rec.info).find("850 mb"), std::string::npos) << out.rec.info;
     MathGrid flat(5, 5);
     std::strcpy(flat.rec.units, "K");
-    for (const auto &[name, word] : {
-             std::pair{"lapl",      true },
-             std::pair{"lapl-temp", false}
-    }) {
+    for (const auto &[name, word] : {std::pair{"lapl", true}, std::pair{"lapl-temp", false}}) {
         MathGrid second;
         MathArguments lapl{&second.rec, &flat.rec};
         ASSERT_EQ(GRD_math(name, lapl.grids.data(), lapl.constants.data()), 1);
@@ -197,10 +192,10 @@ TEST(GridMath, ScalesUnitTexts)
         float factor;
         const char *expected;
     } const cases[] = {
-        {"K",       "/m", 1e-5F, "1e-05 K/m" },
+        {"K", "/m", 1e-5F, "1e-05 K/m"},
         {"10^-3/s", "/m", 1e-5F, "1e-08 /s/m"},
-        {"100 mb",  "/m", 1e-5F, "1e-03 mb/m"},
-        {"-deg",    "",   2.0F,  "-2e+00 deg"},
+        {"100 mb", "/m", 1e-5F, "1e-03 mb/m"},
+        {"-deg", "", 2.0F, "-2e+00 deg"},
     };
     for (const auto &c : cases) {
         char out[kUnitTextRoom];

@@ -95,14 +95,9 @@ TEST(Sample, InterpolatesBetweenPointsAndKnowsTheEdges)
     struct {
         float column, row, expected;
     } const cases[] = {
-        {0.0F,     0.0F,  0.0F    },
-        {0.5F,     0.5F,  5.5F    },
-        {2.0F,     1.0F,  12.0F   },
-        {2.00005F, 0.0F,  2.0F    },
-        {2.01F,    0.0F,  kMissing},
-        {-0.01F,   0.0F,  kMissing},
-        {NAN,      0.0F,  kMissing},
-        {1e30F,    1e30F, kMissing},
+        {0.0F, 0.0F, 0.0F},     {0.5F, 0.5F, 5.5F},       {2.0F, 1.0F, 12.0F},
+        {2.00005F, 0.0F, 2.0F}, {2.01F, 0.0F, kMissing},  {-0.01F, 0.0F, kMissing},
+        {NAN, 0.0F, kMissing},  {1e30F, 1e30F, kMissing},
     };
     for (const auto &c : cases)
         EXPECT_FLOAT_EQ(GRD_interp(&g.rec, c.column, c.row), c.expected) << c.column;
@@ -122,12 +117,8 @@ TEST(Sample, StatisticsPassMissingOver)
         int result;
         float first, second;
     } const cases[] = {
-        {"MAX",    1, 4,        kMissing},
-        {"min",    1, -1,       kMissing},
-        {"maxmin", 1, 4,        -1      },
-        {"avg",    1, 2,        kMissing},
-        {"avgnum", 1, 2,        3       },
-        {"median", 0, kMissing, kMissing},
+        {"MAX", 1, 4, kMissing}, {"min", 1, -1, kMissing}, {"maxmin", 1, 4, -1},
+        {"avg", 1, 2, kMissing}, {"avgnum", 1, 2, 3},      {"median", 0, kMissing, kMissing},
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.word);
@@ -218,12 +209,12 @@ TEST(CloseCircle, OnlyColumnsAllRoundTheEarthAreClosed)
         float dx;
         int added;
     } cases[] = {
-        {"round",            kProjLatLon,   36,  10.0F,   1},
-        {"rounded spacing",  kProjLatLon,   7,   51.429F, 1},
-        {"closed already",   kProjLatLon,   37,  10.0F,   0},
-        {"a part",           kProjLatLon,   30,  10.0F,   0},
-        {"other projection", kProjMercator, 36,  10.0F,   0},
-        {"nearly",           kProjLatLon,   359, 1.0F,    0},
+        {"round", kProjLatLon, 36, 10.0F, 1},
+        {"rounded spacing", kProjLatLon, 7, 51.429F, 1},
+        {"closed already", kProjLatLon, 37, 10.0F, 0},
+        {"a part", kProjLatLon, 30, 10.0F, 0},
+        {"other projection", kProjMercator, 36, 10.0F, 0},
+        {"nearly", kProjLatLon, 359, 1.0F, 0},
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.name);

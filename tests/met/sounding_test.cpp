@@ -11,12 +11,10 @@ namespace {
 constexpr float M = kMissing;
 
 // p, z, t, td, dir, spd
-const std::vector<SoundLevel> kSounding{
-    {1000, 100,  20, 15, 350, 10},
-    {900,  1000, 12, M,  10,  20},
-    {800,  M,    6,  2,  M,   M },
-    {700,  3000, -2, -8, 30,  40}
-};
+const std::vector<SoundLevel> kSounding{{1000, 100, 20, 15, 350, 10},
+                                        {900, 1000, 12, M, 10, 20},
+                                        {800, M, 6, 2, M, M},
+                                        {700, 3000, -2, -8, 30, 40}};
 
 SoundLevel at(const std::vector<SoundLevel> &sound, int kind, float value, int *index = nullptr)
 {
@@ -34,13 +32,11 @@ TEST(Wind, ComponentsAndBack)
     const struct {
         const char *name;
         float dir, u, v;
-    } cases[] = {
-        {"north",     0,   0,        -10     },
-        {"east",      90,  -10,      0       },
-        {"south",     180, 0,        10      },
-        {"west",      270, 10,       0       },
-        {"southwest", 225, 7.07107F, 7.07107F}
-    };
+    } cases[] = {{"north", 0, 0, -10},
+                 {"east", 90, -10, 0},
+                 {"south", 180, 0, 10},
+                 {"west", 270, 10, 0},
+                 {"southwest", 225, 7.07107F, 7.07107F}};
     for (const auto &c : cases) {
         SCOPED_TRACE(c.name);
         float u = 0;
@@ -116,18 +112,16 @@ TEST(Sounding, EndsAndTolerances)
         float value;
         int index;
         float p, t;
-    } cases[] = {
-        {"a metre below",     103, 99,   0, 1000, 20},
-        {"5 m below",         103, 95,   0, M,    M },
-        {"the first level",   103, 100,  1, 1000, 20},
-        {"above all",         103, 4000, 4, M,    M },
-        {"0.5 % below",       100, 1005, 0, 1000, 20},
-        {"50 hPa below",      100, 1050, 0, M,    M },
-        {"above in pressure", 100, 600,  4, 600,  M },
-        {"no pressure",       100, 0,    0, M,    M },
-        {"Missing",           103, M,    0, M,    M },
-        {"no surface loaded", 1,   5,    0, M,    M }
-    };
+    } cases[] = {{"a metre below", 103, 99, 0, 1000, 20},
+                 {"5 m below", 103, 95, 0, M, M},
+                 {"the first level", 103, 100, 1, 1000, 20},
+                 {"above all", 103, 4000, 4, M, M},
+                 {"0.5 % below", 100, 1005, 0, 1000, 20},
+                 {"50 hPa below", 100, 1050, 0, M, M},
+                 {"above in pressure", 100, 600, 4, 600, M},
+                 {"no pressure", 100, 0, 0, M, M},
+                 {"Missing", 103, M, 0, M, M},
+                 {"no surface loaded", 1, 5, 0, M, M}};
     for (const auto &c : cases) {
         SCOPED_TRACE(c.name);
         int j = -1;
@@ -141,10 +135,8 @@ TEST(Sounding, EndsAndTolerances)
 
 TEST(Sounding, LevelsFarApartGiveNoPressureBetweenThem)
 {
-    const std::vector<SoundLevel> sparse{
-        {1000, 0,    20,  10,  200, 10},
-        {500,  5500, -20, -30, 240, 50}
-    };
+    const std::vector<SoundLevel> sparse{{1000, 0, 20, 10, 200, 10},
+                                         {500, 5500, -20, -30, 240, 50}};
     EXPECT_EQ(at(sparse, 103, 2).p, 1000.0F);   // within 3 m
     EXPECT_EQ(at(sparse, 103, 5498).p, 500.0F); // within 3 m
     EXPECT_EQ(at(sparse, 103, 2500).spd, M);    // nothing at all between
@@ -153,12 +145,10 @@ TEST(Sounding, LevelsFarApartGiveNoPressureBetweenThem)
 
 TEST(Sounding, PotentialTemperatureFillsGapsAndEndsAtTheLastGap)
 {
-    const std::vector<SoundLevel> sound{
-        {1000, 0,    20, M, M, M},
-        {900,  1000, M,  M, M, M},
-        {800,  2000, 10, M, M, M},
-        {700,  3000, M,  M, M, M}
-    };
+    const std::vector<SoundLevel> sound{{1000, 0, 20, M, M, M},
+                                        {900, 1000, M, M, M, M},
+                                        {800, 2000, 10, M, M, M},
+                                        {700, 3000, M, M, M, M}};
     // theta 293.15 and 283.15 * (1000 / 800) ^ 0.286 = 301.81; the gap at 900 hPa gets 15 C, theta
     // 288.15 * (1000 / 900) ^ 0.286 = 296.97
     int j = -1;
@@ -209,15 +199,14 @@ TEST(Sounding, FreezingLevel)
         std::vector<SoundLevel> sound;
         float want;
     } cases[] = {
-        {"falls through 0",             {{900, M, 4, M, M, M}, {800, M, -4, M, M, M}},                       850},
-        {"a gap between",               {{900, M, 4, M, M, M}, {850, M, M, M, M, M}, {800, M, -4, M, M, M}}, 850},
-        {"falls to 0",                  {{900, M, 4, M, M, M}, {800, M, 0, M, M, M}},                        800},
-        {"cold ground",                 {{900, M, -1, M, M, M}, {800, M, 2, M, M, M}},                       -1 },
-        {"never",                       {{900, M, 4, M, M, M}, {800, M, 2, M, M, M}},                        M  },
-        {"begins too high",             {{499, M, 4, M, M, M}, {400, M, -4, M, M, M}},                       M  },
-        {"rises from below at the top", {{500, M, -4, M, M, M}, {400, M, 4, M, M, M}},                       450},
-        {"empty",                       {},                                                                  M  }
-    };
+        {"falls through 0", {{900, M, 4, M, M, M}, {800, M, -4, M, M, M}}, 850},
+        {"a gap between", {{900, M, 4, M, M, M}, {850, M, M, M, M, M}, {800, M, -4, M, M, M}}, 850},
+        {"falls to 0", {{900, M, 4, M, M, M}, {800, M, 0, M, M, M}}, 800},
+        {"cold ground", {{900, M, -1, M, M, M}, {800, M, 2, M, M, M}}, -1},
+        {"never", {{900, M, 4, M, M, M}, {800, M, 2, M, M, M}}, M},
+        {"begins too high", {{499, M, 4, M, M, M}, {400, M, -4, M, M, M}}, M},
+        {"rises from below at the top", {{500, M, -4, M, M, M}, {400, M, 4, M, M, M}}, 450},
+        {"empty", {}, M}};
     for (const auto &c : cases) {
         SCOPED_TRACE(c.name);
         EXPECT_FLOAT_EQ(MET_freezing_level(c.sound.data(), static_cast<int>(c.sound.size())),

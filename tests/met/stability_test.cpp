@@ -101,25 +101,25 @@ struct Case {
 // Mon. Wea. Rev. 108), written for this purpose in another language; tolerances are the steps of
 // our moist adiabat and the difference of the vapour pressure formulas.
 const Case kWarm[] = {
-    {"total totals",                  MET_total_totals,    57.163,    0.02}, // 16.097 + 14.528 + 2 * 13.269
-    {"vertical totals",               MET_vertical_totals, 29.366,    0.02},
-    {"cross totals",                  MET_cross_totals,    27.797,    0.02},
-    {"K",                             MET_k_index,         41.864,    0.02},
-    {"SWEAT",                         MET_sweat,           519.5,     1.0 }, // 125 (sin(42.607) + 0.2) of it by the winds
-    {"Showalter",                     showalter,           -6.30,     0.25},
-    {"lifted, 500",                   lifted_500,          -7.29,     0.25},
-    {"lifted, 300",                   lifted_300,          -5.36,     0.4 },
-    {"lifted, dry",                   lifted_950,          -0.014,    0.05}, // below the condensation level
-    {"precipitable water",            water_mm,            44.84,     0.5 },
-    {"thickness",                     thickness,           5659.07,   0.5 },
-    {"lapse rate",                    lapse_rate,          0.0067803, 1e-5},
-    {"wet-bulb zero",                 MET_wetbulb_zero,    658.5,     1.5 },
-    {"mixing ratio",                  mix_ratio,           14.002,    0.06},
-    {"theta",                         theta,               300.896,   0.03},
-    {"height",                        height,              456.5,     1.0 },
-    {"theta-e of the ground",         theta_e,             341.19,    1.5 },
-    {"maximum temperature",           max_temp,            302.99,    0.1 },
-    {"convective condensation level", ccl,                 856.8,     1.5 },
+    {"total totals", MET_total_totals, 57.163, 0.02}, // 16.097 + 14.528 + 2 * 13.269
+    {"vertical totals", MET_vertical_totals, 29.366, 0.02},
+    {"cross totals", MET_cross_totals, 27.797, 0.02},
+    {"K", MET_k_index, 41.864, 0.02},
+    {"SWEAT", MET_sweat, 519.5, 1.0}, // 125 (sin(42.607) + 0.2) of it by the winds
+    {"Showalter", showalter, -6.30, 0.25},
+    {"lifted, 500", lifted_500, -7.29, 0.25},
+    {"lifted, 300", lifted_300, -5.36, 0.4},
+    {"lifted, dry", lifted_950, -0.014, 0.05}, // below the condensation level
+    {"precipitable water", water_mm, 44.84, 0.5},
+    {"thickness", thickness, 5659.07, 0.5},
+    {"lapse rate", lapse_rate, 0.0067803, 1e-5},
+    {"wet-bulb zero", MET_wetbulb_zero, 658.5, 1.5},
+    {"mixing ratio", mix_ratio, 14.002, 0.06},
+    {"theta", theta, 300.896, 0.03},
+    {"height", height, 456.5, 1.0},
+    {"theta-e of the ground", theta_e, 341.19, 1.5},
+    {"maximum temperature", max_temp, 302.99, 0.1},
+    {"convective condensation level", ccl, 856.8, 1.5},
 };
 
 void expect_near_or_missing(const Case &c, const Sound &s)
@@ -142,15 +142,15 @@ TEST(Stability, IndicesEqualThosePrintedWithASoundingOfNorman)
     if (path.empty())
         GTEST_SKIP() << "no shared data";
     const Case printed[] = {
-        {"Showalter",          showalter,           11.19,  0.25},
-        {"SWEAT",              MET_sweat,           53.98,  0.05},
-        {"K",                  MET_k_index,         -4.30,  0.01},
-        {"cross totals",       MET_cross_totals,    9.90,   0.01},
-        {"vertical totals",    MET_vertical_totals, 22.90,  0.01},
-        {"total totals",       MET_total_totals,    32.80,  0.01},
-        {"thickness",          thickness,           5565.0, 0.5 },
- // theirs goes through mean mixing ratios, ours through specific humidity
-        {"precipitable water", water_mm,            10.64,  0.12},
+        {"Showalter", showalter, 11.19, 0.25},
+        {"SWEAT", MET_sweat, 53.98, 0.05},
+        {"K", MET_k_index, -4.30, 0.01},
+        {"cross totals", MET_cross_totals, 9.90, 0.01},
+        {"vertical totals", MET_vertical_totals, 22.90, 0.01},
+        {"total totals", MET_total_totals, 32.80, 0.01},
+        {"thickness", thickness, 5565.0, 0.5},
+        // theirs goes through mean mixing ratios, ours through specific humidity
+        {"precipitable water", water_mm, 10.64, 0.12},
     };
     for (const Case &c : printed)
         expect_near_or_missing(c, read_sounding_rows(path));
@@ -163,21 +163,19 @@ TEST(Stability, SweatWithoutAVeeringWindHasNoFourthTerm)
         float d850, s850, d500, s500;
         double fourth;
     } const cases[] = {
-        {"veering",            180, 20,    240, 30,    125 * (std::sqrt(3.0) / 2 + 0.2)       },
-        {"bounds",             135, 15,    210, 15,    125 * (std::sin(75 * M_PI / 180) + 0.2)},
-        {"backing",            240, 20,    210, 30,    0                                      },
-        {"equal",              230, 20,    230, 30,    0                                      },
-        {"too far south-east", 134, 20,    240, 30,    0                                      },
-        {"too far north",      180, 20,    311, 30,    0                                      },
-        {"too slow below",     180, 14.9F, 240, 30,    0                                      },
-        {"too slow above",     180, 20,    240, 14.9F, 0                                      },
+        {"veering", 180, 20, 240, 30, 125 * (std::sqrt(3.0) / 2 + 0.2)},
+        {"bounds", 135, 15, 210, 15, 125 * (std::sin(75 * M_PI / 180) + 0.2)},
+        {"backing", 240, 20, 210, 30, 0},
+        {"equal", 230, 20, 230, 30, 0},
+        {"too far south-east", 134, 20, 240, 30, 0},
+        {"too far north", 180, 20, 311, 30, 0},
+        {"too slow below", 180, 14.9F, 240, 30, 0},
+        {"too slow above", 180, 20, 240, 14.9F, 0},
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.name);
-        const SoundLevel s[] = {
-            {850, 1500, 10, -5,  c.d850, c.s850},
-            {500, 5600, 0,  -20, c.d500, c.s500}
-        };
+        const SoundLevel s[] = {{850, 1500, 10, -5, c.d850, c.s850},
+                                {500, 5600, 0, -20, c.d500, c.s500}};
         EXPECT_NEAR(MET_sweat(s, 2), 2 * c.s850 + c.s500 + c.fourth, 0.01);
     }
 }
@@ -186,10 +184,7 @@ TEST(Stability, EnergyIndexByHand)
 {
     // E(850) = 0.24 * 283.15 + 980 * 150000 / 4.2e7 + 0.6 w(10 C, 850) with e = 12.27: 9.11 g/kg;
     // E(500) = 0.24 * 258.15 + 980 * 560000 / 4.2e7 + 0.6 w(-15 C, 500) with e = 1.912: 2.388
-    const SoundLevel s[] = {
-        {850, 1500, 10,  10,  M, M},
-        {500, 5600, -15, -15, M, M}
-    };
+    const SoundLevel s[] = {{850, 1500, 10, 10, M, M}, {500, 5600, -15, -15, M, M}};
     EXPECT_NEAR(MET_energy_index(s, 2),
                 (61.956 + 13.067 + 0.6 * 2.388) - (67.956 + 3.5 + 0.6 * 9.11), 0.02);
 }
@@ -218,20 +213,11 @@ TEST(Stability, OddSoundingsGiveTheirOwnAnswers)
     EXPECT_EQ(MET_ccl(s.data() + 6, n - 6, kP, &mix, 478.2F, 0), kMissing);
     EXPECT_EQ(MET_precip_water(s.data() + 6, n - 6), kMissing);
     EXPECT_EQ(MET_ccl(s.data(), 1, kP, &mix, 1000, 0), 0.0F);
-    const SoundLevel cold[] = {
-        {1000, 100,  -1, -2, M, M},
-        {900,  1000, -5, -9, M, M}
-    };
+    const SoundLevel cold[] = {{1000, 100, -1, -2, M, M}, {900, 1000, -5, -9, M, M}};
     EXPECT_EQ(MET_wetbulb_zero(cold, 2), -1.0F);
-    const SoundLevel fog[] = {
-        {1000, 100,  10, 10.5F, M, M},
-        {900,  1000, 8,  8,     M, M}
-    };
+    const SoundLevel fog[] = {{1000, 100, 10, 10.5F, M, M}, {900, 1000, 8, 8, M, M}};
     EXPECT_EQ(MET_ccl(fog, 2, kP, &mix, 1000, 0), 1000.0F); // cut at the first level
-    const SoundLevel hot[] = {
-        {1000, 100,  40, -20, M, M},
-        {900,  1000, 39, -25, M, M}
-    };
+    const SoundLevel hot[] = {{1000, 100, 40, -20, M, M}, {900, 1000, 39, -25, M, M}};
     EXPECT_EQ(MET_ccl(hot, 2, kP, &mix, 1000, 0), -1.0F);
     EXPECT_EQ(MET_layer_mean("nothing", s.data(), n, kP, 1000, 900), kMissing);
 }
@@ -258,15 +244,11 @@ TEST(Stability, BadSoundingsGiveMissingAndNothingWorse)
     const Sound none;
     const Sound one(1, SoundLevel{1000, 0, 20, 15, 200, 20});
     const Bad cases[] = {
-        {"empty",                   none,        true },
-        {"Missing everywhere",      missing,     true },
-        {"pressures alone",         bare,        true },
-        {"not numbers",             not_numbers, false},
-        {"upside down",             upside,      false},
-        {"one level over and over", same,        false},
-        {"one level",               one,         false},
-        {"wild numbers",            wild,        false},
-        {"too long",                too_long,    false},
+        {"empty", none, true},           {"Missing everywhere", missing, true},
+        {"pressures alone", bare, true}, {"not numbers", not_numbers, false},
+        {"upside down", upside, false},  {"one level over and over", same, false},
+        {"one level", one, false},       {"wild numbers", wild, false},
+        {"too long", too_long, false},
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.name);

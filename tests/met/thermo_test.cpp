@@ -37,15 +37,8 @@ TEST(Thermo, SaturationVapourPressureIsThatOfTheSmithsonianTables)
 {
     const struct {
         double t, e;
-    } cases[] = {
-        {-20.0, 1.2540},
-        {-10.0, 2.8627},
-        {0.0,   6.1078},
-        {10.0,  12.272},
-        {20.0,  23.373},
-        {30.0,  42.430},
-        {40.0,  73.777}
-    };
+    } cases[] = {{-20.0, 1.2540}, {-10.0, 2.8627}, {0.0, 6.1078}, {10.0, 12.272},
+                 {20.0, 23.373},  {30.0, 42.430},  {40.0, 73.777}};
     for (const auto &c : cases) {
         SCOPED_TRACE(c.t);
         EXPECT_NEAR(MET_sat_vapor(celsius(c.t)), c.e, 0.001 * c.e);
@@ -115,16 +108,8 @@ TEST(Thermo, StandardAtmosphereIsTheIcaoTable)
     const struct {
         float p;
         double z;
-    } cases[] = {
-        {1013.25F, 0.0    },
-        {850,      1457.3 },
-        {700,      3012.2 },
-        {500,      5574.4 },
-        {300,      9163.9 },
-        {200,      11784  },
-        {226.32F,  11000  },
-        {100,      16179.7}
-    };
+    } cases[] = {{1013.25F, 0.0}, {850, 1457.3}, {700, 3012.2},    {500, 5574.4},
+                 {300, 9163.9},   {200, 11784},  {226.32F, 11000}, {100, 16179.7}};
     for (const auto &c : cases) {
         SCOPED_TRACE(c.p);
         EXPECT_NEAR(MET_std_height(c.p), c.z, 1.0);
@@ -206,13 +191,7 @@ TEST(Comfort, WindChillIsThatOfTheChart)
 {
     const struct {
         double t, v, chill;
-    } cases[] = {
-        {40,  5,  36 },
-        {10,  20, -9 },
-        {0,   15, -19},
-        {-10, 30, -39},
-        {-30, 60, -76}
-    };
+    } cases[] = {{40, 5, 36}, {10, 20, -9}, {0, 15, -19}, {-10, 30, -39}, {-30, 60, -76}};
     for (const auto &c : cases) {
         SCOPED_TRACE(c.t);
         const auto v = static_cast<float>(c.v * 0.44704);
@@ -240,13 +219,7 @@ TEST(Comfort, HeatIndexIsThatOfTheChart)
 {
     const struct {
         double t, rh, index;
-    } cases[] = {
-        {80,  40, 80 },
-        {86,  90, 105},
-        {90,  70, 105},
-        {94,  60, 110},
-        {100, 40, 109}
-    };
+    } cases[] = {{80, 40, 80}, {86, 90, 105}, {90, 70, 105}, {94, 60, 110}, {100, 40, 109}};
     for (const auto &c : cases) {
         SCOPED_TRACE(c.t);
         const float td = magnus_dew_point((c.t - 32.0) / 1.8, c.rh);

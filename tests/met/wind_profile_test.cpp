@@ -60,21 +60,15 @@ TEST(MeanWind, OfHandWorkedSoundings)
     // (0.223144 * 15 + 0.287682 * 22.0752) / 0.510826 = 18.985; from 900 to 850 hPa, within one
     // layer, (14.722 + 17.283) / 2
     const std::vector<SoundLevel> mass{
-        {1000, 0,    M, M, 270, 10},
-        {800,  1900, M, M, 270, 20},
-        {400,  7200, M, M, 270, 30},
+        {1000, 0, M, M, 270, 10},
+        {800, 1900, M, M, 270, 20},
+        {400, 7200, M, M, 270, 30},
     };
     // half of the mass from the south, half from the west: the vectors' mean is from the southwest,
     // the speed stays the mean of the speeds
-    const std::vector<SoundLevel> halves{
-        {1000, 0,    M, M, 180, 20},
-        {500,  5500, M, M, 270, 20}
-    };
+    const std::vector<SoundLevel> halves{{1000, 0, M, M, 180, 20}, {500, 5500, M, M, 270, 20}};
     // at 940 hPa it has turned by 90 * ln(1000/940) / ln(1000/300) = 4.6
-    const std::vector<SoundLevel> sparse{
-        {1000, 0,    M, M, 180, 10},
-        {300,  9000, M, M, 270, 30}
-    };
+    const std::vector<SoundLevel> sparse{{1000, 0, M, M, 180, 10}, {300, 9000, M, M, 270, 30}};
     // clang-format off
     const struct {
         const char *name;
@@ -175,13 +169,11 @@ TEST(Helicity, CircleHodographs)
         const char *name;
         float start, rate;
         double turning;
-    } cases[] = {
-        {"quarter circle",              180, 0.03F,  90 },
-        {"half circle",                 90,  0.06F,  180},
-        {"quarter circle across north", 315, 0.03F,  90 },
-        {"backing",                     180, -0.03F, -90},
-        {"constant wind",               200, 0,      0  }
-    };
+    } cases[] = {{"quarter circle", 180, 0.03F, 90},
+                 {"half circle", 90, 0.06F, 180},
+                 {"quarter circle across north", 315, 0.03F, 90},
+                 {"backing", 180, -0.03F, -90},
+                 {"constant wind", 200, 0, 0}};
     for (const auto &c : cases) {
         SCOPED_TRACE(c.name);
         const auto sound =

@@ -58,7 +58,6 @@ TEST_F(Names, ComposeFromADate)
     const DateRec d = make_date(1999, 3, 6, 14, 37);
     RES_put("raw_path", "/r r");
     RES_put("other", "/o");
-    // clang-format off
     const struct {
         const char *text;
         DateRec user;
@@ -66,33 +65,32 @@ TEST_F(Names, ComposeFromADate)
         const char *name;
         int step;
     } cases[] = {
-        {"%D/%y%m%d%h_prf.dat",      none,                    d,                       "/d/99030614_prf.dat", 3600},
-        {"%y%m%d%6h",                none,                    d,                       "99030612",            21600},
-        {"%y%m%d%h",                 user(kNone, -6),         d,                       "99030612",            21600},
-        {"%y%m%d%h",                 user(kNone, -306),       d,                       "99030615",            21600},
-        {"%y%m%d%h",                 user(kNone, -300),       d,                       "99030617",            3600},
-        {"%h%n",                     user(kNone, 5),          d,                       "0537",                60},
-        {"%6h%n",                    user(kNone, 5, 7),       d,                       "0007",                60},
-        {"%h%15n",                   none,                    d,                       "1430",                900},
-        {"%h%n",                     user(kNone, kNone, -30), d,                       "1430",                1800},
-        {"%Y%b%d",                   none,                    d,                       "1999mar06",           86400},
-        {"%Y%j",                     none,                    d,                       "1999065",             86400},
-        {"%Y%j",                     none,                    make_date(2000, 12, 31), "2000366",             86400},
-        {"%10y",                     none,                    d,                       "90",                  kNone},
-        {"%Y%3m",                    none,                    make_date(1999, 8, 6),   "199906",              kNone},
-        {"%d",                       user(9),                 d,                       "09",                  86400},
-        {"%d",                       user(-5),                d,                       "05",                  432000},
-        {"%Y%m%d%h%n",               none,                    make_date(1999),         "199900000000",        60},
-        {"%b%j",                     none,                    make_date(1999),         "xxx000",              86400},
-        {"a b{c}*%%",                none,                    d,                       "a_bc*%",              kNone},
-        {"%R/%F|%{other}|%{unset}|", none,                    d,                       "/r r/.|/o||",         kNone},
-        {"%q%2k%k",                  none,                    d,                       "0vava_l",             kNone},
-        {"x%",                       none,                    d,                       "x",                   kNone},
-        {"x%12",                     none,                    d,                       "x",                   kNone},
-        {"x%{other",                 none,                    d,                       "x/o",                 kNone},
-        {"%99999999999h",            none,                    d,                       "00",                  9999 * 3600},
+        {"%D/%y%m%d%h_prf.dat", none, d, "/d/99030614_prf.dat", 3600},
+        {"%y%m%d%6h", none, d, "99030612", 21600},
+        {"%y%m%d%h", user(kNone, -6), d, "99030612", 21600},
+        {"%y%m%d%h", user(kNone, -306), d, "99030615", 21600},
+        {"%y%m%d%h", user(kNone, -300), d, "99030617", 3600},
+        {"%h%n", user(kNone, 5), d, "0537", 60},
+        {"%6h%n", user(kNone, 5, 7), d, "0007", 60},
+        {"%h%15n", none, d, "1430", 900},
+        {"%h%n", user(kNone, kNone, -30), d, "1430", 1800},
+        {"%Y%b%d", none, d, "1999mar06", 86400},
+        {"%Y%j", none, d, "1999065", 86400},
+        {"%Y%j", none, make_date(2000, 12, 31), "2000366", 86400},
+        {"%10y", none, d, "90", kNone},
+        {"%Y%3m", none, make_date(1999, 8, 6), "199906", kNone},
+        {"%d", user(9), d, "09", 86400},
+        {"%d", user(-5), d, "05", 432000},
+        {"%Y%m%d%h%n", none, make_date(1999), "199900000000", 60},
+        {"%b%j", none, make_date(1999), "xxx000", 86400},
+        {"a b{c}*%%", none, d, "a_bc*%", kNone},
+        {"%R/%F|%{other}|%{unset}|", none, d, "/r r/.|/o||", kNone},
+        {"%q%2k%k", none, d, "0vava_l", kNone},
+        {"x%", none, d, "x", kNone},
+        {"x%12", none, d, "x", kNone},
+        {"x%{other", none, d, "x/o", kNone},
+        {"%99999999999h", none, d, "00", 9999 * 3600},
     };
-    // clang-format on
     FILE_set_key('k', "va l");
     for (const auto &c : cases) {
         SCOPED_TRACE(c.text);
@@ -141,37 +139,43 @@ TEST_F(Names, WithoutATemplateTheNameStands)
 TEST_F(Names, ParseWhatTheUserTyped)
 {
     const DateRec none;
-    // clang-format off
     const struct {
         const char *name, *text, *input, *result;
         DateRec date;
     } cases[] = {
-        {"date",                            "%D/%y%m%d%h_prf.dat",   "99030612",                "/d/99030612_prf.dat",     make_date(1999, 3, 6, 12)},
-        {"whole name",                      "%D/%y%m%d%h_prf.dat",   "99030612_prf.dat",        "/d/99030612_prf.dat",     make_date(1999, 3, 6, 12)},
-        {"other tail",                      "%D/%y%m%d%h_prf.dat",   "99030612.nc",             "/d/99030612.nc",          make_date(1999, 3, 6, 12)},
-        {"own directory",                   "%D/%y%m%d%h_prf.dat",   "./99030612_prf.dat",      "./99030612_prf.dat",      make_date(1999, 3, 6, 12)},
-        {"absolute name",                   "%D/%y%m%d%h_prf.dat",   "/other/99030612_prf.dat", "/other/99030612_prf.dat", none},
-        {"no date",                         "%D/%y%m%d%h_prf.dat",   "x.nc",                    "/d/x.nc",                 none},
-        {"part of a date",                  "%D/%y%m%d%h_prf.dat",   "9903",                    "/d/9903",                 make_date(1999, 3)},
-        {"half a number",                   "%D/%y%m%d%h_prf.dat",   "9903061",                 "/d/9903061",              make_date(1999, 3, 6)},
-        {"exactly",                         "%D/%y%m%d%h_prf.dat",   "@x y",                    "x y",                     none},
-        {"none",                            "%D/%y%m%d%h_prf.dat",   "None",                    "None",                    none},
-        {"standard input",                  "%D/%y%m%d%h_prf.dat",   "-",                       "-",                       none},
-        {"empty",                           "%D/%y%m%d%h_prf.dat",   "",                        "-",                       none},
-        {"path into a path",                "/d/%y.dat",             "/other/x",                "/other/x",                none},
-        {"four-digit year and month name",  "%Y%b%d.dat",            "1999MAR06",               "1999MAR06.dat",           make_date(1999, 3, 6)},
-        {"no such month",                   "%Y%b.dat",              "1999foo",                 "1999foo",                 make_date(1999)},
-        {"day of the year",                 "%D/%Y%j.dat",           "2000061",                 "/d/2000061.dat",          make_date(2000, 3, 1)},
-        {"separators supplied",             "%D/%Y%m%d_%h00_prf.nc", "20261122_03",             "/d/20261122_0300_prf.nc", make_date(2026, 11, 22, 3)},
-        {"other minute passes",             "%D/%Y%m%d_%h00_prf.nc", "20261122_0330",           "/d/20261122_0330",        make_date(2026, 11, 22, 3)},
-        {"braces",                          "%D/{sub/}%y%m.dat",     "9903",                    "/d/sub/9903.dat",         make_date(1999, 3)},
-        {"star",                            "%D/%y*",                "99rest of it",            "/d/99rest of it",         make_date(1999)},
-        {"key",                             "%D/%k_%y.dat",          "val_99",                  "/d/val_99.dat",           make_date(1999)},
-        {"key without a value",             "%D/%q_%y.dat",          "val_99",                  "/d/val_99",               none},
-        {"template that ends in a percent", "%D/%y%",                "99",                      "/d/99",                   make_date(1999)},
-        {"input that is only a dot",        "%D/%y.dat",             ".",                       ".",                       none},
+        {"date", "%D/%y%m%d%h_prf.dat", "99030612", "/d/99030612_prf.dat",
+         make_date(1999, 3, 6, 12)},
+        {"whole name", "%D/%y%m%d%h_prf.dat", "99030612_prf.dat", "/d/99030612_prf.dat",
+         make_date(1999, 3, 6, 12)},
+        {"other tail", "%D/%y%m%d%h_prf.dat", "99030612.nc", "/d/99030612.nc",
+         make_date(1999, 3, 6, 12)},
+        {"own directory", "%D/%y%m%d%h_prf.dat", "./99030612_prf.dat", "./99030612_prf.dat",
+         make_date(1999, 3, 6, 12)},
+        {"absolute name", "%D/%y%m%d%h_prf.dat", "/other/99030612_prf.dat",
+         "/other/99030612_prf.dat", none},
+        {"no date", "%D/%y%m%d%h_prf.dat", "x.nc", "/d/x.nc", none},
+        {"part of a date", "%D/%y%m%d%h_prf.dat", "9903", "/d/9903", make_date(1999, 3)},
+        {"half a number", "%D/%y%m%d%h_prf.dat", "9903061", "/d/9903061", make_date(1999, 3, 6)},
+        {"exactly", "%D/%y%m%d%h_prf.dat", "@x y", "x y", none},
+        {"none", "%D/%y%m%d%h_prf.dat", "None", "None", none},
+        {"standard input", "%D/%y%m%d%h_prf.dat", "-", "-", none},
+        {"empty", "%D/%y%m%d%h_prf.dat", "", "-", none},
+        {"path into a path", "/d/%y.dat", "/other/x", "/other/x", none},
+        {"four-digit year and month name", "%Y%b%d.dat", "1999MAR06", "1999MAR06.dat",
+         make_date(1999, 3, 6)},
+        {"no such month", "%Y%b.dat", "1999foo", "1999foo", make_date(1999)},
+        {"day of the year", "%D/%Y%j.dat", "2000061", "/d/2000061.dat", make_date(2000, 3, 1)},
+        {"separators supplied", "%D/%Y%m%d_%h00_prf.nc", "20261122_03", "/d/20261122_0300_prf.nc",
+         make_date(2026, 11, 22, 3)},
+        {"other minute passes", "%D/%Y%m%d_%h00_prf.nc", "20261122_0330", "/d/20261122_0330",
+         make_date(2026, 11, 22, 3)},
+        {"braces", "%D/{sub/}%y%m.dat", "9903", "/d/sub/9903.dat", make_date(1999, 3)},
+        {"star", "%D/%y*", "99rest of it", "/d/99rest of it", make_date(1999)},
+        {"key", "%D/%k_%y.dat", "val_99", "/d/val_99.dat", make_date(1999)},
+        {"key without a value", "%D/%q_%y.dat", "val_99", "/d/val_99", none},
+        {"template that ends in a percent", "%D/%y%", "99", "/d/99", make_date(1999)},
+        {"input that is only a dot", "%D/%y.dat", ".", ".", none},
     };
-    // clang-format on
     FILE_set_key('k', "val");
     for (const auto &c : cases) {
         SCOPED_TRACE(c.name);
@@ -249,14 +253,14 @@ TEST_F(Names, ConventionFileIsSearchedFromTheTop)
     RES_put("file_path", folder.path().c_str());
     RES_put("con_path", "/c");
     const std::vector<ConventionCase> cases = {
-        {"prf_dat",      1, "/d/99.dat",      ""         },
-        {"PRF_DAT",      1, "/d/99.dat",      ""         },
-        {"prf_dat_west", 1, "/d/99.dat",      ""         },
-        {"prf_west",     1, "/d/99_west.prf", "/c/99.out"},
-        {"prf",          1, "/d/99_.prf",     "/c/99.out"},
-        {"after",        1, "03.dat",         ""         },
-        {"sat",          1, "filename",       ""         },
-        {"x%y",          0, "x99",            ""         },
+        {"prf_dat", 1, "/d/99.dat", ""},
+        {"PRF_DAT", 1, "/d/99.dat", ""},
+        {"prf_dat_west", 1, "/d/99.dat", ""},
+        {"prf_west", 1, "/d/99_west.prf", "/c/99.out"},
+        {"prf", 1, "/d/99_.prf", "/c/99.out"},
+        {"after", 1, "03.dat", ""},
+        {"sat", 1, "filename", ""},
+        {"x%y", 0, "x99", ""},
     };
     for (const ConventionCase &c : cases) {
         SCOPED_TRACE(c.type);
@@ -283,13 +287,13 @@ TEST_F(Names, InstalledConventionsGiveHourlyProfilerFiles)
 {
     RES_put("file_path", TYR_SOURCE_DIR "/data");
     const std::vector<ConventionCase> cases = {
-        {"prf_dat",       3600, "/d/20261122_0300_prf.nc",          ""},
-        {"prf_bufr",      3600, "/d/20261122_0300_prf.bufr",        ""},
-        {"prf_bufr_6min", 360,  "/d/20261122_0312_prf.bufr",        ""},
-        {"prf_6min",      360,  "/d/20261122_0312_prf.nc",          ""},
-        {"prf_yday",      3600, "/d/26326_0300_npn_hourly.nc",      ""},
-        {"prf_day",       3600, "/d/2026-11-22_0300_npn_hourly.nc", ""},
-        {"prf_plain",     3600, "/d/20261122_0300",                 ""},
+        {"prf_dat", 3600, "/d/20261122_0300_prf.nc", ""},
+        {"prf_bufr", 3600, "/d/20261122_0300_prf.bufr", ""},
+        {"prf_bufr_6min", 360, "/d/20261122_0312_prf.bufr", ""},
+        {"prf_6min", 360, "/d/20261122_0312_prf.nc", ""},
+        {"prf_yday", 3600, "/d/26326_0300_npn_hourly.nc", ""},
+        {"prf_day", 3600, "/d/2026-11-22_0300_npn_hourly.nc", ""},
+        {"prf_plain", 3600, "/d/20261122_0300", ""},
     };
     for (const ConventionCase &c : cases) {
         SCOPED_TRACE(c.type);

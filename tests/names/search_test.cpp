@@ -132,9 +132,9 @@ TEST_F(Current, ParsedNamesServeTheSameWords)
     const struct {
         const char *text, *name;
     } cases[] = {
-        {"cu-6",        "99030606"},
-        {"la",          "99030607"},
-        {"la#1",        "99030612"},
+        {"cu-6", "99030606"},
+        {"la", "99030607"},
+        {"la#1", "99030612"},
         {"#1999030604", "99030604"},
     };
     char out[kFileNameRoom];
@@ -152,17 +152,17 @@ TEST_F(Current, FirstFileIsAskedFor)
         const char *file; ///< null where the run ends
         int code;
     } cases[] = {
-        {"a name",          "99030607\n",                               "99030607", 0 },
-        {"second try",      "x\n99030603\n",                            "99030603", 0 },
-        {"latest",          "la\n",                                     "99030607", 0 },
-        {"current",         "cu-5:00\n",                                "99030607", 0 },
-        {"with a date",     "#1999030603\n",                            "99030603", 0 },
-        {"set comes first", "set x=1\n99030603\n",                      "99030603", 0 },
-        {"list is no try",  "list\nlist\nlist\nlist\nlist\n99030603\n", "99030603", 0 },
-        {"four tries",      "a\nb\nc\nd\n99030603\n",                   nullptr,    10},
-        {"exit",            "EXIT\n",                                   nullptr,    0 },
-        {"end of input",    "a\n",                                      nullptr,    0 },
-        {"no input",        "",                                         nullptr,    0 },
+        {"a name", "99030607\n", "99030607", 0},
+        {"second try", "x\n99030603\n", "99030603", 0},
+        {"latest", "la\n", "99030607", 0},
+        {"current", "cu-5:00\n", "99030607", 0},
+        {"with a date", "#1999030603\n", "99030603", 0},
+        {"set comes first", "set x=1\n99030603\n", "99030603", 0},
+        {"list is no try", "list\nlist\nlist\nlist\nlist\n99030603\n", "99030603", 0},
+        {"four tries", "a\nb\nc\nd\n99030603\n", nullptr, 10},
+        {"exit", "EXIT\n", nullptr, 0},
+        {"end of input", "a\n", nullptr, 0},
+        {"no input", "", nullptr, 0},
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.name);
@@ -211,20 +211,20 @@ TEST(Sequence, WalksItsHours)
         const char *filename, *text;
         std::vector<std::string> files;
     } cases[] = {
-        {"back",                       "-3",     "",     "@%d%h",   {"0609", "0610", "0611", "0612"}},
-        {"forward",                    "2",      "",     "@%d%h",   {"0612", "0613", "0614"}        },
-        {"two-hour step",              "-5,2",   "",     "@%d%h",   {"0606", "0608", "0610", "0612"}},
-        {"minutes",                    "-0:30",  "",     "@%h%15n", {"1130", "1145", "1200"}        },
-        {"only minutes",               ":30",    "",     "@%h%15n", {"1200", "1215", "1230"}        },
-        {"minute step",                "-1,:30", "",     "@%h%15n", {"1100", "1130", "1200"}        },
-        {"step below the files' own",  "-2,:10", "",     "@%d%h",   {"0610", "0611", "0612"}        },
-        {"over midnight",              "-14,7",  "",     "@%d%h",   {"0522", "0605", "0612"}        },
-        {"a list",                     "-3",     "a\nb", "@%d%h",   {"a", "b"}                      },
-        {"a list of one with a range", "-1",     "0612", "@%d%h",   {"0611", "0612"}                },
-        {"a list of one without",      "0",      "0612", "@%d%h",   {"0612"}                        },
-        {"a current word is no list",  "-1",     "cu",   "@%d%h",   {"0611", "0612"}                },
-        {"nothing asked for",          "0",      "",     "@%d%h",   {"0612"}                        },
-        {"nonsense",                   "x",      "",     "@%d%h",   {"0612"}                        },
+        {"back", "-3", "", "@%d%h", {"0609", "0610", "0611", "0612"}},
+        {"forward", "2", "", "@%d%h", {"0612", "0613", "0614"}},
+        {"two-hour step", "-5,2", "", "@%d%h", {"0606", "0608", "0610", "0612"}},
+        {"minutes", "-0:30", "", "@%h%15n", {"1130", "1145", "1200"}},
+        {"only minutes", ":30", "", "@%h%15n", {"1200", "1215", "1230"}},
+        {"minute step", "-1,:30", "", "@%h%15n", {"1100", "1130", "1200"}},
+        {"step below the files' own", "-2,:10", "", "@%d%h", {"0610", "0611", "0612"}},
+        {"over midnight", "-14,7", "", "@%d%h", {"0522", "0605", "0612"}},
+        {"a list", "-3", "a\nb", "@%d%h", {"a", "b"}},
+        {"a list of one with a range", "-1", "0612", "@%d%h", {"0611", "0612"}},
+        {"a list of one without", "0", "0612", "@%d%h", {"0612"}},
+        {"a current word is no list", "-1", "cu", "@%d%h", {"0611", "0612"}},
+        {"nothing asked for", "0", "", "@%d%h", {"0612"}},
+        {"nonsense", "x", "", "@%d%h", {"0612"}},
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.name);
@@ -274,14 +274,14 @@ TEST(Sequence, ReadsSpans)
         const char *value;
         int range, step;
     } cases[] = {
-        {"-12",        -43200,    3600 },
-        {"-12,3",      -43200,    10800},
-        {"-1:30",      -5400,     3600 },
-        {"-0:30,0:15", -1800,     900  },
-        {"1:30,1:30",  5400,      5400 },
-        {",2",         0,         7200 },
-        {"",           0,         3600 },
-        {"999999999",  900000000, 3600 },
+        {"-12", -43200, 3600},
+        {"-12,3", -43200, 10800},
+        {"-1:30", -5400, 3600},
+        {"-0:30,0:15", -1800, 900},
+        {"1:30,1:30", 5400, 5400},
+        {",2", 0, 7200},
+        {"", 0, 3600},
+        {"999999999", 900000000, 3600},
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.value);
@@ -300,16 +300,11 @@ TEST(DecodeWindow, SelectsReports)
         int hour, minute;
         int inside, outside; ///< report times
     } cases[] = {
-        {"12",          12, 0,  1150, 1140},
-        {"12:00-30+30", 12, 0,  1130, 1231},
-        {"12-5+5",      12, 0,  1155, 1206},
-        {"0-10+10",     0,  0,  2355, 2345},
-        {"23:55-5+20",  23, 55, 10,   20  },
-        {":-60+0",      14, 37, 1340, 1336},
-        {"cu:cu-5+5",   14, 37, 1442, 1443},
-        {"cu-2-10+10",  12, 37, 1230, 1225},
-        {"cu:30-5+5",   14, 30, 1425, 1424},
-        {"-6",          12, 0,  1150, 1211},
+        {"12", 12, 0, 1150, 1140},         {"12:00-30+30", 12, 0, 1130, 1231},
+        {"12-5+5", 12, 0, 1155, 1206},     {"0-10+10", 0, 0, 2355, 2345},
+        {"23:55-5+20", 23, 55, 10, 20},    {":-60+0", 14, 37, 1340, 1336},
+        {"cu:cu-5+5", 14, 37, 1442, 1443}, {"cu-2-10+10", 12, 37, 1230, 1225},
+        {"cu:30-5+5", 14, 30, 1425, 1424}, {"-6", 12, 0, 1150, 1211},
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.decode_hour);

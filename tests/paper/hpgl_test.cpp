@@ -15,7 +15,7 @@ constexpr float kArea[6] = {0.0F, 0.0F, 0.5F, 0.0F, 0.5F, 0.5F};
 std::string body(KernelPlot &plot)
 {
     const std::string text = plot.finish();
-    const std::size_t start = text.find('\n', text.find("IW ")) + 1;
+    const size_t start = text.find('\n', text.find("IW ")) + 1;
     return text.substr(start, text.find("SP;PG;") - start);
 }
 
@@ -28,12 +28,12 @@ TEST(Hpgl, HeadAndTailByWord)
         std::string head, tail;
     };
     const Case cases[] = {
-        {"",                            pcl + "IN;SP1;PA;\nPW0.2;SV;LT;\n",               "SP;PG;\n" + end},
-        {"nopcl",                       "IN;SP1;PA;\nPW0.2;SV;LT;\n",                     "SP;PG;\n"      },
-        {"lj",                          pcl + "IN;SP1;PA;\nRO90;\nPW0.2;SV;LT;\n",        "SP;PG;\n" + end},
-        {"lj,port",                     pcl + "IN;SP1;PA;\nRO90;\nRO90;\nPW0.2;SV;LT;\n", "SP;PG;\n" + end},
-        {"nopcl,rot=270,lwidth=0.5",    "IN;SP1;PA;\nRO270;\nPW0.5;SV;LT;\n",             "SP;PG;\n"      },
-        {"nopcl,rot=45,land,lwidth=-1", "IN;SP1;PA;\nPW0.5;SV;LT;\n",                     "SP;PG;\n"      },
+        {"", pcl + "IN;SP1;PA;\nPW0.2;SV;LT;\n", "SP;PG;\n" + end},
+        {"nopcl", "IN;SP1;PA;\nPW0.2;SV;LT;\n", "SP;PG;\n"},
+        {"lj", pcl + "IN;SP1;PA;\nRO90;\nPW0.2;SV;LT;\n", "SP;PG;\n" + end},
+        {"lj,port", pcl + "IN;SP1;PA;\nRO90;\nRO90;\nPW0.2;SV;LT;\n", "SP;PG;\n" + end},
+        {"nopcl,rot=270,lwidth=0.5", "IN;SP1;PA;\nRO270;\nPW0.5;SV;LT;\n", "SP;PG;\n"},
+        {"nopcl,rot=45,land,lwidth=-1", "IN;SP1;PA;\nPW0.5;SV;LT;\n", "SP;PG;\n"},
     };
     for (const Case &c : cases) {
         SCOPED_TRACE(c.words);
@@ -53,13 +53,13 @@ TEST(Hpgl, PaperAndGeometryGiveTheSurface)
         int width, height, x, y;
     };
     const Case cases[] = {
-        {"default",     "",        nullptr,         10150, 7612,  10,   10  },
-        {"roll",        "roll=36", nullptr,         36032, 23345, 10,   10  },
-        {"a3",          "a3",      nullptr,         16280, 11357, 10,   10  },
-        {"quarter",     "",        "P2x2+1+0",      5075,  3806,  5075, 3806},
-        {"measures",    "",        "100x200+10+20", 1015,  2030,  111,  213 },
-        {"size only",   "",        "100x200",       1015,  2030,  10,   10  },
-        {"offset only", "",        "+10+20",        10150, 7612,  111,  213 },
+        {"default", "", nullptr, 10150, 7612, 10, 10},
+        {"roll", "roll=36", nullptr, 36032, 23345, 10, 10},
+        {"a3", "a3", nullptr, 16280, 11357, 10, 10},
+        {"quarter", "", "P2x2+1+0", 5075, 3806, 5075, 3806},
+        {"measures", "", "100x200+10+20", 1015, 2030, 111, 213},
+        {"size only", "", "100x200", 1015, 2030, 10, 10},
+        {"offset only", "", "+10+20", 10150, 7612, 111, 213},
     };
     for (const Case &c : cases) {
         SCOPED_TRACE(c.name);

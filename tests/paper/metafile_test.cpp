@@ -135,7 +135,7 @@ TEST(Metafile, PlayedOnAMetafileItIsTheSameMetafile)
     const auto records = [](std::string file) {
         file = file.substr(file.find("CLR "));
         for (const char *gone : {"ME a message PL 2 0,0 1,1\n"}) {
-            if (const std::size_t at = file.find(gone); at != std::string::npos) {
+            if (const size_t at = file.find(gone); at != std::string::npos) {
                 file.erase(at, std::string(gone).size());
             }
         }
@@ -163,22 +163,22 @@ TEST(Metafile, DamagedRecordsAreToldAndTheRestIsPlayed)
     };
     const char *const damaged = "gread_metafile: 1 damaged records, the first in line 2: ";
     const Case cases[] = {
-        {"count beyond the file",         "PL 2000000000 0,0 1,1", damaged                                              },
-        {"count below 0",                 "FA -3 0,0 1,1 1,0",     damaged                                              },
-        {"count of 0",                    "PM 0 ",                 damaged                                              },
-        {"no count",                      "PL x",                  damaged                                              },
-        {"point cut short",               "PL 2 0.5,0.5 0.5,x",    damaged                                              },
-        {"one point",                     "PL 1 0.5,0.5 ",         "gpolyline: invalid number of points: 1\n"           },
-        {"window of transformation 6",    "WIN 6 0 0 1 1",
-         "gset_window: invalid transformation number: 6\n"                                                              },
+        {"count beyond the file", "PL 2000000000 0,0 1,1", damaged},
+        {"count below 0", "FA -3 0,0 1,1 1,0", damaged},
+        {"count of 0", "PM 0 ", damaged},
+        {"no count", "PL x", damaged},
+        {"point cut short", "PL 2 0.5,0.5 0.5,x", damaged},
+        {"one point", "PL 1 0.5,0.5 ", "gpolyline: invalid number of points: 1\n"},
+        {"window of transformation 6", "WIN 6 0 0 1 1",
+         "gset_window: invalid transformation number: 6\n"},
         {"viewport of transformation -1", "VP -1 0 0 1 1",
-         "gset_viewport: invalid transformation number: -1\n"                                                           },
-        {"transformation 77",             "TR 77",                 "gsel_norm_tran: invalid transformation number: 77\n"},
-        {"colour 9999",                   "CLR 1 9999 0 0 0",      "gset_colr_rep: invalid color index: 9999\n"         },
-        {"line type",                     "PL_TYPE -4",            "gset_linetype: invalid line type: -4\n"             },
-        {"no number",                     "PL_LW wide",            damaged                                              },
-        {"unknown word",                  "NOSUCH 1 2 3",          ""                                                   },
-        {"window on the workstation",     "WS_WIN 1 5 5 6 6",      ""                                                   },
+         "gset_viewport: invalid transformation number: -1\n"},
+        {"transformation 77", "TR 77", "gsel_norm_tran: invalid transformation number: 77\n"},
+        {"colour 9999", "CLR 1 9999 0 0 0", "gset_colr_rep: invalid color index: 9999\n"},
+        {"line type", "PL_TYPE -4", "gset_linetype: invalid line type: -4\n"},
+        {"no number", "PL_LW wide", damaged},
+        {"unknown word", "NOSUCH 1 2 3", ""},
+        {"window on the workstation", "WS_WIN 1 5 5 6 6", ""},
     };
     for (const Case &c : cases) {
         SCOPED_TRACE(c.name);
@@ -204,7 +204,7 @@ TEST(Metafile, AnyDamageEndsInAPageThatCanBeRead)
     const std::string whole = meta.finish();
     const TempDir dir;
     testing::internal::CaptureStderr();
-    for (std::size_t i = 0; i < whole.size(); i += 7) {
+    for (size_t i = 0; i < whole.size(); i += 7) {
         std::string changed = whole;
         changed[i] = static_cast<char>(~changed[i]);
         for (const std::string &text : {whole.substr(0, i), changed}) {
@@ -237,8 +237,8 @@ struct CgmElement {
 std::vector<CgmElement> walk_cgm(const std::string &file)
 {
     std::vector<CgmElement> out;
-    std::size_t at = 0;
-    const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(file[i]); };
+    size_t at = 0;
+    const auto byte = [&](size_t i) { return static_cast<unsigned char>(file[i]); };
     while (at + 2 <= file.size()) {
         const int head = byte(at) << 8 | byte(at + 1);
         at += 2;
@@ -251,13 +251,13 @@ std::vector<CgmElement> walk_cgm(const std::string &file)
             length = byte(at) << 8 | byte(at + 1);
             at += 2;
         }
-        const std::size_t padded = static_cast<std::size_t>(length + length % 2);
+        const size_t padded = static_cast<size_t>(length + length % 2);
         if (at + padded > file.size()) {
             out.push_back({-1, 0, {}});
             return out;
         }
         CgmElement element{head >> 12, head >> 5 & 127, {}};
-        for (std::size_t i = 0; i < static_cast<std::size_t>(length); i++) {
+        for (size_t i = 0; i < static_cast<size_t>(length); i++) {
             element.bytes.push_back(byte(at + i));
         }
         out.push_back(element);
@@ -273,7 +273,7 @@ std::vector<CgmElement> walk_cgm(const std::string &file)
 std::vector<int> numbers(const CgmElement &element)
 {
     std::vector<int> out;
-    for (std::size_t i = 0; i + 1 < element.bytes.size(); i += 2) {
+    for (size_t i = 0; i + 1 < element.bytes.size(); i += 2) {
         out.push_back(static_cast<std::int16_t>(element.bytes[i] << 8 | element.bytes[i + 1]));
     }
     return out;
@@ -286,22 +286,22 @@ TEST(Cgm, ElementsInTheirOrder)
     const std::vector<CgmElement> elements = walk_cgm(plot.finish());
     gset_meta_binary(0);
     const CgmElement head[] = {
-        {0, 1,  {}                                                          },
-        {1, 1,  {0, 1}                                                      },
-        {1, 2,  {10, 'T', 'Y', 'R', 'C', 'G', 'M', '-', '1', '.', '0'}      },
-        {1, 11, {0, 1, 255, 255, 0, 1}                                      },
-        {1, 9,  {255}                                                       },
-        {2, 6,  {0, 0, 0, 0, 10000 >> 8, 10000 & 255, 8000 >> 8, 8000 & 255}},
-        {0, 3,  {}                                                          },
-        {0, 4,  {}                                                          },
+        {0, 1, {}},
+        {1, 1, {0, 1}},
+        {1, 2, {10, 'T', 'Y', 'R', 'C', 'G', 'M', '-', '1', '.', '0'}},
+        {1, 11, {0, 1, 255, 255, 0, 1}},
+        {1, 9, {255}},
+        {2, 6, {0, 0, 0, 0, 10000 >> 8, 10000 & 255, 8000 >> 8, 8000 & 255}},
+        {0, 3, {}},
+        {0, 4, {}},
     };
     ASSERT_GT(elements.size(), std::size(head) + 2);
-    for (std::size_t i = 0; i < std::size(head); i++) {
+    for (size_t i = 0; i < std::size(head); i++) {
         EXPECT_EQ(elements[i], head[i]) << i;
     }
     EXPECT_EQ(elements.back(), (CgmElement{0, 5, {}}));
     int lines = 0;
-    for (std::size_t i = std::size(head); i + 1 < elements.size(); i++) {
+    for (size_t i = std::size(head); i + 1 < elements.size(); i++) {
         const bool line = elements[i].element_class == 4 && elements[i].id == 1;
         const bool clip = elements[i].element_class == 3 && elements[i].id == 5;
         EXPECT_TRUE(line || clip) << i;
@@ -325,7 +325,7 @@ TEST(Cgm, LongLinesGoOutInPieces)
     const std::vector<CgmElement> elements = walk_cgm(plot.finish());
     gset_meta_binary(0);
     ASSERT_EQ(elements.back(), (CgmElement{0, 5, {}}));
-    std::size_t count = 1;
+    size_t count = 1;
     std::vector<int> last;
     for (const CgmElement &element : elements) {
         if (element.element_class != 4) {

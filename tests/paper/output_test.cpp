@@ -22,14 +22,8 @@ TEST(Output, NumbersAreWrittenAsPrintfWritesThem)
         const char *expected;
     };
     const Case cases[] = {
-        {0.0,       2, "0.00"       },
-        {1.005,     2, "1.00"       },
-        {-12.345,   1, "-12.3"      },
-        {99999.996, 2, "100000.00"  },
-        {0.5,       0, "0"          },
-        {1.5,       0, "2"          },
-        {1e10,      0, "10000000000"},
-        {1.0 / 3.0, 6, "0.333333"   },
+        {0.0, 2, "0.00"}, {1.005, 2, "1.00"}, {-12.345, 1, "-12.3"},    {99999.996, 2, "100000.00"},
+        {0.5, 0, "0"},    {1.5, 0, "2"},      {1e10, 0, "10000000000"}, {1.0 / 3.0, 6, "0.333333"},
     };
     const TempDir dir;
     std::string expected;
@@ -108,27 +102,27 @@ TEST(Output, FailuresAreToldOnceAndReturned)
         const char *expected;
     };
     const Case cases[] = {
-        {"full disk",              "/dev/full",                kDevicePostScript, 1,
-         "gps_close: unable to write /dev/full: No space left on device\n"       },
-        {"full disk, much output", "/dev/full",                kDevicePostScript, 20000,
-         "gps_close: unable to write /dev/full: No space left on device\n"       },
-        {"full disk, HPGL",        "/dev/full",                kDeviceHpgl,       1,
-         "ghp_close: unable to write /dev/full: No space left on device\n"       },
-        {"full disk, metafile",    "/dev/full",                kDeviceMetafile,   1,
-         "gmeta_close: unable to write /dev/full: No space left on device\n"     },
-        {"full disk, append",      "+/dev/full",               kDevicePostScript, 1,
-         "gps_close: unable to write /dev/full: No space left on device\n"       },
-        {"command fails",          "|cat > /dev/null; exit 3", kDevicePostScript, 1,
-         "gps_close: command failed: cat > /dev/null; exit 3\n"                  },
-        {"reader dies",            "|false",                   kDevicePostScript, 20000,
-         "gps_close: unable to write false: Broken pipe\n"                       },
-        {"no folder",              "/dev/null/plot.ps",        kDevicePostScript, 1,
+        {"full disk", "/dev/full", kDevicePostScript, 1,
+         "gps_close: unable to write /dev/full: No space left on device\n"},
+        {"full disk, much output", "/dev/full", kDevicePostScript, 20000,
+         "gps_close: unable to write /dev/full: No space left on device\n"},
+        {"full disk, HPGL", "/dev/full", kDeviceHpgl, 1,
+         "ghp_close: unable to write /dev/full: No space left on device\n"},
+        {"full disk, metafile", "/dev/full", kDeviceMetafile, 1,
+         "gmeta_close: unable to write /dev/full: No space left on device\n"},
+        {"full disk, append", "+/dev/full", kDevicePostScript, 1,
+         "gps_close: unable to write /dev/full: No space left on device\n"},
+        {"command fails", "|cat > /dev/null; exit 3", kDevicePostScript, 1,
+         "gps_close: command failed: cat > /dev/null; exit 3\n"},
+        {"reader dies", "|false", kDevicePostScript, 20000,
+         "gps_close: unable to write false: Broken pipe\n"},
+        {"no folder", "/dev/null/plot.ps", kDevicePostScript, 1,
          "gopen_ws: unable to open postscript file\n\n"
-         "gopen_ws: /dev/null/plot.ps: Not a directory\n"                        },
-        {"a folder",               "/tmp",                     kDeviceHpgl,       1,
+         "gopen_ws: /dev/null/plot.ps: Not a directory\n"},
+        {"a folder", "/tmp", kDeviceHpgl, 1,
          "gopen_ws: unable to open HPGL file\n\ngopen_ws: /tmp: Is a directory\n"},
-        {"a folder, metafile",     "/tmp",                     kDeviceMetafile,   1,
-         "gopen_ws: unable to open metafile\n\ngopen_ws: /tmp: Is a directory\n" },
+        {"a folder, metafile", "/tmp", kDeviceMetafile, 1,
+         "gopen_ws: unable to open metafile\n\ngopen_ws: /tmp: Is a directory\n"},
     };
     for (const Case &c : cases) {
         SCOPED_TRACE(c.name);

@@ -18,7 +18,7 @@ constexpr float kArea[6] = {0.0F, 0.0F, 0.5F, 0.0F, 0.5F, 0.5F};
 /// The text from the first occurrence of a mark on.
 std::string from(const std::string &text, const std::string &mark)
 {
-    const std::size_t at = text.find(mark);
+    const size_t at = text.find(mark);
     return at == std::string::npos ? "" : text.substr(at);
 }
 
@@ -65,22 +65,22 @@ TEST(PostScript, WordsChangeTheHead)
         const char *has, *lacks;
     };
     const Case cases[] = {
-        {"",                  "saveobj restore\nshowpage\nend\n%%EOF\n",               " scale\n"     },
-        {"port",              ".25 inch .25 inch translate\n",                         "rotate"       },
-        {"port,land",         "90 rotate\n",                                           "scale"        },
-        {"EPS",               "%!PS-Adobe-3.0 EPSF-3.0\n%%BoundingBox: 0 0 576 756\n", "30 dict begin"},
-        {"eps",               "90 rotate\n0. inch -8.50 inch translate\n",             "saveobj"      },
-        {"eps,port",          "%%BoundingBox: 0 0 756 576\n",                          "translate"    },
-        {"eps",               "%%End of plot\nshowpage\n%%EOF\n",                      "end\n%%EOF"   },
-        {"eps,noeps",         "%!PS-Adobe-1.0\n",                                      "EPSF"         },
-        {"color",             "0 0 0 setrgbcolor\n2 setlinejoin",                      "setgray"      },
-        {"color,gray",        "0 setgray\n2 setlinejoin",                              "setrgbcolor"  },
-        {"scale=0.5",         "0.50 0.50 scale\n%%Begin plot",                         "1.00 scale"   },
-        {"scale=1",           "%%Begin plot",                                          " scale\n"     },
-        {"scale=0",           "%%Begin plot",                                          " scale\n"     }, // a page of no size isn't one
-        {"a4",                ".25 inch -8.01 inch translate\n",                       "8.25"         },
-        {"nonsense,SZ=20x10", ".25 inch -9.75 inch translate\n",                       "8.25"         },
-        {"sz=0x-3",           ".25 inch -8.25 inch translate\n",                       "nan"          },
+        {"", "saveobj restore\nshowpage\nend\n%%EOF\n", " scale\n"},
+        {"port", ".25 inch .25 inch translate\n", "rotate"},
+        {"port,land", "90 rotate\n", "scale"},
+        {"EPS", "%!PS-Adobe-3.0 EPSF-3.0\n%%BoundingBox: 0 0 576 756\n", "30 dict begin"},
+        {"eps", "90 rotate\n0. inch -8.50 inch translate\n", "saveobj"},
+        {"eps,port", "%%BoundingBox: 0 0 756 576\n", "translate"},
+        {"eps", "%%End of plot\nshowpage\n%%EOF\n", "end\n%%EOF"},
+        {"eps,noeps", "%!PS-Adobe-1.0\n", "EPSF"},
+        {"color", "0 0 0 setrgbcolor\n2 setlinejoin", "setgray"},
+        {"color,gray", "0 setgray\n2 setlinejoin", "setrgbcolor"},
+        {"scale=0.5", "0.50 0.50 scale\n%%Begin plot", "1.00 scale"},
+        {"scale=1", "%%Begin plot", " scale\n"},
+        {"scale=0", "%%Begin plot", " scale\n"}, // a page of no size isn't one
+        {"a4", ".25 inch -8.01 inch translate\n", "8.25"},
+        {"nonsense,SZ=20x10", ".25 inch -9.75 inch translate\n", "8.25"},
+        {"sz=0x-3", ".25 inch -8.25 inch translate\n", "nan"},
     };
     for (const Case &c : cases) {
         SCOPED_TRACE(c.words);
@@ -102,23 +102,23 @@ TEST(PostScript, PaperAndGeometryGiveTheSurface)
         int width, height, x, y;
     };
     const Case cases[] = {
-        {"letter",          "",          nullptr,              756,  576, 0,   0  },
-        {"a4",              "a4",        nullptr,              805,  558, 0,   0  }, // 11.19 and 7.76 inches of 72 points
-        {"legal",           "LEGAL",     nullptr,              972,  576, 0,   0  },
-        {"tabloid",         "11x17",     nullptr,              1188, 756, 0,   0  },
-        {"own size",        "sz=8.5x11", nullptr,              576,  756, 0,   0  },
-        {"panel",           "",          "P2x2+1+0",           378,  288, 378, 288}, // top right quarter
-        {"ninth",           "",          "p3x3+1+1",           252,  192, 252, 192},
-        {"ninth, below",    "",          "P3x3+0+2",           252,  192, 0,   0  },
-        {"sixths, whole",   "",          "P6x6+4+4",           126,  96,  504, 96 },
-        {"too many panels", "",          "P20x1+0+0",          94,   576, 0,   0  },
-        {"fractions",       "",          "P0.5x0.25+0.25+0.5", 378,  144, 189, 288},
-        {"measures",        "",          "1000x500+100+50",    720,  360, 72,  36 },
-        {"negative offset", "",          "1000x500-100+50",    720,  360, -72, 36 },
-        {"size only",       "",          "1000x500",           720,  360, 0,   0  },
-        {"offset only",     "",          "+100+50",            756,  576, 72,  36 },
-        {"nonsense",        "",          "wide",               756,  576, 0,   0  },
-        {"no size",         "",          "0x0+10+10",          756,  576, 0,   0  },
+        {"letter", "", nullptr, 756, 576, 0, 0},
+        {"a4", "a4", nullptr, 805, 558, 0, 0}, // 11.19 and 7.76 inches of 72 points
+        {"legal", "LEGAL", nullptr, 972, 576, 0, 0},
+        {"tabloid", "11x17", nullptr, 1188, 756, 0, 0},
+        {"own size", "sz=8.5x11", nullptr, 576, 756, 0, 0},
+        {"panel", "", "P2x2+1+0", 378, 288, 378, 288}, // top right quarter
+        {"ninth", "", "p3x3+1+1", 252, 192, 252, 192},
+        {"ninth, below", "", "P3x3+0+2", 252, 192, 0, 0},
+        {"sixths, whole", "", "P6x6+4+4", 126, 96, 504, 96},
+        {"too many panels", "", "P20x1+0+0", 94, 576, 0, 0},
+        {"fractions", "", "P0.5x0.25+0.25+0.5", 378, 144, 189, 288},
+        {"measures", "", "1000x500+100+50", 720, 360, 72, 36},
+        {"negative offset", "", "1000x500-100+50", 720, 360, -72, 36},
+        {"size only", "", "1000x500", 720, 360, 0, 0},
+        {"offset only", "", "+100+50", 756, 576, 72, 36},
+        {"nonsense", "", "wide", 756, 576, 0, 0},
+        {"no size", "", "0x0+10+10", 756, 576, 0, 0},
     };
     for (const Case &c : cases) {
         SCOPED_TRACE(c.name);
@@ -179,13 +179,13 @@ TEST(PostScript, ColoursInGreyAndInColour)
     };
     // grey of (1, 0.5, 0): (0.9 + 0.5) / 2.7 = 0.519
     const Case cases[] = {
-        {"grey mode",          "gray",  3,   "line 0.00,0.00,0.00", "fill 0.52,0.52,0.52"},
-        {"colour mode",        "color", 3,   "line 1.00,0.50,0.00", "fill 1.00,0.50,0.00"},
-        {"background, grey",   "gray",  -1,  "line 0.00,0.00,0.00", "fill 1.00,1.00,1.00"},
-        {"background, colour", "color", -1,  "line 1.00,1.00,1.00", "fill 1.00,1.00,1.00"},
-        {"print black",        "color", 500, "line 0.00,0.00,0.00", "fill 0.00,0.00,0.00"},
-        {"print white",        "color", 504, "line 1.00,1.00,1.00", "fill 1.00,1.00,1.00"},
-        {"print grey",         "gray",  508, "line 0.70,0.70,0.70", "fill 0.70,0.70,0.70"},
+        {"grey mode", "gray", 3, "line 0.00,0.00,0.00", "fill 0.52,0.52,0.52"},
+        {"colour mode", "color", 3, "line 1.00,0.50,0.00", "fill 1.00,0.50,0.00"},
+        {"background, grey", "gray", -1, "line 0.00,0.00,0.00", "fill 1.00,1.00,1.00"},
+        {"background, colour", "color", -1, "line 1.00,1.00,1.00", "fill 1.00,1.00,1.00"},
+        {"print black", "color", 500, "line 0.00,0.00,0.00", "fill 0.00,0.00,0.00"},
+        {"print white", "color", 504, "line 1.00,1.00,1.00", "fill 1.00,1.00,1.00"},
+        {"print grey", "gray", 508, "line 0.70,0.70,0.70", "fill 0.70,0.70,0.70"},
     };
     for (const Case &c : cases) {
         SCOPED_TRACE(c.name);
@@ -246,13 +246,10 @@ TEST(PostScript, WidthsMultiplyTheBase)
         const char *expected;
     };
     const Case cases[] = {
-        {"lwidth=3",   502, 1.0F,  "12 dot lw\n"         },
-        {"lwidth=3",   1,   1.0F,  "3.0 dot lw\n"        },
-        {"lwidth=1",   501, 1.0F,  "2 dot lw\n"          },
-        {"lwidth=2.9", 1,   2.0F,  "4.0 dot lw\n"        },
-        {"lwidth=1",   505, 1.6F,  "6 dot lw\n"          },
-        {"lwidth=1",   1,   0.25F, "0.2 dot lw\n"        },
-        {"lwidth=1",   506, 1.0F,  "%%PL:2\n.7 setgray\n"},
+        {"lwidth=3", 502, 1.0F, "12 dot lw\n"},          {"lwidth=3", 1, 1.0F, "3.0 dot lw\n"},
+        {"lwidth=1", 501, 1.0F, "2 dot lw\n"},           {"lwidth=2.9", 1, 2.0F, "4.0 dot lw\n"},
+        {"lwidth=1", 505, 1.6F, "6 dot lw\n"},           {"lwidth=1", 1, 0.25F, "0.2 dot lw\n"},
+        {"lwidth=1", 506, 1.0F, "%%PL:2\n.7 setgray\n"},
     };
     for (const Case &c : cases) {
         SCOPED_TRACE(c.words);

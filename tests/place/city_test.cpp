@@ -71,13 +71,13 @@ TEST_F(CityTest, RecordsAreReadFieldByField)
         float lat, lon, elev;
         int wmo, number;
     } cases[] = {
-        {"Denver",           "CO", "US", "KDEN", 10, 0, ' ', ' ', 39.87F,  -104.67F, 1640,     72565, 0 },
-        {"Denver/Stapleton", "CO", "US", "KDNR", 9,  7, '*', '*', 39.77F,  -104.87F, 1611,     72469, 0 },
-        {"Boulder",          "CO", "US", "--",   10, 3, ' ', ' ', 40.02F,  -105.25F, kMissing, 99999, 12},
-        {"Cheyenne",         "WY", "US", "KCYS", 10, 2, ' ', '*', 41.15F,  -104.8F,  1871,     72564, 0 },
-        {"Buoy_East",        "--", "B_", "--",   10, 1, ' ', ' ', 42.0F,   -68.0F,   0,        44005, 0 },
-        {"Paris",            "--", "FR", "LFPG", 10, 0, ' ', ' ', 49.02F,  2.53F,    109,      7157,  0 },
-        {"Cordoba",          "--", "AR", "--",   10, 4, ' ', ' ', -31.32F, -64.22F,  474,      87344, 0 },
+        {"Denver", "CO", "US", "KDEN", 10, 0, ' ', ' ', 39.87F, -104.67F, 1640, 72565, 0},
+        {"Denver/Stapleton", "CO", "US", "KDNR", 9, 7, '*', '*', 39.77F, -104.87F, 1611, 72469, 0},
+        {"Boulder", "CO", "US", "--", 10, 3, ' ', ' ', 40.02F, -105.25F, kMissing, 99999, 12},
+        {"Cheyenne", "WY", "US", "KCYS", 10, 2, ' ', '*', 41.15F, -104.8F, 1871, 72564, 0},
+        {"Buoy_East", "--", "B_", "--", 10, 1, ' ', ' ', 42.0F, -68.0F, 0, 44005, 0},
+        {"Paris", "--", "FR", "LFPG", 10, 0, ' ', ' ', 49.02F, 2.53F, 109, 7157, 0},
+        {"Cordoba", "--", "AR", "--", 10, 4, ' ', ' ', -31.32F, -64.22F, 474, 87344, 0},
     };
     for (int round = 0; round < 2; ++round) {
         for (const auto &c : cases) {
@@ -130,15 +130,15 @@ TEST_F(CityTest, SearchFindsByIdNameOrNumber)
         int found;
         float lat;
     } cases[] = {
-        {"id",             "KDEN",     1, 39.87F  },
-        {"other case",     "kcys",     1, 41.15F  },
-        {"name",           "PARIS",    1, 49.02F  },
-        {"number",         "07157",    1, 49.02F  },
-        {"number, short",  "7157",     0, kMissing},
-        {"part of a name", "Pari",     0, kMissing},
-        {"first of two",   "Denver",   1, 39.87F  },
-        {"empty",          "",         0, kMissing},
-        {"directives",     "%s%n%d%s", 0, kMissing},
+        {"id", "KDEN", 1, 39.87F},
+        {"other case", "kcys", 1, 41.15F},
+        {"name", "PARIS", 1, 49.02F},
+        {"number", "07157", 1, 49.02F},
+        {"number, short", "7157", 0, kMissing},
+        {"part of a name", "Pari", 0, kMissing},
+        {"first of two", "Denver", 1, 39.87F},
+        {"empty", "", 0, kMissing},
+        {"directives", "%s%n%d%s", 0, kMissing},
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.name);
@@ -179,16 +179,16 @@ TEST_F(CityTest, TableIsLookedUpByEachKindOfIdentifier)
         const char *name, *id;
         int found, wmo;
     } cases[] = {
-        {"id",                      "KDEN",   1, 72565},
-        {"number",                  "72469",  1, 72469},
-        {"coded number",            "K2564",  1, 72564},
-        {"buoy",                    "b44005", 1, 44005},
-        {"buoy by its bare number", "44005",  0, 0    },
-        {"label of one without id", "87344",  1, 87344},
-        {"without id or number",    "99999",  0, 0    },
-        {"ids are exact",           "kden",   0, 0    },
-        {"unknown",                 "KXXX",   0, 0    },
-        {"empty",                   "",       0, 0    },
+        {"id", "KDEN", 1, 72565},
+        {"number", "72469", 1, 72469},
+        {"coded number", "K2564", 1, 72564},
+        {"buoy", "b44005", 1, 44005},
+        {"buoy by its bare number", "44005", 0, 0},
+        {"label of one without id", "87344", 1, 87344},
+        {"without id or number", "99999", 0, 0},
+        {"ids are exact", "kden", 0, 0},
+        {"unknown", "KXXX", 0, 0},
+        {"empty", "", 0, 0},
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.name);
@@ -222,10 +222,10 @@ TEST_F(CityTest, LabelFollowsTheIdentifierType)
         int type;
         const char *paris, *cordoba, *boulder, *buoy;
     } cases[] = {
-        {"id",        kCityById,       "LFPG",  "87344", "99999", "b44005"},
-        {"WMO",       kCityByWmo,      "07157", "87344", "--",    "b44005"},
-        {"coded WMO", kCityByCodedWmo, "LFPG",  "SA344", "99999", "b44005"},
-        {"unknown",   17,              "LFPG",  "87344", "99999", "b44005"},
+        {"id", kCityById, "LFPG", "87344", "99999", "b44005"},
+        {"WMO", kCityByWmo, "07157", "87344", "--", "b44005"},
+        {"coded WMO", kCityByCodedWmo, "LFPG", "SA344", "99999", "b44005"},
+        {"unknown", 17, "LFPG", "87344", "99999", "b44005"},
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.name);
@@ -251,15 +251,15 @@ TEST_F(CityTest, PriorityIdentifiersAndDomainChoose)
         int priority;
         bool denver, stapleton, cheyenne, paris;
     } cases[] = {
-        {"all",                nullptr, nullptr,       kMissingInt, true, true,  true,  true },
-        {"priority 5",         "5",     nullptr,       kMissingInt, true, false, true,  true },
-        {"priority 10",        "10",    nullptr,       kMissingInt, true, true,  true,  true },
-        {"priority given",     "10",    nullptr,       1,           true, false, false, true },
-        {"the word all",       nullptr, "ALL",         kMissingInt, true, true,  true,  true },
-        {"one station",        nullptr, "KDEN",        kMissingInt, true, false, false, false},
-        {"a state",            nullptr, "ST=CO",       kMissingInt, true, true,  false, false},
-        {"state and priority", nullptr, "ST=CO:P<3",   kMissingInt, true, false, false, false},
-        {"either state",       nullptr, "ST=CO,ST=WY", kMissingInt, true, true,  true,  false},
+        {"all", nullptr, nullptr, kMissingInt, true, true, true, true},
+        {"priority 5", "5", nullptr, kMissingInt, true, false, true, true},
+        {"priority 10", "10", nullptr, kMissingInt, true, true, true, true},
+        {"priority given", "10", nullptr, 1, true, false, false, true},
+        {"the word all", nullptr, "ALL", kMissingInt, true, true, true, true},
+        {"one station", nullptr, "KDEN", kMissingInt, true, false, false, false},
+        {"a state", nullptr, "ST=CO", kMissingInt, true, true, false, false},
+        {"state and priority", nullptr, "ST=CO:P<3", kMissingInt, true, false, false, false},
+        {"either state", nullptr, "ST=CO,ST=WY", kMissingInt, true, true, true, false},
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.name);
@@ -295,15 +295,15 @@ TEST_F(CityTest, DamagedFilesGiveWhatTheyHold)
         const char *name;
         std::string text;
     } cases[] = {
-        {"long line",                             std::string(10000,                                                      'x') + "\nRome -- IT LIRF 0 41.8 12.25 3 16242 0\n"},
-        {"long words",                                       std::string(300,                                                                                                  'x') + " yyyy zzzz " + std::string(300, '9') +
+        {"long line", std::string(10000, 'x') + "\nRome -- IT LIRF 0 41.8 12.25 3 16242 0\n"},
+        {"long words", std::string(300, 'x') + " yyyy zzzz " + std::string(300, '9') +
                            "\nRome -- IT LIRF 0 41.8 12.25 3 16242 0\n"},
         {"no numbers", "a b c d e f g h\nRome -- IT LIRF 0 41.8 12.25 3 16242 0\n"},
         {"not numbers",
-         "Nan -- XX NANN 0 nan inf nan 1 1\nRome -- IT LIRF 0 41.8 12.25 3 16242 0\n"                                      },
-        {"NUL bytes",                           std::string("a\0b\n",                                    4) + "Rome -- IT LIRF 0 41.8 12.25 3 16242 0\n"},
-        {"directives",                             "%n%s %n %n %n %n %n\nRome -- IT LIRF 0 41.8 12.25 3 16242 0"                                                    },
-        {"CR LF",                                       "Rome -- IT LIRF 0 41.8 12.25 3 16242 0\r\n\r\n"                                                                                                 },
+         "Nan -- XX NANN 0 nan inf nan 1 1\nRome -- IT LIRF 0 41.8 12.25 3 16242 0\n"},
+        {"NUL bytes", std::string("a\0b\n", 4) + "Rome -- IT LIRF 0 41.8 12.25 3 16242 0\n"},
+        {"directives", "%n%s %n %n %n %n %n\nRome -- IT LIRF 0 41.8 12.25 3 16242 0"},
+        {"CR LF", "Rome -- IT LIRF 0 41.8 12.25 3 16242 0\r\n\r\n"},
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.name);
@@ -323,16 +323,10 @@ TEST(CityData, InstalledStationsAreWhereTheyAre)
         const char *id;
         float lat, lon;
     } cases[] = {
-        {"KDEN",  39.86F,  -104.67F},
-        {"KORD",  41.98F,  -87.90F },
-        {"EGLL",  51.48F,  -0.46F  },
-        {"LFPG",  49.01F,  2.55F   },
-        {"RJTT",  35.55F,  139.78F },
-        {"YSSY",  -33.95F, 151.18F },
-        {"SBGR",  -23.43F, -46.47F },
-        {"FAOR",  -26.13F, 28.24F  },
-        {"NZSP",  -90.0F,  0.0F    },
-        {"74533", 40.18F,  -104.72F}, // Platteville profiler
+        {"KDEN", 39.86F, -104.67F},  {"KORD", 41.98F, -87.90F}, {"EGLL", 51.48F, -0.46F},
+        {"LFPG", 49.01F, 2.55F},     {"RJTT", 35.55F, 139.78F}, {"YSSY", -33.95F, 151.18F},
+        {"SBGR", -23.43F, -46.47F},  {"FAOR", -26.13F, 28.24F}, {"NZSP", -90.0F, 0.0F},
+        {"74533", 40.18F, -104.72F}, // Platteville profiler
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.id);

@@ -38,16 +38,16 @@ TEST_F(TableTest, EntriesAreFoundByEachKeyExactly)
         const char *text;
         int number;
     } cases[] = {
-        {"first key",                 1, "KDNR",  2 },
-        {"second key",                2, "72565", 1 },
-        {"the first of two the same", 1, "KDEN",  1 },
-        {"its other key",             2, "72999", 3 },
-        {"other case",                1, "kden",  -1},
-        {"key of the other kind",     1, "72565", -1},
-        {"unknown",                   2, "",      -1},
-        {"no such key",               3, "72565", -1},
-        {"no such key below",         0, "72565", -1},
-        {"null",                      1, nullptr, -1},
+        {"first key", 1, "KDNR", 2},
+        {"second key", 2, "72565", 1},
+        {"the first of two the same", 1, "KDEN", 1},
+        {"its other key", 2, "72999", 3},
+        {"other case", 1, "kden", -1},
+        {"key of the other kind", 1, "72565", -1},
+        {"unknown", 2, "", -1},
+        {"no such key", 3, "72565", -1},
+        {"no such key below", 0, "72565", -1},
+        {"null", 1, nullptr, -1},
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.name);

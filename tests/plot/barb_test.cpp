@@ -108,21 +108,21 @@ TEST(Barb, StrokesStandWhereTheTableSays)
         float speed;
         Strokes signs;
     } cases[] = {
-        {2.0F,   {}                                                                            },
-        {3.0F,   {"line 0.00,0.88 0.25,0.94"}                                                  },
-        {7.0F,   {"line 0.00,0.88 0.25,0.94"}                                                  },
-        {8.0F,   {"line 0.00,1.00 0.50,1.12"}                                                  },
-        {15.0F,  {"line 0.00,1.00 0.50,1.12", "line 0.00,0.88 0.25,0.94"}                      },
+        {2.0F, {}},
+        {3.0F, {"line 0.00,0.88 0.25,0.94"}},
+        {7.0F, {"line 0.00,0.88 0.25,0.94"}},
+        {8.0F, {"line 0.00,1.00 0.50,1.12"}},
+        {15.0F, {"line 0.00,1.00 0.50,1.12", "line 0.00,0.88 0.25,0.94"}},
         {25.0F,
-         {"line 0.00,1.00 0.50,1.12", "line 0.00,0.88 0.50,1.00", "line 0.00,0.76 0.25,0.82"}  },
+         {"line 0.00,1.00 0.50,1.12", "line 0.00,0.88 0.50,1.00", "line 0.00,0.76 0.25,0.82"}},
         {48.0F,
          {"fill 0.00,1.00 0.50,1.00 0.00,0.88", "line 0.00,1.00 0.50,1.00 0.00,0.88 0.00,1.00"}},
         {55.0F,
          {"fill 0.00,1.00 0.50,1.00 0.00,0.88", "line 0.00,1.00 0.50,1.00 0.00,0.88 0.00,1.00",
-          "line 0.00,0.76 0.25,0.82"}                                                          },
+          "line 0.00,0.76 0.25,0.82"}},
         {65.0F,
          {"fill 0.00,1.00 0.50,1.00 0.00,0.88", "line 0.00,1.00 0.50,1.00 0.00,0.88 0.00,1.00",
-          "line 0.00,0.76 0.50,0.88", "line 0.00,0.64 0.25,0.70"}                              },
+          "line 0.00,0.76 0.50,0.88", "line 0.00,0.64 0.25,0.70"}},
         {100.0F,
          {"fill 0.00,1.00 0.50,1.00 0.00,0.88", "line 0.00,1.00 0.50,1.00 0.00,0.88 0.00,1.00",
           "fill 0.00,0.88 0.50,0.88 0.00,0.76", "line 0.00,0.88 0.50,0.88 0.00,0.76 0.00,0.88"}},
@@ -150,13 +150,13 @@ TEST(Barb, NoWindDrawsNothing)
         const char *name;
         float direction, speed;
     } cases[] = {
-        {"calm",              90.0F,    0.0F    },
-        {"missing direction", kMissing, 20.0F   },
-        {"missing speed",     90.0F,    kMissing},
-        {"both missing",      kMissing, kMissing},
-        {"no number",         NAN,      20.0F   },
-        {"endless",           90.0F,    INFINITY},
-        {"below nothing",     90.0F,    -5.0F   },
+        {"calm", 90.0F, 0.0F},
+        {"missing direction", kMissing, 20.0F},
+        {"missing speed", 90.0F, kMissing},
+        {"both missing", kMissing, kMissing},
+        {"no number", NAN, 20.0F},
+        {"endless", 90.0F, INFINITY},
+        {"below nothing", 90.0F, -5.0F},
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.name);

@@ -88,20 +88,20 @@ TEST(ColourBar, ShowsTheColoursThatValuesHave)
         {"from 0",
          {kThree, 5, 0, nullptr, 0, 15},
          {2.5F, 7.5F, 12.5F, 17.5F},
-         {"0", "5.0", "10", "15", "20"}                                                                                                },
+         {"0", "5.0", "10", "15", "20"}},
         {"without a base",
          {kThree, 5, kMissing, nullptr, 5, 14},
          {7.5F, 12.5F},
-         {"5.0", "10", "15"}                                                                                                           },
+         {"5.0", "10", "15"}},
         {"below 0",
          {kThree, 5, kMissing, nullptr, -20, -11},
          {-17.5F, -12.5F},
-         {"-20", "-15", "-10"}                                                                                                         },
-        {"another base",   {kThree, 10, 3, nullptr, 0, 20},                                    {-2, 8, 18}, {"-7.0", "3.0", "13", "23"}},
+         {"-20", "-15", "-10"}},
+        {"another base", {kThree, 10, 3, nullptr, 0, 20}, {-2, 8, 18}, {"-7.0", "3.0", "13", "23"}},
         {"levels",
          {"0:#FF0000,10:#00FF00,25:#0000FF", kMissing, kMissing, nullptr, kMissing, kMissing},
          {5, 15, 30},
-         {"0", "10", "25"}                                                                                                             },
+         {"0", "10", "25"}},
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.name);
@@ -152,11 +152,11 @@ TEST(ColourBar, WithoutARangeOrTooManyBandsThereIsNone)
         const char *name;
         Given given;
     } cases[] = {
-        {"no range",    {kThree, 5, 0, nullptr, kMissing, kMissing}},
-        {"no interval", {kThree, kMissing, 0, nullptr, 0, 10}      },
-        {"too many",    {kThree, 0.001F, 0, nullptr, 0, 100}       },
-        {"endless",     {kThree, 5, 0, nullptr, -1e38F, 1e38F}     },
-        {"no number",   {kThree, 5, 0, nullptr, NAN, 10}           },
+        {"no range", {kThree, 5, 0, nullptr, kMissing, kMissing}},
+        {"no interval", {kThree, kMissing, 0, nullptr, 0, 10}},
+        {"too many", {kThree, 0.001F, 0, nullptr, 0, 100}},
+        {"endless", {kThree, 5, 0, nullptr, -1e38F, 1e38F}},
+        {"no number", {kThree, 5, 0, nullptr, NAN, 10}},
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.name);

@@ -29,11 +29,11 @@ TEST(Dump, WritesTheKindAndNameThatIsAsked)
         const char *word, *file, *message;
         int kind;
     } cases[] = {
-        {"gif",          "tyr.gif",  "Wrote GIF file: ",   kDumpGif  },
-        {"png",          "tyr.png",  "Wrote PNG file: ",   kDumpPng  },
-        {"img",          "tyr.xwd",  "Wrote IMG file: ",   kDumpImage},
-        {"xwd",          "tyr.xwd",  "Wrote xdump file: ", kDumpXwd  },
-        {"gif=wind.gif", "wind.gif", "Wrote GIF file: ",   kDumpGif  },
+        {"gif", "tyr.gif", "Wrote GIF file: ", kDumpGif},
+        {"png", "tyr.png", "Wrote PNG file: ", kDumpPng},
+        {"img", "tyr.xwd", "Wrote IMG file: ", kDumpImage},
+        {"xwd", "tyr.xwd", "Wrote xdump file: ", kDumpXwd},
+        {"gif=wind.gif", "wind.gif", "Wrote GIF file: ", kDumpGif},
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.word);

@@ -46,27 +46,33 @@ TEST_F(Labels, LinesFollowTheMode)
         std::string line0, line1;
         int count;
     } cases[] = {
-        {"normal",          kLabelsNormal,   {{0, "a"}, {1, "b"}},                           "a",     "b",       1                                                                                     },
-        {"complete",        kLabelsComplete, {{0, "a"}, {1, "b"}},                           "a",     "b",       1                                                                                     },
-        {"simple joins",    kLabelsSimple,   {{0, "a"}, {1, "b"}},                           "a b",   "",        1                                                                                     },
-        {"minimal joins",   kLabelsMinimal,  {{0, "a"}, {3, "b"}, {1, "c"}},                 "a b c", "",        3                                                                                     },
-        {"later replaces",  kLabelsNormal,   {{0, "a"}, {0, "b"}},                           "b",     "",        0                                                                                     },
-        {"line below 0",    kLabelsNormal,   {{-1, "a"}},                                    "",      "",        0                                                                                     },
-        {"line beyond 5",   kLabelsNormal,   {{9, "a"}},                                     "",      "",        5                                                                                     },
+        {"normal", kLabelsNormal, {{0, "a"}, {1, "b"}}, "a", "b", 1},
+        {"complete", kLabelsComplete, {{0, "a"}, {1, "b"}}, "a", "b", 1},
+        {"simple joins", kLabelsSimple, {{0, "a"}, {1, "b"}}, "a b", "", 1},
+        {"minimal joins", kLabelsMinimal, {{0, "a"}, {3, "b"}, {1, "c"}}, "a b c", "", 3},
+        {"later replaces", kLabelsNormal, {{0, "a"}, {0, "b"}}, "b", "", 0},
+        {"line below 0", kLabelsNormal, {{-1, "a"}}, "", "", 0},
+        {"line beyond 5", kLabelsNormal, {{9, "a"}}, "", "", 5},
         {"joined too long",
-         kLabelsSimple,                      {{0, std::string(50, 'a')}, {1, "0123456789"}},
-         std::string(50,                                                                              'a'),
-         "",                                                                                                                                                                                             1},
+         kLabelsSimple,
+         {{0, std::string(50, 'a')}, {1, "0123456789"}},
+         std::string(50, 'a'),
+         "",
+         1},
         {"joined just fits",
-         kLabelsSimple,               {{0, std::string(50, 'a')}, {1, "123456789"}},
-         std::string(50,                  'a') + " 123456789",
-         "",                                                                                                                                           1},
-        {"cut",                kLabelsNormal,                               {{0, std::string(10000, 'x')}},                                                                         std::string(69,                                                    'x'), "",0},
+         kLabelsSimple,
+         {{0, std::string(50, 'a')}, {1, "123456789"}},
+         std::string(50, 'a') + " 123456789",
+         "",
+         1},
+        {"cut", kLabelsNormal, {{0, std::string(10000, 'x')}}, std::string(69, 'x'), "", 0},
         {"full isn't replaced",
-         kLabelsNormal,                             {{0, std::string(69, 'x')}, {0, "b"}},
-         std::string(69,                                                              'x'),
-         "",                                                                                                               0},
-        {"directives",             kLabelsNormal,                                 {{0, "%s%n%d"}},                                                                              "%s%n%d",                                                                                     "",                                                                                   0                                 },
+         kLabelsNormal,
+         {{0, std::string(69, 'x')}, {0, "b"}},
+         std::string(69, 'x'),
+         "",
+         0},
+        {"directives", kLabelsNormal, {{0, "%s%n%d"}}, "%s%n%d", "", 0},
     };
     void (*const slots[])(const char *) = {PLT_label_ul, PLT_label_uc, PLT_label_ur,
                                            PLT_label_ll, PLT_label_lc, PLT_label_lr};
@@ -139,14 +145,14 @@ TEST_F(Labels, SlotsStandAroundThePlotArea)
         const char *text;
         double x, y;
     } cases[] = {
-        {"UL",  plot[0] + 0.01 * width, plot[3] + 0.2 * h},
+        {"UL", plot[0] + 0.01 * width, plot[3] + 0.2 * h},
         {"UL1", plot[0] + 0.01 * width, plot[3] + 1.2 * h},
-        {"UC",  plot[0] + 0.5 * width,  plot[3] + 0.2 * h},
-        {"UR",  plot[1] - 0.01 * width, plot[3] + 0.2 * h},
-        {"LL",  plot[0] + 0.01 * width, plot[2] - 1.2 * h},
+        {"UC", plot[0] + 0.5 * width, plot[3] + 0.2 * h},
+        {"UR", plot[1] - 0.01 * width, plot[3] + 0.2 * h},
+        {"LL", plot[0] + 0.01 * width, plot[2] - 1.2 * h},
         {"LL1", plot[0] + 0.01 * width, plot[2] - 0.2 * h},
-        {"LC",  plot[0] + 0.5 * width,  plot[2] - 1.2 * h},
-        {"LR",  plot[1] - 0.01 * width, plot[2] - 1.2 * h},
+        {"LC", plot[0] + 0.5 * width, plot[2] - 1.2 * h},
+        {"LR", plot[1] - 0.01 * width, plot[2] - 1.2 * h},
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.text);
@@ -164,13 +170,13 @@ TEST_F(Labels, ResourceLabelAddsAndReplaces)
         const char *name, *resource;
         std::vector<std::string> drawn, missing;
     } cases[] = {
-        {"none",            nullptr,                   {"UL", "UL1", "UR"},         {}             },
-        {"replaces a slot", "ul:mine",                 {"mine", "UR"},              {"UL", "UL1"}  },
-        {"a line",          "ul1:mine",                {"UL", "mine", "UR"},        {"UL1"}        },
-        {"a further line",  "ur2:more",                {"UL", "UL1", "UR", "more"}, {}             },
-        {"several",         "ul:a b,LR:c_d",           {"a b", "c d", "UR"},        {"UL", "UL1"}  },
-        {"date",            "ul:%y",                   {"99", "UR"},                {"UL"}         },
-        {"others",          "zz:x,ul,u:y,ul12:z,%s%n", {"UL", "UL1", "UR"},         {"x", "y", "z"}},
+        {"none", nullptr, {"UL", "UL1", "UR"}, {}},
+        {"replaces a slot", "ul:mine", {"mine", "UR"}, {"UL", "UL1"}},
+        {"a line", "ul1:mine", {"UL", "mine", "UR"}, {"UL1"}},
+        {"a further line", "ur2:more", {"UL", "UL1", "UR", "more"}, {}},
+        {"several", "ul:a b,LR:c_d", {"a b", "c d", "UR"}, {"UL", "UL1"}},
+        {"date", "ul:%y", {"99", "UR"}, {"UL"}},
+        {"others", "zz:x,ul,u:y,ul12:z,%s%n", {"UL", "UL1", "UR"}, {"x", "y", "z"}},
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.name);
@@ -212,13 +218,13 @@ TEST_F(Labels, DrawComponentsAndMarginsTakeLabelsAway)
         int bar, result;
         bool upper_left, lower_left, lower_right, border;
     } cases[] = {
-        {"all",          -1,          nullptr,  0, 0,  true,  true,  true,  true },
-        {"upper left",   kDrawTextUl, nullptr,  0, 0,  false, true,  true,  true },
-        {"all texts",    kDrawText,   nullptr,  0, 0,  false, false, false, true },
-        {"border",       kDrawBorder, nullptr,  0, 0,  true,  true,  true,  false},
-        {"colour bar",   -1,          nullptr,  2, 0,  true,  false, true,  true },
-        {"full surface", -1,          "full",   0, -1, false, false, false, true },
-        {"inside",       -1,          "fullab", 0, 0,  true,  true,  true,  true },
+        {"all", -1, nullptr, 0, 0, true, true, true, true},
+        {"upper left", kDrawTextUl, nullptr, 0, 0, false, true, true, true},
+        {"all texts", kDrawText, nullptr, 0, 0, false, false, false, true},
+        {"border", kDrawBorder, nullptr, 0, 0, true, true, true, false},
+        {"colour bar", -1, nullptr, 2, 0, true, false, true, true},
+        {"full surface", -1, "full", 0, -1, false, false, false, true},
+        {"inside", -1, "fullab", 0, 0, true, true, true, true},
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.name);

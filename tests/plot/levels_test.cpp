@@ -40,20 +40,20 @@ TEST_F(Levels, BandsAreCountedFromTheBase)
         float base, interval, value;
         int colour;
     } cases[] = {
-        {"first band",          0.0F,     5.0F,     2.0F,     kRed       },
-        {"second",              0.0F,     5.0F,     7.0F,     kGreen     },
-        {"third",               0.0F,     5.0F,     12.0F,    kBlue      },
-        {"round again",         0.0F,     5.0F,     17.0F,    kRed       },
-        {"below the base",      0.0F,     5.0F,     -3.0F,    kBlue      },
-        {"far below",           0.0F,     5.0F,     -17.0F,   kBlue      },
-        {"on a level",          0.0F,     5.0F,     5.0F,     kGreen     },
-        {"just under a level",  0.0F,     0.1F,     0.29999F, kRed       },
-        {"another base",        3.0F,     5.0F,     2.0F,     kBlue      },
-        {"unset base counts 0", kMissing, 5.0F,     7.0F,     kGreen     },
-        {"missing",             0.0F,     5.0F,     kMissing, kColourNone},
-        {"no interval",         0.0F,     kMissing, 7.0F,     kColourNone},
-        {"interval 0",          0.0F,     0.0F,     7.0F,     kColourNone},
-        {"huge",                0.0F,     5.0F,     1e38F,    -5         },
+        {"first band", 0.0F, 5.0F, 2.0F, kRed},
+        {"second", 0.0F, 5.0F, 7.0F, kGreen},
+        {"third", 0.0F, 5.0F, 12.0F, kBlue},
+        {"round again", 0.0F, 5.0F, 17.0F, kRed},
+        {"below the base", 0.0F, 5.0F, -3.0F, kBlue},
+        {"far below", 0.0F, 5.0F, -17.0F, kBlue},
+        {"on a level", 0.0F, 5.0F, 5.0F, kGreen},
+        {"just under a level", 0.0F, 0.1F, 0.29999F, kRed},
+        {"another base", 3.0F, 5.0F, 2.0F, kBlue},
+        {"unset base counts 0", kMissing, 5.0F, 7.0F, kGreen},
+        {"missing", 0.0F, 5.0F, kMissing, kColourNone},
+        {"no interval", 0.0F, kMissing, 7.0F, kColourNone},
+        {"interval 0", 0.0F, 0.0F, 7.0F, kColourNone},
+        {"huge", 0.0F, 5.0F, 1e38F, -5},
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.name);
@@ -78,22 +78,24 @@ TEST_F(Levels, ExplicitLevelsChooseTheBand)
         std::vector<std::pair<float, int>> values;
     } cases[] = {
         {"given",
-         "0:blue,10:green,20:red",                         {0, 10, 20},
+         "0:blue,10:green,20:red",
+         {0, 10, 20},
          {{5, kBlue},
           {10, kGreen},
           {19.9F, kGreen},
           {25, kRed},
           {-1, kColourNone},
-          {kMissing, kColourNone}}                                                                                        },
+          {kMissing, kColourNone}}},
         {"interpolated",
-         "0:blue,green,20:red",                            {0, 10, 20},
-         {{9, kBlue}, {11, kGreen}, {20, kRed}}                                                                           },
-        {"two between",   "0:blue,green,white,30:red",     {0, 10, 20, 30}, {{15, kGreen}, {25, kWhite}}                  },
-        {"numbers",       "1,3,4",                         {1, 3, 4},       {{0, kColourNone}, {2, 1}, {3.5F, 3}, {99, 4}}},
-        {"negative",      "-5:blue,0:red",                 {-5, 0},         {{-5, kBlue}, {-6, kColourNone}, {3, kRed}}   },
-        {"ended",         "0:blue,10:green,20:end,30:red", {0, 10},         {{50, kGreen}}                                },
-        {"with units",    "0dBZ:blue,10-20:green",         {0, 10},         {{5, kBlue}, {15, kGreen}}                    },
-        {"of attributes", "0:co=blue:w2,10:green:la=warm", {0, 10},         {{5, kBlue}, {15, kGreen}}                    },
+         "0:blue,green,20:red",
+         {0, 10, 20},
+         {{9, kBlue}, {11, kGreen}, {20, kRed}}},
+        {"two between", "0:blue,green,white,30:red", {0, 10, 20, 30}, {{15, kGreen}, {25, kWhite}}},
+        {"numbers", "1,3,4", {1, 3, 4}, {{0, kColourNone}, {2, 1}, {3.5F, 3}, {99, 4}}},
+        {"negative", "-5:blue,0:red", {-5, 0}, {{-5, kBlue}, {-6, kColourNone}, {3, kRed}}},
+        {"ended", "0:blue,10:green,20:end,30:red", {0, 10}, {{50, kGreen}}},
+        {"with units", "0dBZ:blue,10-20:green", {0, 10}, {{5, kBlue}, {15, kGreen}}},
+        {"of attributes", "0:co=blue:w2,10:green:la=warm", {0, 10}, {{5, kBlue}, {15, kGreen}}},
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.name);
@@ -118,11 +120,11 @@ TEST_F(Levels, RangesGiveARowAColour)
         const char *name, *fill;
         std::vector<int> colours;
     } cases[] = {
-        {"up",          "2-5",       {2, 3, 4, 5}},
-        {"down",        "5-2",       {5, 4, 3, 2}},
-        {"names",       "red-blue",  {1, 2, 3}   },
-        {"with others", "white,1-2", {4, 1, 2}   },
-        {"one",         "3-3",       {3}         },
+        {"up", "2-5", {2, 3, 4, 5}},
+        {"down", "5-2", {5, 4, 3, 2}},
+        {"names", "red-blue", {1, 2, 3}},
+        {"with others", "white,1-2", {4, 1, 2}},
+        {"one", "3-3", {3}},
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.name);
@@ -146,14 +148,14 @@ TEST_F(Levels, SourcesOfTheRows)
         const char *name, *resource, *text;
         int force, result, rows;
     } cases[] = {
-        {"default list",       nullptr,          nullptr,    0, 0, 15},
-        {"word def",           "default",        nullptr,    0, 0, 15},
-        {"word miss",          "Miss",           "red,blue", 0, 0, 2 },
-        {"text",               nullptr,          "red,blue", 0, 0, 2 },
-        {"resource over text", "red,green,blue", "red,blue", 0, 0, 3 },
-        {"forced text",        "red,green,blue", "red,blue", 1, 0, 2 },
-        {"file",               "bands",          nullptr,    0, 0, 3 },
-        {"nonsense",           "%s%n,,,:::,%d",  nullptr,    0, 0, 3 },
+        {"default list", nullptr, nullptr, 0, 0, 15},
+        {"word def", "default", nullptr, 0, 0, 15},
+        {"word miss", "Miss", "red,blue", 0, 0, 2},
+        {"text", nullptr, "red,blue", 0, 0, 2},
+        {"resource over text", "red,green,blue", "red,blue", 0, 0, 3},
+        {"forced text", "red,green,blue", "red,blue", 1, 0, 2},
+        {"file", "bands", nullptr, 0, 0, 3},
+        {"nonsense", "%s%n,,,:::,%d", nullptr, 0, 0, 3},
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.name);
@@ -230,16 +232,11 @@ TEST(NiceInterval, HasFewDigitsAndDividesTheRange)
         int count;
         float high, low, interval;
     } cases[] = {
-        {"whole",         14, 100.0F,  0.0F,   8.0F    },
-        {"exact",         10, 100.0F,  0.0F,   10.0F   },
-        {"tenths",        10, 2.5F,    0.0F,   0.3F    },
-        {"hundredths",    10, 0.25F,   0.0F,   0.03F   },
-        {"thousandths",   10, 0.025F,  0.0F,   0.003F  },
-        {"smaller still", 10, 0.0025F, 0.0F,   0.0003F },
-        {"too small",     10, 0.0001F, 0.0F,   0.00001F},
-        {"no range",      10, 5.0F,    5.0F,   1.0F    },
-        {"no count",      0,  7.5F,    0.0F,   8.0F    },
-        {"below 0",       5,  10.0F,   -10.0F, 4.0F    },
+        {"whole", 14, 100.0F, 0.0F, 8.0F},          {"exact", 10, 100.0F, 0.0F, 10.0F},
+        {"tenths", 10, 2.5F, 0.0F, 0.3F},           {"hundredths", 10, 0.25F, 0.0F, 0.03F},
+        {"thousandths", 10, 0.025F, 0.0F, 0.003F},  {"smaller still", 10, 0.0025F, 0.0F, 0.0003F},
+        {"too small", 10, 0.0001F, 0.0F, 0.00001F}, {"no range", 10, 5.0F, 5.0F, 1.0F},
+        {"no count", 0, 7.5F, 0.0F, 8.0F},          {"below 0", 5, 10.0F, -10.0F, 4.0F},
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.name);

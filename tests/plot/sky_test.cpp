@@ -28,17 +28,9 @@ TEST(SkySymbol, FillingFollowsTheCode)
         double filled;
         size_t strokes; ///< circle, lines and fillings
     } cases[] = {
-        {"0Cbosx", 0.0,  1},
-        {"1F",     0.0,  2},
-        {"2S",     0.75, 2},
-        {"3",      0.75, 3},
-        {"4",      1.5,  2},
-        {"5",      1.5,  3},
-        {"6B",     2.25, 2},
-        {"7",      2.0,  3},
-        {"8O",     3.0,  2},
-        {"9X",     0.0,  3},
-        {"MQ?- ",  0.0,  2},
+        {"0Cbosx", 0.0, 1}, {"1F", 0.0, 2}, {"2S", 0.75, 2},   {"3", 0.75, 3},
+        {"4", 1.5, 2},      {"5", 1.5, 3},  {"6B", 2.25, 2},   {"7", 2.0, 3},
+        {"8O", 3.0, 2},     {"9X", 0.0, 3}, {"MQ?- ", 0.0, 2},
     };
     for (const auto &c : cases) {
         for (const char *code = c.codes; *code; ++code) {
@@ -65,8 +57,8 @@ TEST(SkySymbol, LinesStandWhereTheTableSays)
         char code;
         std::vector<std::string> lines; ///< behind the circle
     } cases[] = {
-        {'1', {"line 0.00,1.00 0.00,-1.00"}                                 },
-        {'9', {"line -0.71,-0.71 0.71,0.71", "line -0.71,0.71 0.71,-0.71"}  },
+        {'1', {"line 0.00,1.00 0.00,-1.00"}},
+        {'9', {"line -0.71,-0.71 0.71,0.71", "line -0.71,0.71 0.71,-0.71"}},
         {'M', {"line -0.70,-0.70 -0.70,0.70 0.00,0.00 0.70,0.70 0.70,-0.70"}},
     };
     for (const auto &c : cases) {

@@ -48,18 +48,19 @@ TEST_F(SymbolTest, FirstNameThatBeginsTheCodeIsDrawn)
         const char *name, *code;
         Strokes strokes;
     } cases[] = {
-        {"box",                 "BOX",     {"line 0.00,0.00 2.00,0.00 2.00,2.00 0.00,2.00 0.00,0.00"}        },
-        {"other case",          "box",     {"line 0.00,0.00 2.00,0.00 2.00,2.00 0.00,2.00 0.00,0.00"}        },
-        {"longer than a name",  "BOXES",   {"line 0.00,0.00 2.00,0.00 2.00,2.00 0.00,2.00 0.00,0.00"}        },
+        {"box", "BOX", {"line 0.00,0.00 2.00,0.00 2.00,2.00 0.00,2.00 0.00,0.00"}},
+        {"other case", "box", {"line 0.00,0.00 2.00,0.00 2.00,2.00 0.00,2.00 0.00,0.00"}},
+        {"longer than a name", "BOXES", {"line 0.00,0.00 2.00,0.00 2.00,2.00 0.00,2.00 0.00,0.00"}},
         {"hidden by a shorter",
-         "RASN",                           {"line 0.00,0.00 2.00,2.00", "fill 0.00,2.00 2.00,2.00 2.00,0.00"}},
-        {"longer first",        "TSRA",    {"line 0.00,0.00 0.00,2.00"}                                      },
-        {"behind the longer",   "TSGR",    {"line 0.00,0.00 1.00,2.00"}                                      },
-        {"shorter than a name", "BO",      {}                                                                },
-        {"skipped text",        "ignored", {}                                                                },
-        {"empty",               "",        {}                                                                },
-        {"blank",               " BOX",    {}                                                                },
-        {"directives",          "%s%n",    {}                                                                },
+         "RASN",
+         {"line 0.00,0.00 2.00,2.00", "fill 0.00,2.00 2.00,2.00 2.00,0.00"}},
+        {"longer first", "TSRA", {"line 0.00,0.00 0.00,2.00"}},
+        {"behind the longer", "TSGR", {"line 0.00,0.00 1.00,2.00"}},
+        {"shorter than a name", "BO", {}},
+        {"skipped text", "ignored", {}},
+        {"empty", "", {}},
+        {"blank", " BOX", {}},
+        {"directives", "%s%n", {}},
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.name);
@@ -84,11 +85,11 @@ TEST_F(SymbolTest, AlignmentOfTextPlacesTheSign)
         int h, v;
         const char *stroke;
     } cases[] = {
-        {"left, base",     kAlignLeft,   kAlignBase,   "line 0.00,0.00 2.00,0.00"   },
-        {"left, bottom",   kAlignLeft,   kAlignBottom, "line 0.00,0.00 2.00,0.00"   },
-        {"centre, half",   kAlignCentre, kAlignHalf,   "line -1.00,-1.00 1.00,-1.00"},
-        {"right, top",     kAlignRight,  kAlignTop,    "line -2.00,-2.00 0.00,-2.00"},
-        {"right, capital", kAlignRight,  kAlignCap,    "line -2.00,-2.00 0.00,-2.00"},
+        {"left, base", kAlignLeft, kAlignBase, "line 0.00,0.00 2.00,0.00"},
+        {"left, bottom", kAlignLeft, kAlignBottom, "line 0.00,0.00 2.00,0.00"},
+        {"centre, half", kAlignCentre, kAlignHalf, "line -1.00,-1.00 1.00,-1.00"},
+        {"right, top", kAlignRight, kAlignTop, "line -2.00,-2.00 0.00,-2.00"},
+        {"right, capital", kAlignRight, kAlignCap, "line -2.00,-2.00 0.00,-2.00"},
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.name);
@@ -128,12 +129,12 @@ TEST_F(SymbolTest, DamagedFilesDrawWhatTheyHold)
         const char *name;
         std::string text;
     } cases[] = {
-        {"no end",                           "RA" + std::string(10000,               ' ')},
-        {"long name",                                  std::string(10000,                                                              'R') + " 0,0 1,1 L $\n"},
-        {"long word",           "RA 0,0 1,1 " + std::string(10000,'F') + "$\n"},
-        {"no word","RA 0,0 1,1"                             },
-        {"not numbers",                          "RA nan,inf 1e999,1 -1e38,1 L $\n"                                                             },
-        {"many pairs",                      "RA " +
+        {"no end", "RA" + std::string(10000, ' ')},
+        {"long name", std::string(10000, 'R') + " 0,0 1,1 L $\n"},
+        {"long word", "RA 0,0 1,1 " + std::string(10000, 'F') + "$\n"},
+        {"no word", "RA 0,0 1,1"},
+        {"not numbers", "RA nan,inf 1e999,1 -1e38,1 L $\n"},
+        {"many pairs", "RA " +
                            [] {
                                std::string s;
                                for (int i = 0; i < 50; ++i) {

@@ -83,18 +83,18 @@ TEST_F(ValueFileTest, RecordsAreDrawnInTheFormatsAsked)
         const char *name, *suffix, *plot_format, *plot_param;
         Texts texts;
     } cases[] = {
-        {"first value",         "-0",       nullptr, nullptr,  {"12", "-4", "1.50"}                            },
-        {"format of the path",  "-0:%1.1f", nullptr, nullptr,  {"12.4", "-3.6", "1.5"}                         },
-        {"format of the user",  "-0",       "%1.2f", nullptr,  {"12.40", "-3.60", "1.50"}                      },
-        {"format of the field", "-td",      "%1.2f", nullptr,  {"8.2", "2.0"}                                  },
-        {"format of a word",    "-0",       "tx=*",  nullptr,  {"*", "*", "*"}                                 },
-        {"all words",           "",         nullptr, nullptr,  {"12", "8.2", "light rain", "-4", "1.50", "2.0"}},
-        {"text",                "-wx",      nullptr, nullptr,  {"light rain"}                                  },
-        {"every other",         "-0",       nullptr, "skip=2", {"12"}                                          },
-        {"every third",         "-0",       nullptr, "skip=3", {"12", "1.50"}                                  },
-        {"limits",              "-0",       "mn=0",  nullptr,  {"12", "1.50"}                                  },
-        {"id",                  "-id:data", nullptr, nullptr,  {"A", "B", "D"}                                 },
-        {"unknown field",       "-nothing", nullptr, nullptr,  {}                                              },
+        {"first value", "-0", nullptr, nullptr, {"12", "-4", "1.50"}},
+        {"format of the path", "-0:%1.1f", nullptr, nullptr, {"12.4", "-3.6", "1.5"}},
+        {"format of the user", "-0", "%1.2f", nullptr, {"12.40", "-3.60", "1.50"}},
+        {"format of the field", "-td", "%1.2f", nullptr, {"8.2", "2.0"}},
+        {"format of a word", "-0", "tx=*", nullptr, {"*", "*", "*"}},
+        {"all words", "", nullptr, nullptr, {"12", "8.2", "light rain", "-4", "1.50", "2.0"}},
+        {"text", "-wx", nullptr, nullptr, {"light rain"}},
+        {"every other", "-0", nullptr, "skip=2", {"12"}},
+        {"every third", "-0", nullptr, "skip=3", {"12", "1.50"}},
+        {"limits", "-0", "mn=0", nullptr, {"12", "1.50"}},
+        {"id", "-id:data", nullptr, nullptr, {"A", "B", "D"}},
+        {"unknown field", "-nothing", nullptr, nullptr, {}},
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.name);
@@ -115,9 +115,9 @@ TEST_F(ValueFileTest, PlacesFollowThePlotSpace)
         const char *fields, *lines;
         std::vector<PsPoint> places;
     } cases[] = {
-        {"map",              kProjLatLon,     "id lat lon t $", "A 2 3 5\nB 4 5 6\n", {{-2, 2}, {0, 4}}},
-        {"plot coordinates", kProjXY,         "id x y t $",     "A 2 3 5\nB 4 5 6\n", {{2, 3}, {4, 5}} },
-        {"section",          kProjTimeHeight, "id t $",         "A 5\nB -\nC 6\n",    {{0, 5}, {2, 6}} },
+        {"map", kProjLatLon, "id lat lon t $", "A 2 3 5\nB 4 5 6\n", {{-2, 2}, {0, 4}}},
+        {"plot coordinates", kProjXY, "id x y t $", "A 2 3 5\nB 4 5 6\n", {{2, 3}, {4, 5}}},
+        {"section", kProjTimeHeight, "id t $", "A 5\nB -\nC 6\n", {{0, 5}, {2, 6}}},
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.name);
@@ -145,11 +145,11 @@ TEST_F(ValueFileTest, RangeIsThatOfTheValuesSeen)
         const char *name, *lines;
         float low, high;
     } cases[] = {
-        {"values",      "A 1 2 5\nB 2 3 -4\nC 3 4 7\n", -4.0F,    7.0F    },
-        {"winds",       "A 1 2 270,30\nB 2 3 180,10\n", 10.0F,    30.0F   },
-        {"no values",   "A 1 2 -\nB 2 3 x\n",           kMissing, kMissing},
-        {"no place",    "A - - 5\nB 2 3 6\n",           6.0F,     6.0F    },
-        {"empty table", "",                             kMissing, kMissing},
+        {"values", "A 1 2 5\nB 2 3 -4\nC 3 4 7\n", -4.0F, 7.0F},
+        {"winds", "A 1 2 270,30\nB 2 3 180,10\n", 10.0F, 30.0F},
+        {"no values", "A 1 2 -\nB 2 3 x\n", kMissing, kMissing},
+        {"no place", "A - - 5\nB 2 3 6\n", 6.0F, 6.0F},
+        {"empty table", "", kMissing, kMissing},
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.name);
@@ -175,12 +175,12 @@ TEST_F(ValueFileTest, NonsenseIsDrawnOrLeftOut)
         const char *name;
         std::string text, suffix;
     } cases[] = {
-        {"empty",            "",                                                                ""          },
-        {"long words",       std::string(kHeader) + x + " lat lon " + x + "\nA 1 2 " + x,       ""          },
-        {"directives",       std::string(kHeader) + "id lat lon t::%s%n\nA 1 2 5:%s%n%9999d\n", ""          },
-        {"directives asked", std::string(kHeader) + "id lat lon t $\nA 1 2 5\n",                "-0:%n%s%*f"},
-        {"header format",    "TYRRAW\nx\n!%s%n%p:fm=%s:sc=%s\nid lat lon t $\nA 1 2 5\n",       "-0"        },
-        {"far away",         std::string(kHeader) + "id lat lon t $\nA 1e30 1e38 5\n",          "-0"        },
+        {"empty", "", ""},
+        {"long words", std::string(kHeader) + x + " lat lon " + x + "\nA 1 2 " + x, ""},
+        {"directives", std::string(kHeader) + "id lat lon t::%s%n\nA 1 2 5:%s%n%9999d\n", ""},
+        {"directives asked", std::string(kHeader) + "id lat lon t $\nA 1 2 5\n", "-0:%n%s%*f"},
+        {"header format", "TYRRAW\nx\n!%s%n%p:fm=%s:sc=%s\nid lat lon t $\nA 1 2 5\n", "-0"},
+        {"far away", std::string(kHeader) + "id lat lon t $\nA 1e30 1e38 5\n", "-0"},
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.name);

@@ -108,19 +108,19 @@ TEST_F(ValueTest, TextsAndNumbersByType)
         Given given;
         Texts texts;
     } cases[] = {
-        {"data",                   {1, 1, kTypeData, "", "abc", 5, 0},         {"abc"} },
-        {"text",                   {1, 1, kTypeText, "", "a c", kMissing, 0},  {"a c"} },
-        {"text with directives",   {1, 1, kTypeText, "", "%s%n", 0, 0},        {"%s%n"}},
-        {"value",                  {1, 1, kTypeValue, "", "abc", 5.4F, 0},     {"5"}   },
-        {"value, formatted",       {1, 1, kTypeValue, "%1.1f", "", 5.4F, 0},   {"5.4"} },
-        {"value, no zero",         {1, 1, kTypeValue, "%z1.1f", "", -0.5F, 0}, {"-.5"} },
-        {"value, bad format",      {1, 1, kTypeValue, "%s%s%n", "", 5.4F, 0},  {"5"}   },
-        {"value missing",          {1, 1, kTypeValue, "", "M", kMissing, 0},   {"M"}   },
-        {"value and text missing", {1, 1, kTypeValue, "", "", kMissing, 0},    {}      },
-        {"integer",                {1, 1, kTypeInt, "", "", seven, 0},         {"7"}   },
-        {"format makes a number",  {1, 1, kTypeCloud, "%1.1f", "", 2.0F, 0},   {"2.0"} },
-        {"contours draw nothing",  {1, 1, kTypeCont, "", "x", 2.0F, 0},        {}      },
-        {"unknown type",           {1, 1, 77, "", "x", 2.0F, 0},               {}      },
+        {"data", {1, 1, kTypeData, "", "abc", 5, 0}, {"abc"}},
+        {"text", {1, 1, kTypeText, "", "a c", kMissing, 0}, {"a c"}},
+        {"text with directives", {1, 1, kTypeText, "", "%s%n", 0, 0}, {"%s%n"}},
+        {"value", {1, 1, kTypeValue, "", "abc", 5.4F, 0}, {"5"}},
+        {"value, formatted", {1, 1, kTypeValue, "%1.1f", "", 5.4F, 0}, {"5.4"}},
+        {"value, no zero", {1, 1, kTypeValue, "%z1.1f", "", -0.5F, 0}, {"-.5"}},
+        {"value, bad format", {1, 1, kTypeValue, "%s%s%n", "", 5.4F, 0}, {"5"}},
+        {"value missing", {1, 1, kTypeValue, "", "M", kMissing, 0}, {"M"}},
+        {"value and text missing", {1, 1, kTypeValue, "", "", kMissing, 0}, {}},
+        {"integer", {1, 1, kTypeInt, "", "", seven, 0}, {"7"}},
+        {"format makes a number", {1, 1, kTypeCloud, "%1.1f", "", 2.0F, 0}, {"2.0"}},
+        {"contours draw nothing", {1, 1, kTypeCont, "", "x", 2.0F, 0}, {}},
+        {"unknown type", {1, 1, 77, "", "x", 2.0F, 0}, {}},
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.name);
@@ -137,21 +137,19 @@ TEST_F(ValueTest, OffsetsAreFractionsOfTheWindow)
         const char *name, *format, *param;
         double x, y;
     } cases[] = {
-        {"none",            "",        nullptr,   1.0,  2.0},
-        {"upper left",      "ul",      nullptr,   0.76, 2.4},
-        {"lower right",     "lr",      nullptr,   1.24, 1.6},
-        {"doubled",         "sc=2:ur", nullptr,   1.48, 2.8},
-        {"given",           "xy=5 -5", nullptr,   2.2,  0.0},
-        {"of the series",   "",        "cr",      1.3,  2.0},
-        {"given to all",    "",        "xy=-5:5", -0.2, 4.0},
-        {"value overrides", "cc",      "ul",      1.0,  2.0},
+        {"none", "", nullptr, 1.0, 2.0},
+        {"upper left", "ul", nullptr, 0.76, 2.4},
+        {"lower right", "lr", nullptr, 1.24, 1.6},
+        {"doubled", "sc=2:ur", nullptr, 1.48, 2.8},
+        {"given", "xy=5 -5", nullptr, 2.2, 0.0},
+        {"of the series", "", "cr", 1.3, 2.0},
+        {"given to all", "", "xy=-5:5", -0.2, 4.0},
+        {"value overrides", "cc", "ul", 1.0, 2.0},
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.name);
         RES_put("plot_param", c.param);
-        const Drawn drawn = draw({
-            {1, 2, kTypeText, c.format, "t", 0, 0}
-        });
+        const Drawn drawn = draw({{1, 2, kTypeText, c.format, "t", 0, 0}});
         ASSERT_EQ(drawn.page.texts.size(), 1U);
         EXPECT_NEAR(drawn.page.texts[0].x, c.x, 0.01);
         EXPECT_NEAR(drawn.page.texts[0].y, c.y, 0.01);
@@ -167,28 +165,27 @@ TEST_F(ValueTest, WindRoutes)
         size_t strokes;
         double reach; ///< of all strokes from the place, units
     } cases[] = {
-        {"barb",              kTypeWindBarb,   0,        10,       2, 1.12 * 1.0 + 0.0},
-        {"calm barb",         kTypeWindBarb,   0,        0,        1, 0.06            },
-        {"barb from nowhere", kTypeWindBarb,   -10,      10,       0, 0               },
-        {"missing direction", kTypeWindBarb,   kMissing, 10,       0, 0               },
-        {"missing speed",     kTypeWindBarb,   90,       kMissing, 0, 0               },
-        {"cloud barb, calm",  kTypeCloudBarb,  90,       0,        1, 0.26            },
-        {"cloud barb",        kTypeCloudBarb,  0,        10,       2, 1.12            },
-        {"cloud barb, none",  kTypeCloudBarb,  -1,       10,       0, 0               },
-        {"dot barb, calm",    kTypeDotBarb,    90,       0,        2, 0.12            },
-        {"dot barb",          kTypeDotBarb,    0,        10,       3, 1.12            },
-        {"dot barb, none",    kTypeDotBarb,    -1,       10,       1, 0.06            },
-        {"vector",            kTypeVectorBarb, 90,       100,      3, 1.852           },
-        {"vector, calm",      kTypeVectorBarb, 90,       0,        0, 0               },
-        {"track",             kTypeStream,     90,       100,      7, 3.704           },
-        {"track, no way",     kTypeStream,     kMissing, 100,      0, 0               },
-        {"sky",               kTypeCloud,      0,        0,        2, 0.2             },
+        {"barb", kTypeWindBarb, 0, 10, 2, 1.12 * 1.0 + 0.0},
+        {"calm barb", kTypeWindBarb, 0, 0, 1, 0.06},
+        {"barb from nowhere", kTypeWindBarb, -10, 10, 0, 0},
+        {"missing direction", kTypeWindBarb, kMissing, 10, 0, 0},
+        {"missing speed", kTypeWindBarb, 90, kMissing, 0, 0},
+        {"cloud barb, calm", kTypeCloudBarb, 90, 0, 1, 0.26},
+        {"cloud barb", kTypeCloudBarb, 0, 10, 2, 1.12},
+        {"cloud barb, none", kTypeCloudBarb, -1, 10, 0, 0},
+        {"dot barb, calm", kTypeDotBarb, 90, 0, 2, 0.12},
+        {"dot barb", kTypeDotBarb, 0, 10, 3, 1.12},
+        {"dot barb, none", kTypeDotBarb, -1, 10, 1, 0.06},
+        {"vector", kTypeVectorBarb, 90, 100, 3, 1.852},
+        {"vector, calm", kTypeVectorBarb, 90, 0, 0, 0},
+        {"track", kTypeStream, 90, 100, 7, 3.704},
+        {"track, no way", kTypeStream, kMissing, 100, 0, 0},
+        {"sky", kTypeCloud, 0, 0, 2, 0.2},
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.name);
-        const Drawn drawn = draw({
-            {0, 0, c.type, "", c.type == kTypeCloud ? "8" : "", c.direction, c.speed}
-        });
+        const Drawn drawn =
+            draw({{0, 0, c.type, "", c.type == kTypeCloud ? "8" : "", c.direction, c.speed}});
         ASSERT_EQ(drawn.page.strokes.size(), c.strokes);
         double reach = 0.0;
         for (const PsStroke &stroke : drawn.page.strokes) {
@@ -211,13 +208,14 @@ TEST_F(ValueTest, FixedTextAndMarksTakeEveryValue)
         size_t marks;
     } cases[] = {
         {"text",
-         "text=*",                          {{0, 0, kTypeWindBarb, "", "", 90, 10}, {1, 1, kTypeValue, "", "", kMissing, 0}},
+         "text=*",
+         {{0, 0, kTypeWindBarb, "", "", 90, 10}, {1, 1, kTypeValue, "", "", kMissing, 0}},
          {"*", "*"},
-         0                                                                                                                         },
-        {"mark",               "mark=crcl", {{0, 0, kTypeWindBarb, "", "", 90, 10}},                                          {}, 1},
-        {"mark for a text",    "mark=crcl", {{0, 0, kTypeText, "", "x", kMissing, 0}},                                        {}, 1},
-        {"mark without value", "mark=crcl", {{0, 0, kTypeText, "", "", kMissing, 0}},                                         {}, 0},
-        {"cloud mark",         "mark=cld",  {{0, 0, kTypeValue, "", "", 5, 0}},                                               {}, 1},
+         0},
+        {"mark", "mark=crcl", {{0, 0, kTypeWindBarb, "", "", 90, 10}}, {}, 1},
+        {"mark for a text", "mark=crcl", {{0, 0, kTypeText, "", "x", kMissing, 0}}, {}, 1},
+        {"mark without value", "mark=crcl", {{0, 0, kTypeText, "", "", kMissing, 0}}, {}, 0},
+        {"cloud mark", "mark=cld", {{0, 0, kTypeValue, "", "", 5, 0}}, {}, 1},
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.name);
@@ -236,18 +234,21 @@ TEST_F(ValueTest, LinesJoinPoints)
         Strokes strokes;
     } cases[] = {
         {"line",
-         "line",                  {{0, 0, kTypeValue, "", "", 1, 0},
+         "line",
+         {{0, 0, kTypeValue, "", "", 1, 0},
           {1, 1, kTypeValue, "", "", 2, 0},
           {2, 0, kTypeValue, "", "", 3, 0}},
-         {"line 0.0,0.0 1.0,1.0", "line 1.0,1.0 2.0,0.0"}                                                                               },
-        {"bar",        "ybar=-2", {{1, 3, kTypeValue, "", "", 1, 0}},                                          {"line 1.0,-2.0 1.0,3.0"}},
+         {"line 0.0,0.0 1.0,1.0", "line 1.0,1.0 2.0,0.0"}},
+        {"bar", "ybar=-2", {{1, 3, kTypeValue, "", "", 1, 0}}, {"line 1.0,-2.0 1.0,3.0"}},
         {"before",
-         nullptr,                 {{0, 0, kTypeText, "", "", 1, 0}, {3, 4, kTypePointLine, "", "pre", 2, 0}},
-         {"line 0.0,0.0 3.0,4.0"}                                                                                                       },
+         nullptr,
+         {{0, 0, kTypeText, "", "", 1, 0}, {3, 4, kTypePointLine, "", "pre", 2, 0}},
+         {"line 0.0,0.0 3.0,4.0"}},
         {"behind",
-         nullptr,                 {{1, 0, kTypePointLine, "", "post", 1, 0}, {3, 4, kTypeText, "", "", 2, 0}},
-         {"line 1.0,0.0 3.0,4.0"}                                                                                                       },
-        {"to a place", nullptr,   {{1, 0, kTypePointLine, "", "to", 5, 6}},                                    {"line 5.0,6.0 1.0,0.0"} },
+         nullptr,
+         {{1, 0, kTypePointLine, "", "post", 1, 0}, {3, 4, kTypeText, "", "", 2, 0}},
+         {"line 1.0,0.0 3.0,4.0"}},
+        {"to a place", nullptr, {{1, 0, kTypePointLine, "", "to", 5, 6}}, {"line 5.0,6.0 1.0,0.0"}},
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.name);
@@ -268,25 +269,24 @@ TEST_F(ValueTest, LevelsColourAndLimitsHide)
         int result;
         std::array<double, 3> rgb;
     } cases[] = {
-        {"first band",        "0",     kTypePointLine, 2,   kMissing, 0,  {1, 0, 0}},
-        {"second",            "0",     kTypePointLine, 7,   kMissing, 0,  {0, 1, 0}},
-        {"on a level",        "0",     kTypePointLine, 10,  kMissing, 0,  {0, 0, 1}},
-        {"below",             "0",     kTypePointLine, -3,  kMissing, 0,  {0, 0, 1}},
-        {"another base",      "2",     kTypePointLine, 1,   kMissing, 0,  {0, 0, 1}},
-        {"no base",           nullptr, kTypePointLine, 7,   kMissing, 0,  {0, 1, 0}},
-        {"wind by its speed", "0",     kTypeWindBarb,  359, 12,       0,  {0, 0, 1}},
-        {"least",             ">5",    kTypePointLine, 2,   kMissing, -1, {}       },
-        {"above the least",   ">5",    kTypePointLine, 6,   kMissing, 0,  {1, 0, 0}},
-        {"most",              "0,<10", kTypePointLine, 11,  kMissing, -1, {}       },
+        {"first band", "0", kTypePointLine, 2, kMissing, 0, {1, 0, 0}},
+        {"second", "0", kTypePointLine, 7, kMissing, 0, {0, 1, 0}},
+        {"on a level", "0", kTypePointLine, 10, kMissing, 0, {0, 0, 1}},
+        {"below", "0", kTypePointLine, -3, kMissing, 0, {0, 0, 1}},
+        {"another base", "2", kTypePointLine, 1, kMissing, 0, {0, 0, 1}},
+        {"no base", nullptr, kTypePointLine, 7, kMissing, 0, {0, 1, 0}},
+        {"wind by its speed", "0", kTypeWindBarb, 359, 12, 0, {0, 0, 1}},
+        {"least", ">5", kTypePointLine, 2, kMissing, -1, {}},
+        {"above the least", ">5", kTypePointLine, 6, kMissing, 0, {1, 0, 0}},
+        {"most", "0,<10", kTypePointLine, 11, kMissing, -1, {}},
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.name);
         PLT_clear_points();
         RES_put("con_base", c.base);
-        const Drawn drawn = draw({
-            {0, 0, kTypeText, "",    "",                                    0,        0       },
-            {3, 3, c.type,    "tx=", c.type == kTypePointLine ? "pre" : "", c.value1, c.value2}
-        });
+        const Drawn drawn = draw(
+            {{0, 0, kTypeText, "", "", 0, 0},
+             {3, 3, c.type, "tx=", c.type == kTypePointLine ? "pre" : "", c.value1, c.value2}});
         EXPECT_EQ(drawn.results[1], c.result);
         ASSERT_EQ(drawn.page.strokes.empty(), c.result == -1);
         if (c.result == 0) {
@@ -299,19 +299,13 @@ TEST_F(ValueTest, NothingIsDrawnWhereDataAreOff)
 {
     for (const int slot : {static_cast<int>(kDrawData), static_cast<int>(kDrawAll)}) {
         PRM_set_draw(slot, 0);
-        const Drawn drawn = draw({
-            {0, 0, kTypeText, "", "x", 0, 0}
-        });
+        const Drawn drawn = draw({{0, 0, kTypeText, "", "x", 0, 0}});
         EXPECT_EQ(drawn.results[0], -1);
         EXPECT_TRUE(drawn.page.texts.empty());
         PRM_set_draw(kDrawAll, 1);
     }
     PRM_set(kPrmPlotType, 99);
-    EXPECT_EQ(draw({
-                       {0, 0, kTypeText, "", "x", 0, 0}
-    })
-                  .results[0],
-              -1);
+    EXPECT_EQ(draw({{0, 0, kTypeText, "", "x", 0, 0}}).results[0], -1);
     PRM_set(kPrmPlotType, kMissingInt);
 }
 
@@ -325,9 +319,7 @@ TEST_F(ValueTest, NonsenseIsBorne)
     ::testing::internal::CaptureStderr(); // the kernel tells sizes that can't be
     for (const float value : {0.0F, -1e38F, 1e38F, INFINITY, -INFINITY, NAN}) {
         for (int type = 0; type <= 41; ++type) {
-            draw({
-                {0, 0, type, "%99.99f:xy=1e30 1e30", "%n", value, value}
-            });
+            draw({{0, 0, type, "%99.99f:xy=1e30 1e30", "%n", value, value}});
         }
     }
     ::testing::internal::GetCapturedStderr();

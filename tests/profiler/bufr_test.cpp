@@ -1,101 +1,6 @@
-#include <algorithm>
-#include <map>
-#include <sstream>
-
-#include "programs/profiler/reader.h"
-#include "programs/profiler/walk.h"
-#include "support/bufr_message.h"
-#include "support/capture.h"
-#include "support/program.h"
-#include "support/run.h"
-#include "support/shared_data.h"
-#include "tyr/base/missing.h"
+#include "profiler/bufr_reading.h"
 
 namespace {
-
-const std::string kStar = "*** IUPT01 KBOU 221200 ***\n";
-
-const std::vector<BufrDescriptor> kPlace = {
-    {0, 1, 1},
-    {0, 1, 2},
-    {0, 5, 2},
-    {0, 6, 2},
-    {0, 7, 1}
-};
-constexpr BufrDescriptor kStep = {0, 7, 5};
-constexpr BufrDescriptor kU = {0, 11, 3};
-constexpr BufrDescriptor kV = {0, 11, 4};
-
-/// Block 72, 40.01 N, 95.5 W, 300 m.
-BitText place(int station)
-{
-    BitText bits;
-    bits.put(72, 7).put(static_cast<uint64_t>(station), 10);
-    bits.put(9000 + 4001, 15).put(18000 - 9550, 16).put(400 + 300, 15);
-    return bits;
-}
-
-/// A wind component in m/s, in 13 bits.
-uint64_t component(double value)
-{
-    return static_cast<uint64_t>(value * 10.0 + 4096.5);
-}
-
-std::vector<BufrDescriptor> operator+(std::vector<BufrDescriptor> head,
-                                      const std::vector<BufrDescriptor> &tail)
-{
-    head.insert(head.end(), tail.begin(), tail.end());
-    return head;
-}
-
-std::string one_station(int station)
-{
-    return bufr_bytes({.descriptors = kPlace, .data = place(station).bytes()});
-}
-
-/// Reads a file to its end; `most` reports at the most.
-std::vector<ProfilerRecord> read_all(const std::string &path, size_t most = 1000)
-{
-    std::vector<ProfilerRecord> records;
-    if (PRF_open_file(path.c_str()) != 1) {
-        return records;
-    }
-    ProfilerRecord record;
-    while (records.size() < most && PRF_next_station(&record) == 1) {
-        records.push_back(record);
-    }
-    PRF_close_file();
-    return records;
-}
-
-std::vector<std::string> ids(const std::vector<ProfilerRecord> &records)
-{
-    std::vector<std::string> all;
-    for (const ProfilerRecord &r : records) {
-        all.emplace_back(r.id);
-    }
-    return all;
-}
-
-class Bufr : public testing::Test {
-  protected:
-    std::vector<ProfilerRecord> read(const std::string &bytes)
-    {
-        return read_all(dir_.write("a.bufr", bytes));
-    }
-    /// The only report of a message.
-    ProfilerRecord read_one(const std::vector<BufrDescriptor> &descriptors, const BitText &bits)
-    {
-        const auto all =
-            read(kStar + bufr_bytes({.descriptors = descriptors, .data = bits.bytes()}));
-        EXPECT_EQ(all.size(), 1U);
-        return all.empty() ? ProfilerRecord{} : all[0];
-    }
-
-    TempDir dir_;
-};
-
-} // namespace
 
 TEST_F(Bufr, ReadsWhereTheStationStands)
 {
@@ -114,7 +19,6 @@ TEST_F(Bufr, ReadsWhereTheStationStands)
 
 TEST_F(Bufr, LeavesOutValuesFrom200On)
 {
-    // clang-format off
     const struct {
         const char *name;
         BufrDescriptor element;
@@ -123,17 +27,16 @@ TEST_F(Bufr, LeavesOutValuesFrom200On)
         float ProfilerLevel::*field;
         float value;
     } cases[] = {
-        {"u of all ones, 409.5", kU,         8191,        13, &ProfilerLevel::u,    kMissing},
-        {"u just below",         kU,         4096 + 1999, 13, &ProfilerLevel::u,    199.9F  },
-        {"u of 200",             kU,         4096 + 2000, 13, &ProfilerLevel::u,    kMissing},
-        {"v of the west",        kV,         4096 - 123,  13, &ProfilerLevel::v,    -12.3F  },
-        {"w",                    {0, 11, 6}, 4096 + 15,   13, &ProfilerLevel::w,    1.5F    },
-        {"hdev of 199",          {0, 11, 50}, 199,        12, &ProfilerLevel::hdev, 199.0F  },
-        {"hdev of 200",          {0, 11, 50}, 200,        12, &ProfilerLevel::hdev, kMissing},
-        {"vdev of 7",            {0, 11, 51}, 7,          8,  &ProfilerLevel::vdev, 7.0F    },
-        {"vdev of all ones",     {0, 11, 51}, 255,        8,  &ProfilerLevel::vdev, kMissing},
+        {"u of all ones, 409.5", kU, 8191, 13, &ProfilerLevel::u, kMissing},
+        {"u just below", kU, 4096 + 1999, 13, &ProfilerLevel::u, 199.9F},
+        {"u of 200", kU, 4096 + 2000, 13, &ProfilerLevel::u, kMissing},
+        {"v of the west", kV, 4096 - 123, 13, &ProfilerLevel::v, -12.3F},
+        {"w", {0, 11, 6}, 4096 + 15, 13, &ProfilerLevel::w, 1.5F},
+        {"hdev of 199", {0, 11, 50}, 199, 12, &ProfilerLevel::hdev, 199.0F},
+        {"hdev of 200", {0, 11, 50}, 200, 12, &ProfilerLevel::hdev, kMissing},
+        {"vdev of 7", {0, 11, 51}, 7, 8, &ProfilerLevel::vdev, 7.0F},
+        {"vdev of all ones", {0, 11, 51}, 255, 8, &ProfilerLevel::vdev, kMissing},
     };
-    // clang-format on
     for (const auto &c : cases) {
         SCOPED_TRACE(c.name);
         const ProfilerRecord r =
@@ -149,13 +52,7 @@ TEST_F(Bufr, DecodesEveryRoundOfAReplication)
     for (int i = 0; i < 36; ++i) {
         bits.put(static_cast<uint64_t>(i % 16), 4).put(component(i), 13).put(component(-i), 13);
     }
-    const ProfilerRecord r = read_one(
-        {
-            kStep, {1, 3,  36},
-             {0, 25, 34},
-             kU, kV
-    },
-        bits);
+    const ProfilerRecord r = read_one({kStep, {1, 3, 36}, {0, 25, 34}, kU, kV}, bits);
     EXPECT_EQ(r.num_level, 35);
     for (int i = 0; i < 36; ++i) {
         SCOPED_TRACE(i);
@@ -171,7 +68,6 @@ TEST_F(Bufr, DecodesEveryRoundOfAReplication)
 
 TEST_F(Bufr, FindsTheMessageBehindEveryHeading)
 {
-    // clang-format off
     const struct {
         const char *name;
         std::string heading;
@@ -186,7 +82,6 @@ TEST_F(Bufr, FindsTheMessageBehindEveryHeading)
         {"a heading of 200 letters", "*" + std::string(200, 'x') + "\n"},
         {"a heading of 79 letters without an end", "*" + std::string(78, 'x')},
     };
-    // clang-format on
     for (const auto &c : cases) {
         SCOPED_TRACE(c.name);
         const std::string text = c.heading + one_station(469) + c.heading + one_station(470);
@@ -200,10 +95,8 @@ TEST_F(Bufr, ReadsEverySubsetOfAMessage)
     for (const int station : {101, 102, 103}) {
         bits.put(72, 7).put(static_cast<uint64_t>(station), 10).put(0, 7); // to whole octets
     }
-    const std::string message = bufr_bytes({
-        .descriptors = {{0, 1, 1}, {0, 1, 2}, {0, 13, 3}},
-          .data = bits.bytes(), .subsets = 3
-    });
+    const std::string message = bufr_bytes(
+        {.descriptors = {{0, 1, 1}, {0, 1, 2}, {0, 13, 3}}, .data = bits.bytes(), .subsets = 3});
     EXPECT_EQ(ids(read(kStar + message)), (std::vector<std::string>{"72101", "72102", "72103"}));
     // octets behind the last one, too few for another
     const std::string padded =
@@ -214,21 +107,19 @@ TEST_F(Bufr, ReadsEverySubsetOfAMessage)
 
 TEST_F(Bufr, OperatorsChangeWidths)
 {
-    // clang-format off
     const struct {
         const char *name;
         std::vector<BufrDescriptor> operators;
         int bits;       ///< of the first U
         int bits_after; ///< of the V behind it
     } cases[] = {
-        {"none",                     {},                                   13, 13},
-        {"2 01 129 adds 1 to all",   {{2, 1, 129}},                        14, 14},
-        {"2 01 127 takes 1 off all", {{2, 1, 127}},                        12, 12},
-        {"2 01 000 ends it",         {{2, 1, 140}, {2, 1, 0}},             13, 13},
-        {"2 06 covers one",          {{2, 6, 20}},                         20, 13},
-        {"2 06 over 2 01",           {{2, 1, 129}, {2, 6, 20}},            20, 14},
+        {"none", {}, 13, 13},
+        {"2 01 129 adds 1 to all", {{2, 1, 129}}, 14, 14},
+        {"2 01 127 takes 1 off all", {{2, 1, 127}}, 12, 12},
+        {"2 01 000 ends it", {{2, 1, 140}, {2, 1, 0}}, 13, 13},
+        {"2 06 covers one", {{2, 6, 20}}, 20, 13},
+        {"2 06 over 2 01", {{2, 1, 129}, {2, 6, 20}}, 20, 14},
     };
-    // clang-format on
     for (const auto &c : cases) {
         SCOPED_TRACE(c.name);
         const ProfilerRecord r = read_one(kPlace + c.operators + std::vector{kU, kV},
@@ -236,12 +127,8 @@ TEST_F(Bufr, OperatorsChangeWidths)
         EXPECT_NEAR(r.level[0].u, -209.6, 1e-3);
         EXPECT_NEAR(r.level[0].v, -109.6, 1e-3);
     }
-    const ProfilerRecord widest = read_one(
-        {
-            {2, 6,  32},
-            {0, 25, 34}
-    },
-        BitText().put(0xFFFFFFFF, 32));
+    const ProfilerRecord widest =
+        read_one({{2, 6, 32}, {0, 25, 34}}, BitText().put(0xFFFFFFFF, 32));
     EXPECT_EQ(widest.level[0].qual, 2147483647);
 }
 
@@ -253,12 +140,12 @@ TEST_F(Bufr, TakesMessagesOf100To4000Bytes)
         int told;
         bool is_read;
     } cases[] = {
-        {"100",                      100,   0,     true },
-        {"99 told",                  104,   99,    false},
-        {"4000",                     4000,  0,     true },
-        {"4001",                     4001,  0,     false},
-        {"70000 counts as 4464",     70000, 0,     false},
-        {"65536 + 2000 counts 2000", 2000,  67536, true },
+        {"100", 100, 0, true},
+        {"99 told", 104, 99, false},
+        {"4000", 4000, 0, true},
+        {"4001", 4001, 0, false},
+        {"70000 counts as 4464", 70000, 0, false},
+        {"65536 + 2000 counts 2000", 2000, 67536, true},
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.name);
@@ -276,27 +163,39 @@ TEST_F(Bufr, TakesMessagesOf100To4000Bytes)
 TEST_F(Bufr, RefusesWhatItCannotFollowAndNamesTheFile)
 {
     const std::string data(250, '\0');
-    // clang-format off
     const struct {
         const char *name;
         BufrMessage message;
         const char *reason;
     } cases[] = {
-        {"unknown element",       {.descriptors = {{0, 2, 1}}, .data = data},              "element not in the table (2001)"},
-        {"delayed replication",   {.descriptors = {{1, 1, 0}, {0, 31, 1}, kU}, .data = data}, "delayed replication (101000)"},
-        {"sequence",              {.descriptors = {{3, 1, 1}}, .data = data},              "sequence descriptor (301001)"},
-        {"another operator",      {.descriptors = {{2, 2, 129}, kU}, .data = data},        "operator not handled (202129)"},
-        {"compressed",            {.descriptors = kPlace, .data = data, .flag = 0xC0},     "compressed data"},
-        {"edition 4",             {.descriptors = kPlace, .data = data, .edition = 4},     "edition not handled (4)"},
-        {"no descriptors",        {.descriptors = {}, .data = data},                       "descriptors (0)"},
-        {"101 descriptors",       {.descriptors = std::vector<BufrDescriptor>(101, kU), .data = data}, "descriptors (101)"},
-        {"101 levels",            {.descriptors = {kStep, {1, 1, 102}, kU}, .data = data}, "levels (100)"},
-        {"no bit wide",           {.descriptors = {{2, 1, 115}, kU}, .data = data},        "bits of an element (0)"},
-        {"33 bits wide",          {.descriptors = {{2, 6, 33}, kU}, .data = data},         "bits of an element (33)"},
-        {"data end early",        {.descriptors = {{1, 1, 90}, kU, kV, {1, 1, 90}, {0, 8, 22}}, .data = data.substr(0, 60)}, "the data end early"},
-        {"operators alone",       {.descriptors = {{2, 1, 129}}, .data = data},            "a report without data"},
+        {"unknown element",
+         {.descriptors = {{0, 2, 1}}, .data = data},
+         "element not in the table (2001)"},
+        {"delayed replication",
+         {.descriptors = {{1, 1, 0}, {0, 31, 1}, kU}, .data = data},
+         "delayed replication (101000)"},
+        {"sequence", {.descriptors = {{3, 1, 1}}, .data = data}, "sequence descriptor (301001)"},
+        {"another operator",
+         {.descriptors = {{2, 2, 129}, kU}, .data = data},
+         "operator not handled (202129)"},
+        {"compressed", {.descriptors = kPlace, .data = data, .flag = 0xC0}, "compressed data"},
+        {"edition 4",
+         {.descriptors = kPlace, .data = data, .edition = 4},
+         "edition not handled (4)"},
+        {"no descriptors", {.descriptors = {}, .data = data}, "descriptors (0)"},
+        {"101 descriptors",
+         {.descriptors = std::vector<BufrDescriptor>(101, kU), .data = data},
+         "descriptors (101)"},
+        {"101 levels", {.descriptors = {kStep, {1, 1, 102}, kU}, .data = data}, "levels (100)"},
+        {"no bit wide", {.descriptors = {{2, 1, 115}, kU}, .data = data}, "bits of an element (0)"},
+        {"33 bits wide",
+         {.descriptors = {{2, 6, 33}, kU}, .data = data},
+         "bits of an element (33)"},
+        {"data end early",
+         {.descriptors = {{1, 1, 90}, kU, kV, {1, 1, 90}, {0, 8, 22}}, .data = data.substr(0, 60)},
+         "the data end early"},
+        {"operators alone", {.descriptors = {{2, 1, 129}}, .data = data}, "a report without data"},
     };
-    // clang-format on
     for (const auto &c : cases) {
         SCOPED_TRACE(c.name);
         const std::string path = dir_.write("bad.bufr", kStar + bufr_bytes(c.message));
@@ -316,22 +215,14 @@ TEST_F(Bufr, AHundredLevelsAreTaken)
     for (int i = 0; i < 100; ++i) {
         bits.put(component(i), 13);
     }
-    const ProfilerRecord r = read_one(
-        {
-            kStep, {1, 1, 100},
-             kU
-    },
-        bits);
+    const ProfilerRecord r = read_one({kStep, {1, 1, 100}, kU}, bits);
     EXPECT_EQ(r.num_level, 99);
     EXPECT_NEAR(r.level[99].u, 99.0, 1e-3);
 }
 
 TEST_F(Bufr, GoesOnInTheMessageThatAnotherFileBegan)
 {
-    const std::vector<BufrDescriptor> filler = {
-        {2, 6, 25},
-        {0, 8, 22}
-    }; // to 11 octets
+    const std::vector<BufrDescriptor> filler = {{2, 6, 25}, {0, 8, 22}}; // to 11 octets
     const std::string two =
         bufr_bytes({.descriptors = kPlace + filler,
                     .data = place(101).put(0, 25).bytes() + place(102).put(0, 25).bytes(),
@@ -360,10 +251,7 @@ TEST_F(Bufr, EveryCutOfAFileGivesWholeReportsOnly)
     for (int i = 0; i < 20; ++i) {
         bits.put(component(i), 13).put(component(-i), 13);
     }
-    const std::vector<BufrDescriptor> winds = {
-        kStep, {1, 2, 20},
-         kU, kV
-    };
+    const std::vector<BufrDescriptor> winds = {kStep, {1, 2, 20}, kU, kV};
     const std::string whole =
         kStar + bufr_bytes({.descriptors = kPlace + winds, .data = bits.bytes()});
     testing::internal::CaptureStderr();
@@ -378,113 +266,4 @@ TEST_F(Bufr, EveryCutOfAFileGivesWholeReportsOnly)
 
 // ---- the same messages through another decoder ----
 
-namespace {
-
-struct Dumped {
-    std::string id;
-    std::map<std::string, double> numbers;
-    std::vector<double> u, v; ///< of every round; 409.5 where missing
-};
-
-/// The decoder has no tables for the versions that these bulletins name; those of version 13
-/// describe the elements alike.
-std::string with_known_tables(std::string bytes)
-{
-    for (size_t at = bytes.find("BUFR"); at != std::string::npos; at = bytes.find("BUFR", at + 4)) {
-        bytes[at + 8 + 10] = 13;
-        bytes[at + 8 + 11] = 0;
-    }
-    return bytes;
-}
-
-std::vector<Dumped> parse_dump(const std::string &text)
-{
-    std::vector<Dumped> all;
-    std::istringstream in(text);
-    for (std::string line; std::getline(in, line);) {
-        const size_t equals = line.find('=');
-        if (equals == std::string::npos) {
-            continue;
-        }
-        const std::string key = line.substr(line[0] == '#' ? line.find('#', 1) + 1 : 0, equals);
-        const std::string name = key.substr(0, key.find('='));
-        const std::string word = line.substr(equals + 1);
-        const double value = word == "MISSING" ? 409.5 : std::atof(word.c_str());
-        if (name == "subsetNumber" ||
-            (name == "blockNumber" && (all.empty() || !all.back().id.empty()))) {
-            all.emplace_back();
-        }
-        if (all.empty()) {
-            continue;
-        }
-        Dumped &d = all.back();
-        if (name == "blockNumber") {
-            d.id = word;
-        } else if (name == "stationNumber") {
-            d.id += std::string(3 - std::min<size_t>(word.size(), 3), '0') + word;
-        } else if (name == "u" || name == "v") {
-            (name == "u" ? d.u : d.v).push_back(value);
-        } else {
-            d.numbers[name] = value;
-        }
-    }
-    return all;
-}
-
-/// `low_rounds` of the first group, whose last one the first of the second group takes the place
-/// of.
-void compare_with_dump(const std::string &path, const TempDir &dir, size_t low_rounds)
-{
-    const std::string patched = dir.write("patched.bufr", with_known_tables(read_file(path)));
-    const RunResult dump = run({"bufr_dump", "-p", patched});
-    const std::vector<Dumped> expected = parse_dump(dump.out);
-    if (expected.empty() || expected[0].u.empty()) {
-        GTEST_SKIP() << "bufr_dump can't decode here: " << dump.err.substr(0, 200);
-    }
-    const auto all = read_all(path);
-    ASSERT_EQ(all.size(), expected.size());
-    const auto drawn = [](double value) { return value < 200.0 ? value : kMissing; };
-    for (size_t s = 0; s < all.size(); ++s) {
-        SCOPED_TRACE(expected[s].id);
-        EXPECT_EQ(all[s].id, expected[s].id);
-        EXPECT_NEAR(all[s].lat, expected[s].numbers.at("latitude"), 1e-3);
-        EXPECT_NEAR(all[s].lon, expected[s].numbers.at("longitude"), 1e-3);
-        EXPECT_NEAR(all[s].elev, expected[s].numbers.at("heightOfStation"), 1e-3);
-        ASSERT_GT(expected[s].u.size(), low_rounds);
-        for (size_t j = 0; j < expected[s].u.size(); ++j) {
-            if (j + 1 == low_rounds) {
-                continue;
-            }
-            const ProfilerLevel &level = all[s].level[j < low_rounds ? j : j - 1];
-            ASSERT_NEAR(level.u, drawn(expected[s].u[j]), 1e-3) << j;
-            ASSERT_NEAR(level.v, drawn(expected[s].v[j]), 1e-3) << j;
-        }
-    }
-}
-
 } // namespace
-
-TEST_F(Bufr, SampleMessagesReadAsAnotherDecoderReadsThem)
-{
-    if (!have_program("bufr_dump")) {
-        GTEST_SKIP() << "bufr_dump isn't installed";
-    }
-    const auto files = make_samples(dir_.path(), "bufr", 2);
-    ASSERT_EQ(files.size(), 2U);
-    for (const std::string &file : files) {
-        compare_with_dump(file, dir_, 37);
-    }
-}
-
-TEST_F(Bufr, RealBulletinHoldsSixStations)
-{
-    const std::string path = shared_data("bufr/iupt01.bufr");
-    if (path.empty()) {
-        GTEST_SKIP() << "no real observations beside this checkout";
-    }
-    EXPECT_EQ(ids(read_all(path)),
-              (std::vector<std::string>{"74433", "74551", "74731", "74648", "74753", "74466"}));
-    if (have_program("bufr_dump")) {
-        compare_with_dump(path, dir_, 36);
-    }
-}

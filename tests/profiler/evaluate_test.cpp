@@ -24,10 +24,10 @@ ProfilerRecord small_profile()
     r.sfc_t = 20.0F;
     r.sfc_td = 12.5F;
     const ProfilerLevel levels[] = {
-        {500.0F,  10.0F, 2.0F, 0.1F, kM, kM, 0},
-        {1000.0F, 20.0F, kM,   0.2F, kM, kM, 0},
-        {1500.0F, kM,    6.0F, 0.3F, kM, kM, 0},
-        {2000.0F, 40.0F, 8.0F, kM,   kM, kM, 0},
+        {500.0F, 10.0F, 2.0F, 0.1F, kM, kM, 0},
+        {1000.0F, 20.0F, kM, 0.2F, kM, kM, 0},
+        {1500.0F, kM, 6.0F, 0.3F, kM, kM, 0},
+        {2000.0F, 40.0F, 8.0F, kM, kM, kM, 0},
     };
     for (const ProfilerLevel &level : levels) {
         r.level[r.num_level++] = level;
@@ -107,26 +107,26 @@ TEST_F(Evaluate, InterpolatesBetweenLevels)
         int result;
         float u, v, w;
     } cases[] = {
-        {"surface",                             1,   0,    1, 4.0F,  0.0F, 0.0F   },
-        {"surface whatever the value",          1,   850,  1, 4.0F,  0.0F, 0.0F   },
-        {"0 above ground is the surface",       105, 0,    1, 4.0F,  0.0F, 0.0F   },
-        {"below the first level",               105, 499,  1, kM,    kM,   kM     },
-        {"at the first level",                  105, 500,  1, 10.0F, 2.0F, 0.1F   },
-        {"at a level with a component missing", 105, 1000, 1, 20.0F, kM,   0.2F   },
-        {"half way, one end without v",         105, 750,  1, 15.0F, kM,   0.15F  },
-        {"a fifth of the way",                  105, 600,  1, 12.0F, kM,   0.12F  },
-        {"either end without u or v",           105, 1250, 1, kM,    kM,   0.25F  },
-        {"one end without u and w",             105, 1750, 1, kM,    7.0F, kM     },
-        {"at the top",                          105, 2000, 1, 40.0F, 8.0F, kM     },
-        {"above the top",                       105, 2001, 0, kM,    kM,   kM     },
-        {"above sea: 799 - 300.5 is 498",       103, 799,  1, kM,    kM,   kM     },
-        {"above sea: 801 - 300.5 is 500",       103, 801,  1, 10.0F, 2.0F, 0.1F   },
-        {"above sea: 300 - 300.5 is 0",         103, 300,  1, kM,    kM,   kM     },
- // the standard atmosphere has 850 hPa at 1457 m: 914/1000 of the way from 1000 to 1500 m
-        {"850 hPa, no elevation taken off",     100, 850,  1, kM,    kM,   0.2914F},
-        {"954.6 hPa lies at 500 m",             100, 955,  1, kM,    kM,   kM     },
-        {"100 hPa lies above",                  100, 100,  0, kM,    kM,   kM     },
-        {"another kind is above ground",        107, 600,  1, 12.0F, kM,   0.12F  },
+        {"surface", 1, 0, 1, 4.0F, 0.0F, 0.0F},
+        {"surface whatever the value", 1, 850, 1, 4.0F, 0.0F, 0.0F},
+        {"0 above ground is the surface", 105, 0, 1, 4.0F, 0.0F, 0.0F},
+        {"below the first level", 105, 499, 1, kM, kM, kM},
+        {"at the first level", 105, 500, 1, 10.0F, 2.0F, 0.1F},
+        {"at a level with a component missing", 105, 1000, 1, 20.0F, kM, 0.2F},
+        {"half way, one end without v", 105, 750, 1, 15.0F, kM, 0.15F},
+        {"a fifth of the way", 105, 600, 1, 12.0F, kM, 0.12F},
+        {"either end without u or v", 105, 1250, 1, kM, kM, 0.25F},
+        {"one end without u and w", 105, 1750, 1, kM, 7.0F, kM},
+        {"at the top", 105, 2000, 1, 40.0F, 8.0F, kM},
+        {"above the top", 105, 2001, 0, kM, kM, kM},
+        {"above sea: 799 - 300.5 is 498", 103, 799, 1, kM, kM, kM},
+        {"above sea: 801 - 300.5 is 500", 103, 801, 1, 10.0F, 2.0F, 0.1F},
+        {"above sea: 300 - 300.5 is 0", 103, 300, 1, kM, kM, kM},
+        // the standard atmosphere has 850 hPa at 1457 m: 914/1000 of the way from 1000 to 1500 m
+        {"850 hPa, no elevation taken off", 100, 850, 1, kM, kM, 0.2914F},
+        {"954.6 hPa lies at 500 m", 100, 955, 1, kM, kM, kM},
+        {"100 hPa lies above", 100, 100, 0, kM, kM, kM},
+        {"another kind is above ground", 107, 600, 1, 12.0F, kM, 0.12F},
     };
     const ProfilerRecord r = small_profile();
     for (const auto &c : cases) {
@@ -169,27 +169,27 @@ TEST_F(Evaluate, AnswersEachName)
         float value1, value2;
         const char *units;
     } cases[] = {
-        {"temp",     1,   0,    "",    20.0F,     kM,        "C"  },
-        {"TEMP",     1,   0,    "F",   68.0F,     kM,        "F"  },
-        {"temp",     105, 500,  "",    kM,        kM,        "C"  },
-        {"dewp",     1,   0,    "",    12.5F,     kM,        "C"  },
-        {"dewd",     1,   0,    "",    7.5F,      kM,        "dC" },
-        {"wdir",     105, 500,  "",    258.6901F, kM,        "deg"},
-        {"WDIR-850", 105, 500,  "",    258.6901F, kM,        "deg"},
-        {"wspd",     105, 500,  "",    19.82499F, kM,        "knt"}, // 10.19804 * 1.944
-        {"wspd",     105, 500,  "m/s", 10.19886F, kM,        "m/s"}, // 19.82499 * 0.5144444
-        {"wspd",     105, 1000, "",    kM,        kM,        "knt"},
-        {"wind",     105, 500,  "",    258.6901F, 10.19804F, "m/s"},
-        {"wbrb",     105, 500,  "knt", 258.6901F, 19.82340F, "knt"}, // 10.19804 * 1.943844492
-        {"wbrbc-x",  105, 500,  "knt", 258.6901F, 19.82340F, "knt"},
-        {"wbrb",     105, 2500, "knt", kM,        kM,        "knt"},
-        {"uwnd",     105, 500,  "",    10.0F,     kM,        "m/s"},
-        {"uwnd",     105, 500,  "knt", 19.43845F, kM,        "knt"},
-        {"vwnd",     105, 1500, "",    6.0F,      kM,        "m/s"},
-        {"vvel",     105, 500,  "",    0.1F,      kM,        "m/s"},
-        {"nonsense", 105, 500,  "",    kM,        kM,        ""   },
-        {"win",      105, 500,  "",    kM,        kM,        ""   },
-        {"wdirs",    105, 500,  "",    kM,        kM,        ""   },
+        {"temp", 1, 0, "", 20.0F, kM, "C"},
+        {"TEMP", 1, 0, "F", 68.0F, kM, "F"},
+        {"temp", 105, 500, "", kM, kM, "C"},
+        {"dewp", 1, 0, "", 12.5F, kM, "C"},
+        {"dewd", 1, 0, "", 7.5F, kM, "dC"},
+        {"wdir", 105, 500, "", 258.6901F, kM, "deg"},
+        {"WDIR-850", 105, 500, "", 258.6901F, kM, "deg"},
+        {"wspd", 105, 500, "", 19.82499F, kM, "knt"},    // 10.19804 * 1.944
+        {"wspd", 105, 500, "m/s", 10.19886F, kM, "m/s"}, // 19.82499 * 0.5144444
+        {"wspd", 105, 1000, "", kM, kM, "knt"},
+        {"wind", 105, 500, "", 258.6901F, 10.19804F, "m/s"},
+        {"wbrb", 105, 500, "knt", 258.6901F, 19.82340F, "knt"}, // 10.19804 * 1.943844492
+        {"wbrbc-x", 105, 500, "knt", 258.6901F, 19.82340F, "knt"},
+        {"wbrb", 105, 2500, "knt", kM, kM, "knt"},
+        {"uwnd", 105, 500, "", 10.0F, kM, "m/s"},
+        {"uwnd", 105, 500, "knt", 19.43845F, kM, "knt"},
+        {"vwnd", 105, 1500, "", 6.0F, kM, "m/s"},
+        {"vvel", 105, 500, "", 0.1F, kM, "m/s"},
+        {"nonsense", 105, 500, "", kM, kM, ""},
+        {"win", 105, 500, "", kM, kM, ""},
+        {"wdirs", 105, 500, "", kM, kM, ""},
     };
     const ProfilerRecord r = small_profile();
     for (const auto &c : cases) {
@@ -247,13 +247,13 @@ TEST_F(Evaluate, ShearOfHandWorkedProfiles)
         int bottom, top; ///< m above ground; top 0: the variable holds no layer
         double shear;    ///< 10^-3/s
     } cases[] = {
-        {"no shear",                                               westerly,        0,    0,    0.0          },
-        {"calm at the ground: 5.144 m/s in 3000 m",                above_calm,      0,    0,    5.144 / 3.0  },
-        {"veering 90 degrees in 3000 m: chord 5.144 * sqrt 2",     turning(15.0F),  0,    0,    7.27471 / 3.0},
-        {"backing alike",                                          turning(-15.0F), 0,    0,    7.27471 / 3.0},
-        {"30 degrees in 1000 m: chord 2 * 5.144 * sin 15 degrees", turning(15.0F),  0,    1000,
-         2.66275                                                                                             },
-        {"the same higher up",                                     turning(15.0F),  1000, 2000, 2.66275      },
+        {"no shear", westerly, 0, 0, 0.0},
+        {"calm at the ground: 5.144 m/s in 3000 m", above_calm, 0, 0, 5.144 / 3.0},
+        {"veering 90 degrees in 3000 m: chord 5.144 * sqrt 2", turning(15.0F), 0, 0, 7.27471 / 3.0},
+        {"backing alike", turning(-15.0F), 0, 0, 7.27471 / 3.0},
+        {"30 degrees in 1000 m: chord 2 * 5.144 * sin 15 degrees", turning(15.0F), 0, 1000,
+         2.66275},
+        {"the same higher up", turning(15.0F), 1000, 2000, 2.66275},
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.name);
@@ -296,12 +296,9 @@ TEST_F(Evaluate, UsualUnitsOfEachName)
         const char *units;
         std::vector<const char *> names;
     } cases[] = {
-        {"C",   {"temp", "dewp"}                   },
-        {"dC",  {"dewd"}                           },
-        {"deg", {"wdir"}                           },
-        {"knt", {"wspd", "wind", "WBRB-5", "wbrbc"}},
-        {"m/s", {"uwnd", "vwnd"}                   },
-        {"",    {"city", "vvel", "hel"}            },
+        {"C", {"temp", "dewp"}},   {"dC", {"dewd"}},
+        {"deg", {"wdir"}},         {"knt", {"wspd", "wind", "WBRB-5", "wbrbc"}},
+        {"m/s", {"uwnd", "vwnd"}}, {"", {"city", "vvel", "hel"}},
     };
     for (const auto &c : cases) {
         for (const char *name : c.names) {

@@ -42,9 +42,7 @@ std::string pack(const std::string &path)
 TEST(Input, OtherFormatsOfAFileGiveTheSameRecords)
 {
     const TempDir dir;
-    write_recnum_file(dir.file("recnum.nc"), {
-                                                 .names = {"AAAA1", "BBB2"}
-    });
+    write_recnum_file(dir.file("recnum.nc"), {.names = {"AAAA1", "BBB2"}});
     write_station_file(dir.file("station.nc"), 95.0F, 10, 1.0F, 2.0F);
     for (const char *name : {"recnum.nc", "station.nc"}) {
         const std::vector<ProfilerRecord> plain = read_all(dir.file(name));
@@ -88,15 +86,15 @@ TEST(Input, WhatCantBeReadIsToldWithNameAndReason)
         std::string path;
         const char *told;
     } cases[] = {
-        {dir.file("nowhere"),     "No such file"  },
-        {dir.path(),              "it is a folder"},
-        {dir.write("empty",       ""),              "the file is empty"},
-        {dir.write("random",                       "\x7f\x02hello"),                      "not a profiler file"},
-        {dir.write("cut.gz",  packed.substr(0,packed.size() / 2)), "the gzip file is cut short"},
-        {dir.write("bad.gz",       packed.substr(0,        12) + std::string(99, 'x')), "damaged"},
-        {dir.write("hdf",                       "\x89HDF\r\n\x1a\nand no more"),                      "cut short or damaged"},
-        {dir.write("cdf",   "CDF\x01"),       "cut short or damaged"},
-        {dir.write("text",                       "\n CTD\n WINDS    rev 5.1\n"),                         "no whole block"},
+        {dir.file("nowhere"), "No such file"},
+        {dir.path(), "it is a folder"},
+        {dir.write("empty", ""), "the file is empty"},
+        {dir.write("random", "\x7f\x02hello"), "not a profiler file"},
+        {dir.write("cut.gz", packed.substr(0, packed.size() / 2)), "the gzip file is cut short"},
+        {dir.write("bad.gz", packed.substr(0, 12) + std::string(99, 'x')), "damaged"},
+        {dir.write("hdf", "\x89HDF\r\n\x1a\nand no more"), "cut short or damaged"},
+        {dir.write("cdf", "CDF\x01"), "cut short or damaged"},
+        {dir.write("text", "\n CTD\n WINDS    rev 5.1\n"), "no whole block"},
         {bomb, "unpacks to more"},
     };
     for (const auto &c : cases) {
@@ -172,11 +170,9 @@ TEST(ConsensusLayout, MergesTheModesOfATime)
     const struct {
         float z, u, v;
     } expected[] = {
-        {200.0F, 10.0F,    0.0F    },
-        {300.0F, 0.0F,     10.0F   },
+        {200.0F, 10.0F, 0.0F},        {300.0F, 0.0F, 10.0F},
         {350.0F, kMissing, kMissing}, // above the low mode's last wind
-        {500.0F, 0.0F,     -20.0F  },
-        {900.0F, kMissing, kMissing},
+        {500.0F, 0.0F, -20.0F},       {900.0F, kMissing, kMissing},
     };
     ASSERT_EQ(r.num_level, 5);
     for (int i = 0; i < 5; ++i) {
@@ -196,11 +192,7 @@ TEST(ConsensusLayout, TakesTheTimeNearestTheNames)
     const struct {
         int minute;
         float u;
-    } cases[] = {
-        {0,  1.0F},
-        {30, 2.0F},
-        {59, 3.0F}
-    };
+    } cases[] = {{0, 1.0F}, {30, 2.0F}, {59, 3.0F}};
     for (const auto &c : cases) {
         DateRec date = {};
         date.year = 2021;
@@ -251,9 +243,7 @@ TEST(BufrLibrary, ReadsARealFileOfAnotherTemplate)
         int level;
         double z, direction, speed, w;
     } expected[] = {
-        {0,  133, 51,  0.9, 0.11},
-        {5,  434, 336, 2.6, 0.43},
-        {12, 856, 0,   -1,  -1  }, // marked as bad
+        {0, 133, 51, 0.9, 0.11}, {5, 434, 336, 2.6, 0.43}, {12, 856, 0, -1, -1}, // marked as bad
     };
     for (const auto &e : expected) {
         const ProfilerLevel &level = r.level[e.level];

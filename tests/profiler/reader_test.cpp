@@ -83,9 +83,7 @@ TEST(FileType, IsToldByTheFirstCharacterAndTheDimensions)
 TEST(RecNumLayout, FillsTheRecord)
 {
     const TempDir dir;
-    write_recnum_file(dir.file("a.nc"), {
-                                            .names = {"AAAA1", "BBB2"}
-    });
+    write_recnum_file(dir.file("a.nc"), {.names = {"AAAA1", "BBB2"}});
     ASSERT_EQ(PRF_open_file(dir.file("a.nc").c_str()), 1);
     EXPECT_STREQ(PRF_file_info().date_label, "1500Z 19 NOV 09");
     EXPECT_EQ(PRF_file_info().num_station, 2);
@@ -173,9 +171,7 @@ TEST(StationLayout, NegatesLongitudeAndTestsQuality)
 TEST(Walk, EndsAtABlankNameAndFindsWithoutCase)
 {
     const TempDir dir;
-    write_recnum_file(dir.file("a.nc"), {
-                                            .names = {"AAAA1", "      ", "CCCC3"}
-    });
+    write_recnum_file(dir.file("a.nc"), {.names = {"AAAA1", "      ", "CCCC3"}});
     EXPECT_EQ(read_all(dir.file("a.nc")).size(), 1U);
     ProfilerRecord r;
     EXPECT_EQ(PRF_find_station(dir.file("a.nc").c_str(), "aaaa1", &r), 1);
@@ -191,9 +187,7 @@ TEST(DamagedNetcdf, IsToldWithTheFilesName)
     write_recnum_file(dir.file("short.nc"), {.levels = 60});
     write_recnum_file(dir.file("double.nc"), {.double_u = true});
     write_recnum_file(dir.file("no_v.nc"), {.no_v = true});
-    write_recnum_file(dir.file("two.nc"), {
-                                              .names = {"AAAA1", "BBBB2"}
-    });
+    write_recnum_file(dir.file("two.nc"), {.names = {"AAAA1", "BBBB2"}});
     const std::string two = read_file(dir.file("two.nc"));
     dir.write("cut.nc", two.substr(0, two.size() - 100));
     const struct {
@@ -202,11 +196,11 @@ TEST(DamagedNetcdf, IsToldWithTheFilesName)
         float u;
         const char *told; ///< empty: nothing on standard error
     } cases[] = {
-        {"text.nc",   1, kMissing, "holds characters"},
-        {"short.nc",  1, kMissing, "60 levels"       },
-        {"double.nc", 1, 10.0F,    ""                },
-        {"no_v.nc",   1, 10.0F,    "not in the file:"},
-        {"cut.nc",    1, 10.0F,    "1 of 2 reports"  },
+        {"text.nc", 1, kMissing, "holds characters"},
+        {"short.nc", 1, kMissing, "60 levels"},
+        {"double.nc", 1, 10.0F, ""},
+        {"no_v.nc", 1, 10.0F, "not in the file:"},
+        {"cut.nc", 1, 10.0F, "1 of 2 reports"},
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.file);
@@ -222,9 +216,7 @@ TEST(DamagedNetcdf, IsToldWithTheFilesName)
 TEST(DamagedNetcdf, NeverYieldsWindsThatTheFileHasNot)
 {
     const TempDir dir;
-    write_recnum_file(dir.file("a.nc"), {
-                                            .names = {"AAAA1", "BBBB2"}
-    });
+    write_recnum_file(dir.file("a.nc"), {.names = {"AAAA1", "BBBB2"}});
     const std::string whole = read_file(dir.file("a.nc"));
     for (size_t length = 0; length < whole.size(); length += 37) {
         SCOPED_TRACE(length);

@@ -71,28 +71,28 @@ TEST_F(RawTest, WordsOfALineAreTakenApart)
     const struct {
         const char *name, *fields, *line, *shown;
     } cases[] = {
-        {"value",             "id lat lon t $",        "KDEN 40 -105 12.5",         "KDEN@40,-105 12.5 - '12.5' ''" },
-        {"both and a format", "id lat lon t $",        "KDEN 40 -105 12.5,7:%4.1f",
-         "KDEN@40,-105 12.5 7 '12.5,7' '%4.1f'"                                                                     },
-        {"both formats",      "id lat lon t::%2.0f $", "KDEN 40 -105 5:ul",
-         "KDEN@40,-105 5 - '5' '%2.0f:ul'"                                                                          },
-        {"missing value",     "id lat lon t $",        "KDEN 40 -105 -",            "KDEN@40,-105 - - '' ''"        },
-        {"missing place",     "id lat lon t $",        "KDEN - - 7",                "KDEN@-,- 7 - '7' ''"           },
-        {"half a place",      "id lat lon t $",        "KDEN 40 - 7",               "KDEN@40,- 7 - '7' ''"          },
-        {"place of words",    "id lat lon t $",        "KDEN north west 7",         "KDEN@-,- 7 - '7' ''"           },
-        {"text",              "id lat lon wx $",       "KDEN 40 -105 TSRA:mk=x",    "KDEN@40,-105 - - 'TSRA' 'mk=x'"},
-        {"named value",       "id lat lon t $",        "KDEN 40 -105 t=3",          "KDEN@40,-105 3 - '3' ''"       },
-        {"no number",         "id lat lon t $",        "KDEN 40 -105 -nan",         "KDEN@40,-105 - - '-nan' ''"    },
-        {"one value behind",  "id lat lon t $",        "   KDEN\t40   -105   1  ",
-         "KDEN@40,-105 1 - '1' ''"                                                                                  },
-        {"carriage return",   "id lat lon t $",        "KDEN 40 -105 12\r",         "KDEN@40,-105 12 - '12' ''"     },
-        {"pressure",          "id p t $",              "KDEN 850 12",               "KDEN@850,- 12 - '12' ''"       },
-        {"pressure, word",    "id pres t $",           "KDEN x 12",                 "KDEN@-,- 12 - '12' ''"         },
-        {"no place",          "id t td $",             "KDEN 12 8",                 "KDEN@-,- 12 - '12' ''"         },
-        {"three fields only", "id lat lon $",          "KDEN 40 -105",              "KDEN@-,- 40 - '40' ''"         },
-        {"two for p",         "id p $",                "KDEN 850",                  "KDEN@-,- 850 - '850' ''"       },
-        {"only an id",        "id lat lon t $",        "KDEN",                      "0"                             },
-        {"no value",          "id lat lon t $",        "KDEN 40 -105",              "0"                             },
+        {"value", "id lat lon t $", "KDEN 40 -105 12.5", "KDEN@40,-105 12.5 - '12.5' ''"},
+        {"both and a format", "id lat lon t $", "KDEN 40 -105 12.5,7:%4.1f",
+         "KDEN@40,-105 12.5 7 '12.5,7' '%4.1f'"},
+        {"both formats", "id lat lon t::%2.0f $", "KDEN 40 -105 5:ul",
+         "KDEN@40,-105 5 - '5' '%2.0f:ul'"},
+        {"missing value", "id lat lon t $", "KDEN 40 -105 -", "KDEN@40,-105 - - '' ''"},
+        {"missing place", "id lat lon t $", "KDEN - - 7", "KDEN@-,- 7 - '7' ''"},
+        {"half a place", "id lat lon t $", "KDEN 40 - 7", "KDEN@40,- 7 - '7' ''"},
+        {"place of words", "id lat lon t $", "KDEN north west 7", "KDEN@-,- 7 - '7' ''"},
+        {"text", "id lat lon wx $", "KDEN 40 -105 TSRA:mk=x", "KDEN@40,-105 - - 'TSRA' 'mk=x'"},
+        {"named value", "id lat lon t $", "KDEN 40 -105 t=3", "KDEN@40,-105 3 - '3' ''"},
+        {"no number", "id lat lon t $", "KDEN 40 -105 -nan", "KDEN@40,-105 - - '-nan' ''"},
+        {"one value behind", "id lat lon t $", "   KDEN\t40   -105   1  ",
+         "KDEN@40,-105 1 - '1' ''"},
+        {"carriage return", "id lat lon t $", "KDEN 40 -105 12\r", "KDEN@40,-105 12 - '12' ''"},
+        {"pressure", "id p t $", "KDEN 850 12", "KDEN@850,- 12 - '12' ''"},
+        {"pressure, word", "id pres t $", "KDEN x 12", "KDEN@-,- 12 - '12' ''"},
+        {"no place", "id t td $", "KDEN 12 8", "KDEN@-,- 12 - '12' ''"},
+        {"three fields only", "id lat lon $", "KDEN 40 -105", "KDEN@-,- 40 - '40' ''"},
+        {"two for p", "id p $", "KDEN 850", "KDEN@-,- 850 - '850' ''"},
+        {"only an id", "id lat lon t $", "KDEN", "0"},
+        {"no value", "id lat lon t $", "KDEN 40 -105", "0"},
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.name);
@@ -120,20 +120,20 @@ TEST_F(RawTest, ColumnsAreFoundByNumberAndName)
         long column;
         const char *shown;
     } cases[] = {
-        {"first value",     10,                       "72469@40,-105 12 - '12' ''\nB@41,-106 13 - '13' ''\n"        },
-        {"second value",    11,                       "72469@40,-105 8 - '8' ''\n0\n"                               },
-        {"id",              kRawId,                   "72469@40,-105 72469 - '72469' ''\nB@41,-106 - - 'B' ''\n"    },
-        {"id by name",      RAW_name_column("id"),
-         "72469@40,-105 72469 - '72469' ''\nB@41,-106 - - 'B' ''\n"                                                 },
-        {"by name",         RAW_name_column("TD"),    "72469@40,-105 8 - '8' ''\n0\n"                               },
-        {"just ahead",      9,                        "72469@40,-105 -105 - '-105' ''\nB@41,-106 -106 - '-106' ''\n"},
-        {"ahead of them",   RAW_name_column("lon"),
-         "72469@40,-105 -105 - '-105' ''\nB@41,-106 -106 - '-106' ''\n"                                             },
-        {"named in a word", RAW_name_column("speed"), "72469@40,-105 15 - '15' ''\n0\n"                             },
-        {"part of a name",  RAW_name_column("spee"),  "0\n0\n"                                                      },
-        {"no name",         RAW_name_column(""),      "0\n0\n"                                                      },
-        {"too far",         75,                       "0\n0\n"                                                      },
-        {"none",            kRawNoColumn,             "0\n0\n"                                                      },
+        {"first value", 10, "72469@40,-105 12 - '12' ''\nB@41,-106 13 - '13' ''\n"},
+        {"second value", 11, "72469@40,-105 8 - '8' ''\n0\n"},
+        {"id", kRawId, "72469@40,-105 72469 - '72469' ''\nB@41,-106 - - 'B' ''\n"},
+        {"id by name", RAW_name_column("id"),
+         "72469@40,-105 72469 - '72469' ''\nB@41,-106 - - 'B' ''\n"},
+        {"by name", RAW_name_column("TD"), "72469@40,-105 8 - '8' ''\n0\n"},
+        {"just ahead", 9, "72469@40,-105 -105 - '-105' ''\nB@41,-106 -106 - '-106' ''\n"},
+        {"ahead of them", RAW_name_column("lon"),
+         "72469@40,-105 -105 - '-105' ''\nB@41,-106 -106 - '-106' ''\n"},
+        {"named in a word", RAW_name_column("speed"), "72469@40,-105 15 - '15' ''\n0\n"},
+        {"part of a name", RAW_name_column("spee"), "0\n0\n"},
+        {"no name", RAW_name_column(""), "0\n0\n"},
+        {"too far", 75, "0\n0\n"},
+        {"none", kRawNoColumn, "0\n0\n"},
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.name);
@@ -156,14 +156,10 @@ TEST_F(RawTest, WalkGivesALinesValuesThenTheNextLine)
         const char *shown;
         int field;
     } steps[] = {
-        {1,  "A@40,-105 12 - '12' ''", 3          },
-        {1,  "A@40,-105 8 - '8' ''",   4          },
-        {0,  "A@40,-105 - - '' ''",    kMissingInt},
-        {0,  "B@41,-106 - - '' ''",    kMissingInt},
-        {1,  "C@42,-107 1 - '1' 'cc'", 3          },
-        {0,  "C@42,-107 - - '' ''",    kMissingInt},
-        {-1, "@-,- - - '' ''",         kMissingInt},
-        {-1, "@-,- - - '' ''",         kMissingInt},
+        {1, "A@40,-105 12 - '12' ''", 3},        {1, "A@40,-105 8 - '8' ''", 4},
+        {0, "A@40,-105 - - '' ''", kMissingInt}, {0, "B@41,-106 - - '' ''", kMissingInt},
+        {1, "C@42,-107 1 - '1' 'cc'", 3},        {0, "C@42,-107 - - '' ''", kMissingInt},
+        {-1, "@-,- - - '' ''", kMissingInt},     {-1, "@-,- - - '' ''", kMissingInt},
     };
     for (const bool with_line : {false, true}) {
         RAW_rewind(handle);
@@ -210,14 +206,14 @@ TEST_F(RawTest, NamesCarryColumnAndFormat)
         int column;
         const char *format;
     } cases[] = {
-        {"plain",          "obs",          true,  kRawAllWords, nullptr   },
-        {"number",         "obs-3",        true,  13,           nullptr   },
-        {"number, format", "obs-3:%5.1f",  true,  13,           "%5.1f"   },
-        {"format",         "obs:%5.1f:ul", true,  kRawAllWords, "%5.1f:ul"},
-        {"dash in format", "obs:xy=-1 2",  true,  kRawAllWords, "xy=-1 2" },
-        {"word ahead",     "obs--1",       true,  9,            nullptr   },
-        {"no column",      "obs--9999",    true,  kRawNoColumn, nullptr   },
-        {"unknown file",   "none-3",       false, 13,           nullptr   },
+        {"plain", "obs", true, kRawAllWords, nullptr},
+        {"number", "obs-3", true, 13, nullptr},
+        {"number, format", "obs-3:%5.1f", true, 13, "%5.1f"},
+        {"format", "obs:%5.1f:ul", true, kRawAllWords, "%5.1f:ul"},
+        {"dash in format", "obs:xy=-1 2", true, kRawAllWords, "xy=-1 2"},
+        {"word ahead", "obs--1", true, 9, nullptr},
+        {"no column", "obs--9999", true, kRawNoColumn, nullptr},
+        {"unknown file", "none-3", false, 13, nullptr},
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.name);

@@ -118,10 +118,7 @@ TEST(Channel, WindowsValuesCountAndItHearsOfTheOthers)
     const TempDir folder;
     const std::vector<std::string> files = make_samples(folder.file("obs"), "12", 1);
     const std::string cfg = folder.write("file.res", "*identifier: WRONG\n*title: From_the_file\n");
-    LoopWindow window({
-        {"identifier", "PLTC2"},
-        {"variable",   "wspd" }
-    });
+    LoopWindow window({{"identifier", "PLTC2"}, {"variable", "wspd"}});
     NEED_QUEUE(window);
     window.serve();
     const std::string plot = folder.file("plot.ps");
@@ -206,7 +203,7 @@ TEST(Channel, SocketsCarryTheSame)
         const int client = accept(listener, nullptr, nullptr);
         std::array<char, 300> bytes = {};
         const ssize_t count = recv(client, bytes.data(), bytes.size(), 0);
-        heard.assign(bytes.data(), static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
+        heard.assign(bytes.data(), static_cast<size_t>(std::max<ssize_t>(count, 0)));
         const std::string replies("\x03"
                                   "2"
                                   "17"

@@ -37,19 +37,19 @@ TEST(Deffile, ReadsResourceLines)
     const std::string long_line = "a 1 " + std::string(10000, 'x') + " y z\nb 2\n";
     const std::string binary("\0\1\xff\n\0 x\nb 2\n", 12);
     const std::vector<FileCase> cases = {
-        {"plain",                "a 1\n\n\n b: 2 three\n", "a=1;b=2;"        },
-        {"lower case name",      "*File_Path: /A/b\n",     "*file_path=/A/b;"},
-        {"comment",              "#a 1\nb 2",              "b=2;"            },
-        {"no value",             "a\nb:\nc 3\n",           "c=3;"            },
-        {"quotes",               "a \"one  two\" three\n", "a=one  two;"     },
-        {"empty quotes",         "a \"\"\n",               "a=\"\";"         },
-        {"open quotes",          "a \"one two\n",          "a=one two;"      },
-        {"carriage returns",     "a 1\r\nb 2\r\n",         "a=1;b=2;"        },
-        {"long name",            long_name,                cut_name          },
-        {"long value",           long_value,               cut_value         },
-        {"very long line",       long_blank,               "b=2;"            },
-        {"cut line is one line", long_line,                "a=1;b=2;"        },
-        {"binary",               binary,                   "b=2;"            },
+        {"plain", "a 1\n\n\n b: 2 three\n", "a=1;b=2;"},
+        {"lower case name", "*File_Path: /A/b\n", "*file_path=/A/b;"},
+        {"comment", "#a 1\nb 2", "b=2;"},
+        {"no value", "a\nb:\nc 3\n", "c=3;"},
+        {"quotes", "a \"one  two\" three\n", "a=one  two;"},
+        {"empty quotes", "a \"\"\n", "a=\"\";"},
+        {"open quotes", "a \"one two\n", "a=one two;"},
+        {"carriage returns", "a 1\r\nb 2\r\n", "a=1;b=2;"},
+        {"long name", long_name, cut_name},
+        {"long value", long_value, cut_value},
+        {"very long line", long_blank, "b=2;"},
+        {"cut line is one line", long_line, "a=1;b=2;"},
+        {"binary", binary, "b=2;"},
     };
     for (const FileCase &c : cases) {
         SCOPED_TRACE(c.name);
@@ -61,17 +61,17 @@ TEST(Deffile, ReadsResourceLines)
 TEST(Deffile, FollowsBranches)
 {
     const std::vector<FileCase> cases = {
-        {"if",           "DEF w\nIF W\na 1\nEND\nb 2\n",                          "def=w;a=1;b=2;"  },
-        {"if not",       "IF w\na 1\nEND\nb 2\n",                                 "b=2;"            },
-        {"else",         "IF w\na 1\nELSE\nb 2\nEND\n",                           "b=2;"            },
-        {"elif",         "IF w\na 1\nELIF v\nb 2\nELSE\nc 3\nEND\n",              "b=2;"            },
-        {"closed",       "IF v\na 1\nELIF v\nb 2\nELIF v\nc 3\nELSE\nd 4\nEND\n", "a=1;"            },
-        {"nested",       "IF v\nIF w\na 1\nELSE\nb 2\nEND\nc 3\nEND\n",           "b=2;c=3;"        },
-        {"under no if",  "IF w\nIF v\na 1\nELSE\nb 2\nEND\nc 3\nEND\nd 4\n",      "d=4;"            },
-        {"undef",        "UNDEF V\nIF v\na 1\nEND\nUNDEF v\n",                    "undef=V;undef=v;"},
-        {"hidden def",   "IF w\nDEF u\nEND\nIF u\na 1\nEND\n",                    ""                },
-        {"bare keyword", "IF\na 1\nEND\n",                                        "a=1;"            },
-        {"lower case",   "if v\na 1\n",                                           "if=v;a=1;"       },
+        {"if", "DEF w\nIF W\na 1\nEND\nb 2\n", "def=w;a=1;b=2;"},
+        {"if not", "IF w\na 1\nEND\nb 2\n", "b=2;"},
+        {"else", "IF w\na 1\nELSE\nb 2\nEND\n", "b=2;"},
+        {"elif", "IF w\na 1\nELIF v\nb 2\nELSE\nc 3\nEND\n", "b=2;"},
+        {"closed", "IF v\na 1\nELIF v\nb 2\nELIF v\nc 3\nELSE\nd 4\nEND\n", "a=1;"},
+        {"nested", "IF v\nIF w\na 1\nELSE\nb 2\nEND\nc 3\nEND\n", "b=2;c=3;"},
+        {"under no if", "IF w\nIF v\na 1\nELSE\nb 2\nEND\nc 3\nEND\nd 4\n", "d=4;"},
+        {"undef", "UNDEF V\nIF v\na 1\nEND\nUNDEF v\n", "undef=V;undef=v;"},
+        {"hidden def", "IF w\nDEF u\nEND\nIF u\na 1\nEND\n", ""},
+        {"bare keyword", "IF\na 1\nEND\n", "a=1;"},
+        {"lower case", "if v\na 1\n", "if=v;a=1;"},
     };
     for (const FileCase &c : cases) {
         SCOPED_TRACE(c.name);

@@ -131,8 +131,7 @@ void write_station_file(const std::string &path, float lon, int quality, float l
         int level, u_var, v_var, quality;
     };
     std::array<Mode, 2> modes = {
-        {{"low", low, 500.0F, low_u, 0, 0, 0, 0}, {"high", high, 7500.0F, high_u, 0, 0, 0, 0}}
-    };
+        {{"low", low, 500.0F, low_u, 0, 0, 0, 0}, {"high", high, 7500.0F, high_u, 0, 0, 0, 0}}};
     for (Mode &m : modes) {
         m.level = f.var(m.name + "_level", NC_FLOAT, {m.dim});
         m.u_var = f.var(m.name + "_u_wind", NC_FLOAT, {station, m.dim});

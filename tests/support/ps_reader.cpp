@@ -52,7 +52,7 @@ class Reader {
             if (std::sscanf(line.c_str() + 5, "%lf %lf %n", &text.x, &text.y, &end) != 2) {
                 fail("text comment");
             }
-            text.text = line.substr(5 + static_cast<std::size_t>(end));
+            text.text = line.substr(5 + static_cast<size_t>(end));
             text.message = message_;
             page_.texts.push_back(text);
             text_ = static_cast<int>(page_.texts.size()) - 1;
@@ -276,7 +276,7 @@ std::vector<std::string> describe(const std::vector<PsStroke> &strokes)
         std::snprintf(text, sizeof text, "%s %.2f,%.2f,%.2f w%.2f [", s.filled ? "fill" : "line",
                       s.rgb[0], s.rgb[1], s.rgb[2], s.width);
         std::string line = text;
-        for (std::size_t i = 0; i < s.dash.size(); i++) {
+        for (size_t i = 0; i < s.dash.size(); i++) {
             std::snprintf(text, sizeof text, i > 0 ? " %g" : "%g", s.dash[i]);
             line += text;
         }

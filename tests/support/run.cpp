@@ -68,9 +68,7 @@ bool pump(int in, int out, int err, const RunOptions &options, RunResult &result
 {
     const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(options.seconds);
     size_t sent = 0;
-    std::array<pollfd, 3> fds = {
-        {{in, POLLOUT, 0}, {out, POLLIN, 0}, {err, POLLIN, 0}}
-    };
+    std::array<pollfd, 3> fds = {{{in, POLLOUT, 0}, {out, POLLIN, 0}, {err, POLLIN, 0}}};
     if (options.input.empty()) {
         close(in);
         fds[0].fd = -1;

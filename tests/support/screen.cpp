@@ -109,8 +109,7 @@ pid_t VirtualScreen::process() const
 
 unsigned Picture::at(int x, int y) const
 {
-    return pixels.at(static_cast<std::size_t>(y) * static_cast<std::size_t>(width) +
-                     static_cast<std::size_t>(x));
+    return pixels.at(static_cast<size_t>(y) * static_cast<size_t>(width) + static_cast<size_t>(x));
 }
 
 int Picture::count(unsigned colour) const
@@ -128,7 +127,7 @@ int Picture::differences(const Picture &other) const
         return static_cast<int>(pixels.size());
     }
     int found = 0;
-    for (std::size_t i = 0; i < pixels.size(); i++) {
+    for (size_t i = 0; i < pixels.size(); i++) {
         found += pixels[i] != other.pixels[i] ? 1 : 0;
     }
     return found;
@@ -160,10 +159,10 @@ Picture read_picture(const std::string &path)
     if (std::sscanf(size.out.c_str(), "%d %d", &picture.width, &picture.height) != 2) {
         return {};
     }
-    const auto part = [&](std::size_t i) {
+    const auto part = [&](size_t i) {
         return static_cast<unsigned>(static_cast<unsigned char>(bytes.out[i]));
     };
-    for (std::size_t i = 0; i + 2 < bytes.out.size(); i += 3) {
+    for (size_t i = 0; i + 2 < bytes.out.size(); i += 3) {
         picture.pixels.push_back(part(i) << 16 | part(i + 1) << 8 | part(i + 2));
     }
     return picture;

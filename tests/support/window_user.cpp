@@ -60,7 +60,7 @@ bool is_asleep(pid_t process)
     std::ifstream file("/proc/" + std::to_string(process) + "/stat");
     std::string line;
     std::getline(file, line);
-    const std::size_t behind = line.rfind(") ");
+    const size_t behind = line.rfind(") ");
     return behind == std::string::npos || line[behind + 2] != 'R';
 }
 

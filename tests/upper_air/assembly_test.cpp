@@ -224,12 +224,7 @@ TEST(Assembly, RealSoundingKeepsItsOwnHeights)
     EXPECT_NEAR(store.surface_height, 345, 0.1);
     // the page has two rows at 44 hPa, the higher one first; significant levels of the page with
     // the heights that it prints
-    const std::pair<float, float> heights[] = {
-        {943, 542 },
-        {814, 1756},
-        {594, 4304},
-        {445, 6502}
-    };
+    const std::pair<float, float> heights[] = {{943, 542}, {814, 1756}, {594, 4304}, {445, 6502}};
     for (const auto &[p, z] : heights) {
         SoundLevel level;
         MET_sound_at(store.temps, store.num_temps, 100, &level, p);
@@ -288,11 +283,11 @@ TEST(Assembly, ParcelWords)
         int mode;
         float depth, p, t;
     } const cases[] = {
-        {"par=sfc",           kParcelSurface, 100, kMissing, kMissing},
-        {"grid,par=layer:50", kParcelLayer,   50,  kMissing, kMissing},
-        {"par=maxt",          kParcelMaxTemp, 100, kMissing, kMissing},
-        {"par=850:21.5:14",   kParcelGiven,   100, 850,      21.5F   },
-        {"par=sfc:30:20",     kParcelGiven,   100, 990,      30      },
+        {"par=sfc", kParcelSurface, 100, kMissing, kMissing},
+        {"grid,par=layer:50", kParcelLayer, 50, kMissing, kMissing},
+        {"par=maxt", kParcelMaxTemp, 100, kMissing, kMissing},
+        {"par=850:21.5:14", kParcelGiven, 100, 850, 21.5F},
+        {"par=sfc:30:20", kParcelGiven, 100, 990, 30},
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.words);

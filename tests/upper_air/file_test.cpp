@@ -50,13 +50,10 @@ struct FormCase {
     bool place, special;
 };
 const FormCase kForms[] = {
-    {1,  "bdef",     4, 16, false, false},
-    {2,  "bdefghjl", 6, 21, false, false},
-    {3,  "",         9, 8,  false, true },
-    {4,  "",         9, 8,  false, true },
-    {5,  "",         9, 8,  true,  true },
-    {11, "",         9, 8,  true,  true },
-    {12, "",         9, 8,  true,  true },
+    {1, "bdef", 4, 16, false, false}, {2, "bdefghjl", 6, 21, false, false},
+    {3, "", 9, 8, false, true},       {4, "", 9, 8, false, true},
+    {5, "", 9, 8, true, true},        {11, "", 9, 8, true, true},
+    {12, "", 9, 8, true, true},
 };
 
 TEST(UpaFile, WrittenFilesReadTheSame)
@@ -250,15 +247,15 @@ struct RefusedCase {
     const char *message;
 };
 constexpr RefusedCase kRefused[] = {
-    {"missing",         nullptr,          0, 0,  ""             },
-    {"unknown letter",  "hello\nworld\n", 0, 0,  ""             },
-    {"empty",           "",               0, 0,  ""             },
-    {"digest",          "12:00Z XXX MAR", 0, 41, "can't be read"},
-    {"xml",             "<tyrupa>",       0, 51, "can't be read"},
-    {"damaged netCDF",  "CDF\0019999",    0, 0,  "cut short"    },
-    {"write untyped",   "",               1, 0,  ""             },
-    {"write bulletins", "",               1, 61, ""             },
-    {"no such type",    "TYRUPA\n",       0, 7,  ""             },
+    {"missing", nullptr, 0, 0, ""},
+    {"unknown letter", "hello\nworld\n", 0, 0, ""},
+    {"empty", "", 0, 0, ""},
+    {"digest", "12:00Z XXX MAR", 0, 41, "can't be read"},
+    {"xml", "<tyrupa>", 0, 51, "can't be read"},
+    {"damaged netCDF", "CDF\0019999", 0, 0, "cut short"},
+    {"write untyped", "", 1, 0, ""},
+    {"write bulletins", "", 1, 61, ""},
+    {"no such type", "TYRUPA\n", 0, 7, ""},
 };
 
 TEST(UpaFile, WhatCantBeOpened)
@@ -348,20 +345,9 @@ TEST(UpaFile, DigestIsTextAndLittleEndianNumbers)
         return low + 256 * static_cast<signed char>(bytes[at + 1]);
     };
     // 850 hPa: 7.4 and 4.4 degrees, 1457 m, 195 degrees at 25 knots; no tropopause height
-    const std::pair<size_t, int> numbers[] = {
-        {1,  3518 },
-        {2,  -9743},
-        {3,  7    },
-        {8,  1457 },
-        {10, 5570 },
-        {16, 19   },
-        {20, 25   },
-        {24, 3    },
-        {27, 9999 },
-        {28, 5459 },
-        {29, 258  },
-        {33, 0    }
-    };
+    const std::pair<size_t, int> numbers[] = {{1, 3518},  {2, -9743}, {3, 7},    {8, 1457},
+                                              {10, 5570}, {16, 19},   {20, 25},  {24, 3},
+                                              {27, 9999}, {28, 5459}, {29, 258}, {33, 0}};
     for (const auto &[place, value] : numbers)
         EXPECT_EQ(number(place), value) << place;
 }

@@ -65,16 +65,16 @@ TEST(Bulletins, ChineseBulletinInMetresPerSecond)
     EXPECT_STREQ(reports[0].id, "51463");
     expect_levels(reports[0],
                   {
-                      {kUpaSurface,    {919, kNo, 6.6F, -7.4F, 205, 4}     },
-                      {kUpa1000,       {kNo, kNo, kNo, kNo, kNo, kNo}      },
-                      {kUpa850,        {850, 1576, 6.6F, -10.4F, 305, 5}   },
-                      {4,              {700, 3139, -4.5F, -13.5F, 320, 7}  },
-                      {5,              {500, 5710, -19.9F, -29.9F, 295, 11}},
-                      {10,             {150, 13690, -61.1F, kNo, 290, 16}  },
-                      {11,             {100, 16180, -63.9F, kNo, 295, 20}  },
-                      {kUpaTropopause, {221, kNo, -57.1F, -66.1F, 325, 16} },
-                      {kUpaMaxWind,    {kNo, kNo, kNo, kNo, kNo, kNo}      },
-    },
+                      {kUpaSurface, {919, kNo, 6.6F, -7.4F, 205, 4}},
+                      {kUpa1000, {kNo, kNo, kNo, kNo, kNo, kNo}},
+                      {kUpa850, {850, 1576, 6.6F, -10.4F, 305, 5}},
+                      {4, {700, 3139, -4.5F, -13.5F, 320, 7}},
+                      {5, {500, 5710, -19.9F, -29.9F, 295, 11}},
+                      {10, {150, 13690, -61.1F, kNo, 290, 16}},
+                      {11, {100, 16180, -63.9F, kNo, 295, 20}},
+                      {kUpaTropopause, {221, kNo, -57.1F, -66.1F, 325, 16}},
+                      {kUpaMaxWind, {kNo, kNo, kNo, kNo, kNo, kNo}},
+                  },
                   kKnots);
     // two tropopauses, two maxima of 32 and 31 m/s
     EXPECT_FLOAT_EQ(reports[6].mand[kUpaTropopause].p, 208);
@@ -97,14 +97,14 @@ TEST(Bulletins, AmericanBulletinInKnots)
     EXPECT_EQ(r.wmo, 72235);
     expect_levels(r,
                   {
-                      {kUpaSurface,    {1000, kNo, 24.4F, 22.8F, 180, 6}    },
-                      {kUpa1000,       {1000, 89, kNo, kNo, kNo, kNo}       },
-                      {kUpa925,        {925, 772, 21.2F, 20.7F, 205, 40}    },
-                      {9,              {200, 12320, -54.7F, -71.7F, 240, 69}},
-                      {11,             {100, 16530, -71.1F, -82.1F, 245, 43}},
-                      {kUpaTropopause, {125, kNo, -71.3F, -82.3F, 250, 61}  },
-                      {kUpaMaxWind,    {182, kNo, kNo, kNo, 250, 75}        },
-    },
+                      {kUpaSurface, {1000, kNo, 24.4F, 22.8F, 180, 6}},
+                      {kUpa1000, {1000, 89, kNo, kNo, kNo, kNo}},
+                      {kUpa925, {925, 772, 21.2F, 20.7F, 205, 40}},
+                      {9, {200, 12320, -54.7F, -71.7F, 240, 69}},
+                      {11, {100, 16530, -71.1F, -82.1F, 245, 43}},
+                      {kUpaTropopause, {125, kNo, -71.3F, -82.3F, 250, 61}},
+                      {kUpaMaxWind, {182, kNo, kNo, kNo, 250, 75}},
+                  },
                   1);
     ASSERT_EQ(r.num_sig, 28);
     EXPECT_FLOAT_EQ(r.sig[1].p, 985);
@@ -130,14 +130,14 @@ TEST(Bulletins, AllFourPartsWithoutHeadings)
     ASSERT_EQ(reports.size(), 1U);
     expect_levels(reports[0],
                   {
-                      {kUpaSurface, {1009, kNo, 22.8F, 4.8F, 290, 6} },
-                      {kUpa1000,    {1000, 137, 20.6F, 3.6F, 285, 7} },
-                      {12,          {70, 18640, -57.1F, kNo, 200, 17}},
-                      {13,          {50, 20780, -54.5F, kNo, 340, 4} },
-                      {14,          {30, 24070, -49.7F, kNo, 20, 10} },
-                      {15,          {20, 26750, -47.1F, kNo, 55, 10} },
-                      {16,          {10, 31450, -33.9F, kNo, 70, 17} },
-    },
+                      {kUpaSurface, {1009, kNo, 22.8F, 4.8F, 290, 6}},
+                      {kUpa1000, {1000, 137, 20.6F, 3.6F, 285, 7}},
+                      {12, {70, 18640, -57.1F, kNo, 200, 17}},
+                      {13, {50, 20780, -54.5F, kNo, 340, 4}},
+                      {14, {30, 24070, -49.7F, kNo, 20, 10}},
+                      {15, {20, 26750, -47.1F, kNo, 55, 10}},
+                      {16, {10, 31450, -33.9F, kNo, 70, 17}},
+                  },
                   1);
     EXPECT_FLOAT_EQ(reports[0].sig[0].p, 1009);
     EXPECT_EQ(reports[0].num_sig, 52);
@@ -154,19 +154,9 @@ TEST(Bulletins, DecodesPublishedWithTheSources)
         " 25060=\n";
     const std::vector<UpaReport> reports = read_reports(folder.write("TTAA", text));
     ASSERT_EQ(reports.size(), 2U);
-    expect_levels(reports[0],
-                  {
-                      {4, {700, 3138, 3.6F, 0.2F, 230, 13}}
-    },
-                  1);
-    const std::pair<int, float> heights[] = {
-        {3, 1585 },
-        {4, 3138 },
-        {5, 5720 },
-        {6, 7360 },
-        {7, 9350 },
-        {8, 10540}
-    };
+    expect_levels(reports[0], {{4, {700, 3138, 3.6F, 0.2F, 230, 13}}}, 1);
+    const std::pair<int, float> heights[] = {{3, 1585}, {4, 3138}, {5, 5720},
+                                             {6, 7360}, {7, 9350}, {8, 10540}};
     for (const auto &[slot, z] : heights)
         EXPECT_FLOAT_EQ(reports[1].mand[slot].z, z);
     EXPECT_FLOAT_EQ(reports[1].mand[0].p, 1030);
@@ -179,15 +169,15 @@ struct RefusalCase {
     size_t reports;
 };
 constexpr RefusalCase kRefusals[] = {
-    {"ship",            "UUAA 51001 99400 70500=\n",                                    "ascents of ships",      0},
-    {"bad group",       "TTAA 51001 72518 99030 1x050 18005=\n",                        "\"1x050\" can't",       1},
-    {"no such level",   "TTAA 51001 72518 99030 10050 18005 81000 10050 18005=\n",
-     "TTAA of 72518: \"81000\" is no level",                                                                     1},
-    {"no such hour",    "TTAA 51991 72518 99030 10050 18005=\n",                        "heading \"51991 72518", 0},
-    {"pilot mandatory", "PPAA 51001 72518 55385 18005=\n",                              "aren't read",           0},
-    {"twice",           "TTBB 51001 72518 00030 10050=TTBB 51001 72518 00030 10050=\n",
-     "TTBB of 72518 stands there twice",                                                                         1},
-    {"no part end",     "TTBB 51001 72518 00030 10050 12345 10050=\n",                  "\"12345\" is no",       1},
+    {"ship", "UUAA 51001 99400 70500=\n", "ascents of ships", 0},
+    {"bad group", "TTAA 51001 72518 99030 1x050 18005=\n", "\"1x050\" can't", 1},
+    {"no such level", "TTAA 51001 72518 99030 10050 18005 81000 10050 18005=\n",
+     "TTAA of 72518: \"81000\" is no level", 1},
+    {"no such hour", "TTAA 51991 72518 99030 10050 18005=\n", "heading \"51991 72518", 0},
+    {"pilot mandatory", "PPAA 51001 72518 55385 18005=\n", "aren't read", 0},
+    {"twice", "TTBB 51001 72518 00030 10050=TTBB 51001 72518 00030 10050=\n",
+     "TTBB of 72518 stands there twice", 1},
+    {"no part end", "TTBB 51001 72518 00030 10050 12345 10050=\n", "\"12345\" is no", 1},
 };
 
 TEST(Bulletins, WhatCantBeReadIsTold)
@@ -239,13 +229,13 @@ TEST(Tables, WyomingPage)
     EXPECT_FLOAT_EQ(r.elev, 345);
     expect_levels(r,
                   {
-                      {kUpaSurface, {966, 345, 3.6F, -1.2F, 55, 2}      },
-                      {kUpa1000,    {1000, 65, kNo, kNo, kNo, kNo}      },
-                      {kUpa925,     {925, 701, 7.2F, -2.8F, 170, 13}    },
-                      {4,           {700, 2998, 4.2F, -18.8F, 260, 27}  },
-                      {6,           {400, 7280, -27.1F, -36.1F, 270, 72}},
-                      {kUpa7,       {7, 33030, -48.3F, -86.3F, kNo, kNo}},
-    },
+                      {kUpaSurface, {966, 345, 3.6F, -1.2F, 55, 2}},
+                      {kUpa1000, {1000, 65, kNo, kNo, kNo, kNo}},
+                      {kUpa925, {925, 701, 7.2F, -2.8F, 170, 13}},
+                      {4, {700, 2998, 4.2F, -18.8F, 260, 27}},
+                      {6, {400, 7280, -27.1F, -36.1F, 270, 72}},
+                      {kUpa7, {7, 33030, -48.3F, -86.3F, kNo, kNo}},
+                  },
                   1);
     EXPECT_FLOAT_EQ(r.sig[1].p, 965);
     EXPECT_NEAR(r.wnd[0].z * 0.3048F, 353, 0.1);
@@ -285,10 +275,10 @@ TEST(Tables, SpcText)
     EXPECT_STREQ(reports[0].id, "OAX");
     expect_levels(reports[0],
                   {
-                      {kUpaSurface, {965, 350, 27.8F, 23.8F, 150, 23} },
-                      {kUpa1000,    {1000, 34, kNo, kNo, kNo, kNo}    },
-                      {kUpa850,     {850, 1460, 21.0F, 14.0F, 180, 50}},
-    },
+                      {kUpaSurface, {965, 350, 27.8F, 23.8F, 150, 23}},
+                      {kUpa1000, {1000, 34, kNo, kNo, kNo, kNo}},
+                      {kUpa850, {850, 1460, 21.0F, 14.0F, 180, 50}},
+                  },
                   1);
 }
 

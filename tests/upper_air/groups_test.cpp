@@ -16,39 +16,17 @@ struct HeightCase {
 };
 // heights worked out by hand from the Manual on Codes and soundings of the standard atmosphere
 constexpr HeightCase kHeights[] = {
-    {"85123", 850,      1123    },
-    {"70999", 700,      2999    },
-    {"70123", 700,      3123    },
-    {"00510", 1000,     -10     },
-    {"00123", 1000,     123     },
-    {"92123", 925,      123     },
-    {"-5123", 5,        31230   },
-    {"11234", 110,      234     },
-    {"50571", 500,      5710    },
-    {"40733", 400,      7330    },
-    {"30928", 300,      9280    },
-    {"30012", 300,      10120   },
-    {"25047", 250,      10470   },
-    {"20189", 200,      11890   },
-    {"10618", 100,      16180   },
-    {"07864", 70,       18640   },
-    {"05078", 50,       20780   },
-    {"05960", 50,       19600   },
-    {"03407", 30,       24070   },
-    {"02675", 20,       26750   },
-    {"01145", 10,       31450   },
-    {"01980", 10,       29800   },
-    {"-7345", 7,        33450   },
-    {"-3920", 3,        39200   },
-    {"-2420", 2,        44200   },
-    {"-1780", 1,        47800   },
-    {"88221", 880,      221     },
-    {"85///", 850,      kMissing},
-    {"00///", 1000,     kMissing},
-    {"99999", kMissing, kMissing},
-    {"X",     kMissing, kMissing},
-    {"/////", kMissing, kMissing},
-    {"",      kMissing, kMissing},
+    {"85123", 850, 1123},      {"70999", 700, 2999},          {"70123", 700, 3123},
+    {"00510", 1000, -10},      {"00123", 1000, 123},          {"92123", 925, 123},
+    {"-5123", 5, 31230},       {"11234", 110, 234},           {"50571", 500, 5710},
+    {"40733", 400, 7330},      {"30928", 300, 9280},          {"30012", 300, 10120},
+    {"25047", 250, 10470},     {"20189", 200, 11890},         {"10618", 100, 16180},
+    {"07864", 70, 18640},      {"05078", 50, 20780},          {"05960", 50, 19600},
+    {"03407", 30, 24070},      {"02675", 20, 26750},          {"01145", 10, 31450},
+    {"01980", 10, 29800},      {"-7345", 7, 33450},           {"-3920", 3, 39200},
+    {"-2420", 2, 44200},       {"-1780", 1, 47800},           {"88221", 880, 221},
+    {"85///", 850, kMissing},  {"00///", 1000, kMissing},     {"99999", kMissing, kMissing},
+    {"X", kMissing, kMissing}, {"/////", kMissing, kMissing}, {"", kMissing, kMissing},
 };
 
 TEST(Groups, DecodePressureAndHeight)
@@ -69,24 +47,21 @@ struct PairCase {
     float first, second;
 };
 constexpr PairCase kTemps[] = {
-    {"12315", 0,  -12.3F,   -13.8F  },
-    {"12460", 0,  12.4F,    2.4F    },
-    {"611//", 0,  -61.1F,   kMissing},
-    {"20499", 0,  20.4F,    kMissing},
-    {"99999", -1, kMissing, kMissing},
-    {"/////", -1, kMissing, kMissing},
-    {"X",     -1, kMissing, kMissing},
+    {"12315", 0, -12.3F, -13.8F},      {"12460", 0, 12.4F, 2.4F},
+    {"611//", 0, -61.1F, kMissing},    {"20499", 0, 20.4F, kMissing},
+    {"99999", -1, kMissing, kMissing}, {"/////", -1, kMissing, kMissing},
+    {"X", -1, kMissing, kMissing},
 };
 constexpr PairCase kWinds[] = {
-    {"23515", 0,  235,      15      },
-    {"23617", 0,  235,      117     },
-    {"00000", 0,  0,        0       },
-    {"36050", 0,  360,      50      },
-    {"27260", 0,  kMissing, kMissing}, // 260 knots
-    {"36500", 0,  kMissing, kMissing}, // 365 degrees
-    {"99999", 0,  kMissing, kMissing},
+    {"23515", 0, 235, 15},
+    {"23617", 0, 235, 117},
+    {"00000", 0, 0, 0},
+    {"36050", 0, 360, 50},
+    {"27260", 0, kMissing, kMissing}, // 260 knots
+    {"36500", 0, kMissing, kMissing}, // 365 degrees
+    {"99999", 0, kMissing, kMissing},
     {"/////", -1, kMissing, kMissing},
-    {"X",     -1, kMissing, kMissing},
+    {"X", -1, kMissing, kMissing},
 };
 
 TEST(Groups, DecodeTemperatureAndWind)
@@ -116,20 +91,20 @@ struct EncodeCase {
     const char *group; // empty: -1
 };
 constexpr EncodeCase kEncodes[] = {
-    {"depression 5.4",        UPA_encode_td,   10,       4.6F,     "10050"},
-    {"depression 6.3",        UPA_encode_td,   10,       3.7F,     "10056"},
-    {"-0.2",                  UPA_encode_td,   -0.2F,    kMissing, "00199"},
-    {"-0.1 is 0",             UPA_encode_td,   -0.1F,    kMissing, "00099"},
-    {"dew point above",       UPA_encode_td,   10,       10.5F,    "10000"},
-    {"no temperature",        UPA_encode_td,   kMissing, 3,        ""     },
-    {"height unknown",        UPA_encode_pz,   850,      kMissing, "85/"  },
-    {"no pressure",           UPA_encode_pz,   kMissing, kMissing, ""     },
-    {"below sea level",       UPA_encode_pz,   1000,     -10,      "00510"},
-    {"above 10 hPa",          UPA_encode_pz,   5,        31230,    "-5123"},
-    {"direction to the five", UPA_encode_wind, 233,      15,       "23515"},
-    {"a hundred knots",       UPA_encode_wind, 235,      117,      "23617"},
-    {"no wind",               UPA_encode_wind, kMissing, kMissing, ""     },
-    {"huge",                  UPA_encode_wind, 1e30F,    1e30F,    "99499"},
+    {"depression 5.4", UPA_encode_td, 10, 4.6F, "10050"},
+    {"depression 6.3", UPA_encode_td, 10, 3.7F, "10056"},
+    {"-0.2", UPA_encode_td, -0.2F, kMissing, "00199"},
+    {"-0.1 is 0", UPA_encode_td, -0.1F, kMissing, "00099"},
+    {"dew point above", UPA_encode_td, 10, 10.5F, "10000"},
+    {"no temperature", UPA_encode_td, kMissing, 3, ""},
+    {"height unknown", UPA_encode_pz, 850, kMissing, "85/"},
+    {"no pressure", UPA_encode_pz, kMissing, kMissing, ""},
+    {"below sea level", UPA_encode_pz, 1000, -10, "00510"},
+    {"above 10 hPa", UPA_encode_pz, 5, 31230, "-5123"},
+    {"direction to the five", UPA_encode_wind, 233, 15, "23515"},
+    {"a hundred knots", UPA_encode_wind, 235, 117, "23617"},
+    {"no wind", UPA_encode_wind, kMissing, kMissing, ""},
+    {"huge", UPA_encode_wind, 1e30F, 1e30F, "99499"},
 };
 
 TEST(Groups, Encode)

@@ -38,13 +38,11 @@ bool has_line(const std::string &text, const std::string &line)
 // Three levels that give wanted indices: t(850), td(850), t(700) = td(700) + spread, t(500).
 std::vector<SoundLevel> column(float t850, float td850, float spread, float t500)
 {
-    return {
-        {1000, 100,  t850 + 10,         td850,                      180, 10},
-        {850,  1500, t850,              td850,                      180, 10},
-        {700,  3100, (t850 + t500) / 2, (t850 + t500) / 2 - spread, 180, 10},
-        {500,  5700, t500,              t500 - 20,                  180, 10},
-        {400,  7300, t500 - 12,         t500 - 32,                  180, 10}
-    };
+    return {{1000, 100, t850 + 10, td850, 180, 10},
+            {850, 1500, t850, td850, 180, 10},
+            {700, 3100, (t850 + t500) / 2, (t850 + t500) / 2 - spread, 180, 10},
+            {500, 5700, t500, t500 - 20, 180, 10},
+            {400, 7300, t500 - 12, t500 - 32, 180, 10}};
 }
 
 } // namespace
@@ -75,16 +73,16 @@ TEST(SoundingListing, RisksChangeAtTheirLimits)
         float t850, td850, spread, t500;
         const char *line;
     } cases[] = {
-        {"K 15",    10,   0,    5, -10,
-         "K Index:                  15.00   Risk: < 20 % chance of thunderstorms"     },
-        {"K 14.9",  9.9F, 0,    5, -10, "K Index:                  14.90   Risk: None"},
-        {"K 35",    20,   10,   5, -10,
-         "K Index:                  35.00   Risk: > 80 % chance of thunderstorms"     },
-        {"TT 55",   20,   11,   5, -12,
-         "Total Totals Index:       55.00 C Risk: Severe Thunderstorms probable"      },
-        {"TT 49",   20,   9,    5, -10,
-         "Total Totals Index:       49.00 C Risk: Scattered heavy thunderstorms"      },
-        {"TT 43.9", 20,   3.9F, 5, -10, "Total Totals Index:       43.90 C Risk: None"},
+        {"K 15", 10, 0, 5, -10,
+         "K Index:                  15.00   Risk: < 20 % chance of thunderstorms"},
+        {"K 14.9", 9.9F, 0, 5, -10, "K Index:                  14.90   Risk: None"},
+        {"K 35", 20, 10, 5, -10,
+         "K Index:                  35.00   Risk: > 80 % chance of thunderstorms"},
+        {"TT 55", 20, 11, 5, -12,
+         "Total Totals Index:       55.00 C Risk: Severe Thunderstorms probable"},
+        {"TT 49", 20, 9, 5, -10,
+         "Total Totals Index:       49.00 C Risk: Scattered heavy thunderstorms"},
+        {"TT 43.9", 20, 3.9F, 5, -10, "Total Totals Index:       43.90 C Risk: None"},
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.name);
@@ -193,11 +191,11 @@ TEST(Analysis, ParcelsByTheirChoice)
         SoundLevel given;
         float p, t, td; // of the parcel lifted
     } cases[] = {
-        {"surface",         kParcelSurface, {M, M, M, M, M, M},     1000, 26.85F, 19.04F},
-        {"layer",           kParcelLayer,   {M, M, M, M, M, M},     1000, 27.75F, 19.04F},
-        {"maximum",         kParcelMaxTemp, {M, M, M, M, M, M},     1000, 29.84F, 19.04F},
-        {"given",           kParcelGiven,   {891, M, 25, 12, M, M}, 891,  25,     12    },
-        {"given without t", kParcelGiven,   {891, M, M, 12, M, M},  891,  18.98F, 12    },
+        {"surface", kParcelSurface, {M, M, M, M, M, M}, 1000, 26.85F, 19.04F},
+        {"layer", kParcelLayer, {M, M, M, M, M, M}, 1000, 27.75F, 19.04F},
+        {"maximum", kParcelMaxTemp, {M, M, M, M, M, M}, 1000, 29.84F, 19.04F},
+        {"given", kParcelGiven, {891, M, 25, 12, M, M}, 891, 25, 12},
+        {"given without t", kParcelGiven, {891, M, M, 12, M, M}, 891, 18.98F, 12},
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.name);
@@ -232,9 +230,7 @@ TEST(Analysis, AnySoundingIsBorne)
         for (int i = pick(40); i > 0 && !levels.empty(); --i)
             levels[static_cast<size_t>(pick(static_cast<int>(levels.size())))].*kFields[pick(6)] =
                 kOdd[pick(8)];
-        THERM_parcel_choice() = ParcelChoice{
-            1 + pick(5), 100.0F, {M, M, M, M, M, M}
-        };
+        THERM_parcel_choice() = ParcelChoice{1 + pick(5), 100.0F, {M, M, M, M, M, M}};
         const InForce sounding(levels);
         const std::string text = shown_by([] {
             THERM_print_indices();

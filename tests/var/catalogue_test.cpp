@@ -197,9 +197,9 @@ TEST_F(VarFileTest, Conditions)
         int bare, with_texts; // model eta, level 500, time 12
         std::vector<const char *> conditions;
     } cases[] = {
-        {1, 1, {"1"}                                                },
+        {1, 1, {"1"}},
         {0, 1, {"mo=eta", "mo=e*&le=500", "mo=gfs,ft=1?", "le=~700"}},
-        {0, 0, {"0", "2", "", "mo=", "mo=gfs", "mo=eta&le=700"}     },
+        {0, 0, {"0", "2", "", "mo=", "mo=gfs", "mo=eta&le=700"}},
     };
     for (const auto &c : cases) {
         for (const char *condition : c.conditions) {
@@ -292,48 +292,46 @@ TEST_F(LabelTest, LevelTexts)
     const struct {
         int kind, value;
         const char *text;
-    } cases[] = {
-        {0,   0,      ""                     },
-        {9,   0,      ""                     },
-        {M,   M,      ""                     },
-        {1,   0,      "Surface"              },
-        {1,   3,      "Surface[3]"           },
-        {1,   2003,   "Surface[3]"           },
-        {2,   0,      "Cloud base"           },
-        {7,   0,      "Tropopause"           },
-        {100, 500,    "500 mb"               },
-        {101, 70085,  "850-700 mb"           },
-        {101, 50190,  "sfc-500 mb"           },
-        {101, 50200,  "sfc-500 mb"           },
-        {101, 30195,  "trop-300 mb"          },
-        {101, 50201,  "sfc[10]-500 mb"       },
-        {101, 510,    "1000-500 mb"          },
-        {101, 508,    "850-500 mb"           },
-        {101, 599,    "SFC-500 mb"           },
-        {101, 600,    ""                     },
-        {102, 0,      "Sea level"            },
-        {103, 1500,   "1500 m"               },
-        {104, 20010,  "1000-2000m"           },
-        {104, 20995,  "trop+2000 m"          },
-        {105, 250,    "250 m AG"             },
-        {106, 30000,  "0-3000 m AG"          },
-        {107, 9950,   "0.99 sigma"           },
-        {108, 50090,  "0.90-0.50 sigma"      },
-        {109, 12,     "12 lev"               },
-        {111, 10,     "10 cm BG"             },
-        {112, 200010, "10-200 cm BG"         },
-        {113, 315,    "315 K"                },
-        {114, 310300, "300-310 K"            },
-        {115, 30,     "30 mb AG"             },
-        {116, 30000,  "0-30 mb AG"           },
-        {117, 2,      "2*10^-6 Km2/kgs"      },
-        {119, 5000,   "0.50 Eta"             },
-        {120, 50090,  "0.90-0.50 Eta"        },
-        {200, 0,      "Whole atms"           },
-        {215, 0,      "Cld ceiling"          },
-        {248, 0,      "Shal Conv cld bot lvl"},
-        {254, 0,      "Supercool liq wat top"}
-    };
+    } cases[] = {{0, 0, ""},
+                 {9, 0, ""},
+                 {M, M, ""},
+                 {1, 0, "Surface"},
+                 {1, 3, "Surface[3]"},
+                 {1, 2003, "Surface[3]"},
+                 {2, 0, "Cloud base"},
+                 {7, 0, "Tropopause"},
+                 {100, 500, "500 mb"},
+                 {101, 70085, "850-700 mb"},
+                 {101, 50190, "sfc-500 mb"},
+                 {101, 50200, "sfc-500 mb"},
+                 {101, 30195, "trop-300 mb"},
+                 {101, 50201, "sfc[10]-500 mb"},
+                 {101, 510, "1000-500 mb"},
+                 {101, 508, "850-500 mb"},
+                 {101, 599, "SFC-500 mb"},
+                 {101, 600, ""},
+                 {102, 0, "Sea level"},
+                 {103, 1500, "1500 m"},
+                 {104, 20010, "1000-2000m"},
+                 {104, 20995, "trop+2000 m"},
+                 {105, 250, "250 m AG"},
+                 {106, 30000, "0-3000 m AG"},
+                 {107, 9950, "0.99 sigma"},
+                 {108, 50090, "0.90-0.50 sigma"},
+                 {109, 12, "12 lev"},
+                 {111, 10, "10 cm BG"},
+                 {112, 200010, "10-200 cm BG"},
+                 {113, 315, "315 K"},
+                 {114, 310300, "300-310 K"},
+                 {115, 30, "30 mb AG"},
+                 {116, 30000, "0-30 mb AG"},
+                 {117, 2, "2*10^-6 Km2/kgs"},
+                 {119, 5000, "0.50 Eta"},
+                 {120, 50090, "0.90-0.50 Eta"},
+                 {200, 0, "Whole atms"},
+                 {215, 0, "Cld ceiling"},
+                 {248, 0, "Shal Conv cld bot lvl"},
+                 {254, 0, "Supercool liq wat top"}};
     for (const auto &c : cases) {
         SCOPED_TRACE(c.text);
         EXPECT_EQ(datatype(0, c.kind, c.value), c.text);
@@ -347,18 +345,16 @@ TEST_F(LabelTest, TimeTexts)
     const struct {
         int time;
         const char *text;
-    } cases[] = {
-        {12,       ""                     },
-        {M,        ""                     },
-        {3006012,  "6 hour avg 500 mb"    },
-        {4000024,  "24 hour acc 500 mb"   },
-        {13000024, "24 hour iavg 500 mb"  },
-        {18000006, "6 hour var 500 mb"    },
-        {23000024, "24 hour uavg 500 mb"  },
-        {13000805, "805 day iavg 500 mb"  },
-        {13000901, "901 month iavg 500 mb"},
-        {9000024,  "24 hour 500 mb"       }
-    };
+    } cases[] = {{12, ""},
+                 {M, ""},
+                 {3006012, "6 hour avg 500 mb"},
+                 {4000024, "24 hour acc 500 mb"},
+                 {13000024, "24 hour iavg 500 mb"},
+                 {18000006, "6 hour var 500 mb"},
+                 {23000024, "24 hour uavg 500 mb"},
+                 {13000805, "805 day iavg 500 mb"},
+                 {13000901, "901 month iavg 500 mb"},
+                 {9000024, "24 hour 500 mb"}};
     for (const auto &c : cases) {
         SCOPED_TRACE(c.time);
         EXPECT_EQ(datatype(c.time, 100, 500), *c.text == '\0' ? "500 mb" : c.text);
@@ -370,13 +366,11 @@ TEST_F(LabelTest, LabelModes)
     load("11 temp Temperature\n");
     const struct {
         const char *mode, *label;
-    } cases[] = {
-        {"labmin",        "temp (C)"                            },
-        {"labsimple",     "500 mb temp (C)"                     },
-        {"labnorm",       "500 mb Temperature (C)"              },
-        {"nolab",         "500 mb Temperature (C)"              },
-        {"lower,LABCOMP", "500 mb Temperature (C) - co=red:hi=2"}
-    };
+    } cases[] = {{"labmin", "temp (C)"},
+                 {"labsimple", "500 mb temp (C)"},
+                 {"labnorm", "500 mb Temperature (C)"},
+                 {"nolab", "500 mb Temperature (C)"},
+                 {"lower,LABCOMP", "500 mb Temperature (C) - co=red:hi=2"}};
     for (const auto &c : cases) {
         SCOPED_TRACE(c.mode);
         set_mode(c.mode);

@@ -60,51 +60,51 @@ TEST_F(ExpressionTest, Grammar)
     const struct {
         const char *text, *want;
     } cases[] = {
-        {"wbrb",                             "wbrb||2|0|-|-||0\n"                                             },
-        {"wbrb:knt",                         "wbrb|knt|2|0|-|-||0\n"                                          },
-        {"wspd:m/s:value:co=red",            "wspd|m/s|2|0|-|-|co=red|0\n"                                    },
-        {"wspd:m/s:wbarb:co=red:hi=2:%1.0f", "wspd|m/s|32|0|-|-|co=red:hi=2:%1.0f|0\n"                        },
-        {"wspd:m/s:co=red",                  "wspd|m/s|2|0|-|-|co=red|0\n"                                    },
-        {"wbrb-500",                         "wbrb-500||2|0|-|-||0\n"                                         },
-        {"12:500:temp",                      "temp||2|12|100|500||0\n"                                        },
-        {"12:500:temp:C:cbarb:ul",           "temp|C|33|12|100|500|ul|0\n"                                    },
-        {":sfc:temp:C",                      "temp|C|2|0|1|0||0\n"                                            },
-        {"miss:miss:temp",                   "temp||2|-|-|-||0\n"                                             },
-        {"xyz:500:temp",                     "xyz|500|2|0|-|-|temp|0\n"                                       },
-        {" wbrb : knt ",                     "wbrb|knt|2|0|-|-||0\n"                                          },
-        {"+wbrb",                            "wbrb||2|0|-|-||0\n"                                             },
-        {"#12",                              "#12||40|0|-|-||0\n"                                             },
-        {"map",                              "map||6|-|-|-||4\n"                                              },
-        {"plot:co=red",                      "plot||30|-|-|-|co=red|4\n"                                      },
-        {"FRAME:cbarb:x",                    "FRAME||33|-|-|-|x|4\n"                                          },
-        {"a,b",                              "a||2|0|-|-||0\nb||2|0|-|-||0\n"                                 },
-        {"a,",                               "a||2|0|-|-||0\n"                                                },
-        {",,a , ,",                          "a||2|0|-|-||0\n"                                                },
-        {"",                                 ""                                                               },
-        {"::::",                             ""                                                               },
-        {"12:500::knt,b",                    "b||2|0|-|-||0\n"                                                },
-        {"dewp(a)",                          "dewp||10|0|-|-||2\na||10|0|-|-||10\n"                           },
-        {"func(a)[knt::co=red]",             "func|knt|2|0|-|-|:co=red|2\na||2|0|-|-||10\n"                   },
-        {"a[knt:wbarb:co=red]",              "a|knt|32|0|-|-|co=red|0\n"                                      },
-        {"a,b[knt],c",                       "a||2|0|-|-||0\nb|knt|2|0|-|-||0\nc||2|0|-|-||0\n"               },
-        {"f(a[knt])",                        "f||2|0|-|-||2\na||2|0|-|-||10\n"                                },
-        {"f(g(a),b)",                        "f||2|0|-|-||2\ng||2|0|-|-||12\na||2|0|-|-||20\nb||2|0|-|-||10\n"},
-        {"map[wbarb:co=red]",                "map||32|-|-|-|co=red|4\n"                                       },
-        {"{a,b}",                            "||2|0|-|-||5\na||2|0|-|-||1\nb||2|0|-|-||1\n"                   },
-        {"{{a}}",                            "||2|0|-|-||5\n||2|0|-|-||5\na||2|0|-|-||2\n"                    },
-        {"<u,v>",                            "||10|0|-|-||6\nu||10|0|-|-||1\nv||10|0|-|-||1\n"                },
-        {"wind(u,v)",                        "wind||20|0|-|-||2\nu||10|0|-|-||10\nv||10|0|-|-||10\n"          },
-        {"grad(a)",                          "grad||2|0|-|-||2\ngrad||2|0|-|-||8\na||2|0|-|-||10\n"           },
-        {"12:500:f(a)",                      "f||2|12|100|500||2\na||2|12|100|500||10\n"                      },
-        {"12:500:f(24:a0-1:b,c)",            "f||2|12|100|500||2\nb||2|24|106|0||10\nc||2|12|100|500||10\n"   },
-        {"f(a",                              "f||2|0|-|-||2\n"                                                },
-        {"a{b",                              "a||2|0|-|-||5\n"                                                },
-        {"a<b",                              "a||10|0|-|-||6\n"                                               },
-        {"a[b,c",                            "a||2|0|-|-||0\n"                                                },
-        {"f((a)",                            "f||2|0|-|-||2\n"                                                },
-        {"a\\(b\\),c",                       "a(b)||2|0|-|-||0\nc||2|0|-|-||0\n"                              },
-        {"a\\,b",                            "a,b||2|0|-|-||0\n"                                              },
-        {"ens\\[+3\\]temp",                  "ens[+3]temp||2|0|-|-||0\n"                                      },
+        {"wbrb", "wbrb||2|0|-|-||0\n"},
+        {"wbrb:knt", "wbrb|knt|2|0|-|-||0\n"},
+        {"wspd:m/s:value:co=red", "wspd|m/s|2|0|-|-|co=red|0\n"},
+        {"wspd:m/s:wbarb:co=red:hi=2:%1.0f", "wspd|m/s|32|0|-|-|co=red:hi=2:%1.0f|0\n"},
+        {"wspd:m/s:co=red", "wspd|m/s|2|0|-|-|co=red|0\n"},
+        {"wbrb-500", "wbrb-500||2|0|-|-||0\n"},
+        {"12:500:temp", "temp||2|12|100|500||0\n"},
+        {"12:500:temp:C:cbarb:ul", "temp|C|33|12|100|500|ul|0\n"},
+        {":sfc:temp:C", "temp|C|2|0|1|0||0\n"},
+        {"miss:miss:temp", "temp||2|-|-|-||0\n"},
+        {"xyz:500:temp", "xyz|500|2|0|-|-|temp|0\n"},
+        {" wbrb : knt ", "wbrb|knt|2|0|-|-||0\n"},
+        {"+wbrb", "wbrb||2|0|-|-||0\n"},
+        {"#12", "#12||40|0|-|-||0\n"},
+        {"map", "map||6|-|-|-||4\n"},
+        {"plot:co=red", "plot||30|-|-|-|co=red|4\n"},
+        {"FRAME:cbarb:x", "FRAME||33|-|-|-|x|4\n"},
+        {"a,b", "a||2|0|-|-||0\nb||2|0|-|-||0\n"},
+        {"a,", "a||2|0|-|-||0\n"},
+        {",,a , ,", "a||2|0|-|-||0\n"},
+        {"", ""},
+        {"::::", ""},
+        {"12:500::knt,b", "b||2|0|-|-||0\n"},
+        {"dewp(a)", "dewp||10|0|-|-||2\na||10|0|-|-||10\n"},
+        {"func(a)[knt::co=red]", "func|knt|2|0|-|-|:co=red|2\na||2|0|-|-||10\n"},
+        {"a[knt:wbarb:co=red]", "a|knt|32|0|-|-|co=red|0\n"},
+        {"a,b[knt],c", "a||2|0|-|-||0\nb|knt|2|0|-|-||0\nc||2|0|-|-||0\n"},
+        {"f(a[knt])", "f||2|0|-|-||2\na||2|0|-|-||10\n"},
+        {"f(g(a),b)", "f||2|0|-|-||2\ng||2|0|-|-||12\na||2|0|-|-||20\nb||2|0|-|-||10\n"},
+        {"map[wbarb:co=red]", "map||32|-|-|-|co=red|4\n"},
+        {"{a,b}", "||2|0|-|-||5\na||2|0|-|-||1\nb||2|0|-|-||1\n"},
+        {"{{a}}", "||2|0|-|-||5\n||2|0|-|-||5\na||2|0|-|-||2\n"},
+        {"<u,v>", "||10|0|-|-||6\nu||10|0|-|-||1\nv||10|0|-|-||1\n"},
+        {"wind(u,v)", "wind||20|0|-|-||2\nu||10|0|-|-||10\nv||10|0|-|-||10\n"},
+        {"grad(a)", "grad||2|0|-|-||2\ngrad||2|0|-|-||8\na||2|0|-|-||10\n"},
+        {"12:500:f(a)", "f||2|12|100|500||2\na||2|12|100|500||10\n"},
+        {"12:500:f(24:a0-1:b,c)", "f||2|12|100|500||2\nb||2|24|106|0||10\nc||2|12|100|500||10\n"},
+        {"f(a", "f||2|0|-|-||2\n"},
+        {"a{b", "a||2|0|-|-||5\n"},
+        {"a<b", "a||10|0|-|-||6\n"},
+        {"a[b,c", "a||2|0|-|-||0\n"},
+        {"f((a)", "f||2|0|-|-||2\n"},
+        {"a\\(b\\),c", "a(b)||2|0|-|-||0\nc||2|0|-|-||0\n"},
+        {"a\\,b", "a,b||2|0|-|-||0\n"},
+        {"ens\\[+3\\]temp", "ens[+3]temp||2|0|-|-||0\n"},
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.text);
@@ -131,18 +131,10 @@ TEST_F(ExpressionTest, PlotTypeSettlesTypes)
         int plot;
         const char *text;
         int type;
-    } cases[] = {
-        {15, "temp",       15},
-        {22, "temp",       22},
-        {11, "temp",       10},
-        {99, "temp",       2 },
-        {12, "wind(u,v)",  12},
-        {11, "wind(u,v)",  11},
-        {99, "<u,v>",      10},
-        {21, "<u,v>",      21},
-        {15, "a[K:wbarb]", 15},
-        {99, "a[K:wbarb]", 32}
-    };
+    } cases[] = {{15, "temp", 15},      {22, "temp", 22},      {11, "temp", 10},
+                 {99, "temp", 2},       {12, "wind(u,v)", 12}, {11, "wind(u,v)", 11},
+                 {99, "<u,v>", 10},     {21, "<u,v>", 21},     {15, "a[K:wbarb]", 15},
+                 {99, "a[K:wbarb]", 32}};
     for (const auto &c : cases) {
         SCOPED_TRACE(c.text);
         PRM_set(kPrmPlotType, c.plot);
@@ -167,22 +159,22 @@ TEST_F(ExpressionTest, DefinitionsReplaceNames)
     const struct {
         const char *text, *want;
     } cases[] = {
-        {"wbrb",               "wbrb|knt|32|0|-|-|co=blue|0\n"                      },
-        {"WBRB",               "WBRB||2|0|-|-||0\n"                                 },
-        {"+wbrb",              "wbrb||2|0|-|-||0\n"                                 },
-        {"wbrb:m/s",           "wbrb|m/s|32|0|-|-|co=blue|0\n"                      },
-        {"wbrb::cbarb:co=red", "wbrb|knt|33|0|-|-|co=red|0\n"                       },
-        {"6:850:wbrb",         "wbrb|knt|32|6|100|850|co=blue|0\n"                  },
-        {"two",                "a|knt|2|0|-|-||0\nb|m/s|2|0|-|-||0\n"               },
-        {"two:K:wbarb:x,z",    "a|K|32|0|-|-|x|0\nb|m/s|2|0|-|-||0\nz||2|0|-|-||0\n"},
-        {"deep",               "a|knt|2|0|-|-||0\nb|m/s|2|0|-|-||0\nc||2|0|-|-||0\n"},
-        {"never",              "temp|K|2|0|-|-||0\n"                                },
-        {"empty",              "empty||2|0|-|-||0\n"                                },
-        {"comma",              "comma||2|0|-|-||0\n"                                },
-        {"long",               "a||2|0|-|-||0\nb|knt|2|0|-|-||0\n"                  },
-        {"g(fun)",             "g||2|0|-|-||2\nf||2|0|-|-||12\ntemp||2|0|-|-||20\n" },
-        {"two[dC]",            "a|dC|2|0|-|-||0\nb|m/s|2|0|-|-||0\n"                },
-        {"wbrb(a)",            "wbrb||2|0|-|-||2\na||2|0|-|-||10\n"                 }, // heads aren't looked up
+        {"wbrb", "wbrb|knt|32|0|-|-|co=blue|0\n"},
+        {"WBRB", "WBRB||2|0|-|-||0\n"},
+        {"+wbrb", "wbrb||2|0|-|-||0\n"},
+        {"wbrb:m/s", "wbrb|m/s|32|0|-|-|co=blue|0\n"},
+        {"wbrb::cbarb:co=red", "wbrb|knt|33|0|-|-|co=red|0\n"},
+        {"6:850:wbrb", "wbrb|knt|32|6|100|850|co=blue|0\n"},
+        {"two", "a|knt|2|0|-|-||0\nb|m/s|2|0|-|-||0\n"},
+        {"two:K:wbarb:x,z", "a|K|32|0|-|-|x|0\nb|m/s|2|0|-|-||0\nz||2|0|-|-||0\n"},
+        {"deep", "a|knt|2|0|-|-||0\nb|m/s|2|0|-|-||0\nc||2|0|-|-||0\n"},
+        {"never", "temp|K|2|0|-|-||0\n"},
+        {"empty", "empty||2|0|-|-||0\n"},
+        {"comma", "comma||2|0|-|-||0\n"},
+        {"long", "a||2|0|-|-||0\nb|knt|2|0|-|-||0\n"},
+        {"g(fun)", "g||2|0|-|-||2\nf||2|0|-|-||12\ntemp||2|0|-|-||20\n"},
+        {"two[dC]", "a|dC|2|0|-|-||0\nb|m/s|2|0|-|-||0\n"},
+        {"wbrb(a)", "wbrb||2|0|-|-||2\na||2|0|-|-||10\n"}, // heads aren't looked up
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.text);
@@ -217,16 +209,14 @@ TEST_F(ExpressionTest, LimitsAreRefusedWithAMessage)
         std::string text;
         int count;
         std::string message;
-    } cases[] = {
-        {many + "a,b,c",              60, full + "b"                                             },
-        {many + "grad(a)",            60, full + "grad"                                          },
-        {"((((((((((((a))))))))))))", 10, deep                                                   },
-        {token + ",b",                1,  text                                                   },
-        {"f(" + token + "),b",        2,  text                                                   },
-        {name,                        1,  "VAR_name: Name cut to 19 characters: " + name         },
-        {"a:" + name,                 1,  "VAR_process_var: The unit has more than 15 characters"},
-        {"a:K:" + token.substr(200),  1,  "VAR_process_var: The format has more than 102"        }
-    };
+    } cases[] = {{many + "a,b,c", 60, full + "b"},
+                 {many + "grad(a)", 60, full + "grad"},
+                 {"((((((((((((a))))))))))))", 10, deep},
+                 {token + ",b", 1, text},
+                 {"f(" + token + "),b", 2, text},
+                 {name, 1, "VAR_name: Name cut to 19 characters: " + name},
+                 {"a:" + name, 1, "VAR_process_var: The unit has more than 15 characters"},
+                 {"a:K:" + token.substr(200), 1, "VAR_process_var: The format has more than 102"}};
     for (const auto &c : cases) {
         SCOPED_TRACE(c.text);
         const std::string told = told_by([&] { decode(c.text); });
@@ -254,22 +244,20 @@ TEST_F(ExpressionTest, CatalogueSettlesNumbers)
     const struct {
         const char *name, *stored;
         int number, a;
-    } cases[] = {
-        {"temp",             "temp",             11,       1},
-        {"TEMP",             "TEMP",             11,       1},
-        {"wbrb-500",         "wbrb-500",         205,      7},
-        {"dewp",             "dewp",             17,       M},
-        {"205",              "wbrb",             205,      M},
-        {"999",              "999",              999,      M},
-        {"nothing",          "nothing",          M,        M},
-        {"ensmean[]temp",    "ensmean[]temp",    19000011, 1},
-        {"ensdev[]temp-2",   "ensdev[]temp-2",   19001011, 1},
-        {"ens[-3]temp",      "ens[-3]temp",      19323011, 1},
-        {"ens[+12]temp",     "ens[+12]temp",     19352011, 1},
-        {"ens[3]temp",       "ens[3]temp",       19300011, 1},
-        {"ens[temp",         "ens[temp",         M,        M},
-        {"ensmean[]nothing", "ensmean[]nothing", 19000000, M}
-    };
+    } cases[] = {{"temp", "temp", 11, 1},
+                 {"TEMP", "TEMP", 11, 1},
+                 {"wbrb-500", "wbrb-500", 205, 7},
+                 {"dewp", "dewp", 17, M},
+                 {"205", "wbrb", 205, M},
+                 {"999", "999", 999, M},
+                 {"nothing", "nothing", M, M},
+                 {"ensmean[]temp", "ensmean[]temp", 19000011, 1},
+                 {"ensdev[]temp-2", "ensdev[]temp-2", 19001011, 1},
+                 {"ens[-3]temp", "ens[-3]temp", 19323011, 1},
+                 {"ens[+12]temp", "ens[+12]temp", 19352011, 1},
+                 {"ens[3]temp", "ens[3]temp", 19300011, 1},
+                 {"ens[temp", "ens[temp", M, M},
+                 {"ensmean[]nothing", "ensmean[]nothing", 19000000, M}};
     for (const auto &c : cases) {
         SCOPED_TRACE(c.name);
         VarRec record;
@@ -299,16 +287,9 @@ TEST_F(ExpressionTest, ProbabilitiesPackTheirThreshold)
 
 TEST_F(ExpressionTest, PackedValues)
 {
-    const std::pair<float, int> cases[] = {
-        {0.0F,     0   },
-        {5.0F,     50  },
-        {1.5F,     15  },
-        {25.0F,    125 },
-        {-250.0F,  -225},
-        {99999.0F, 499 },
-        {0.12F,    920 },
-        {0.0034F,  740 }
-    };
+    const std::pair<float, int> cases[] = {{0.0F, 0},    {5.0F, 50},      {1.5F, 15},
+                                           {25.0F, 125}, {-250.0F, -225}, {99999.0F, 499},
+                                           {0.12F, 920}, {0.0034F, 740}};
     for (const auto &[x, packed] : cases) {
         EXPECT_EQ(VAR_pack_value(x), packed) << x;
     }
@@ -355,17 +336,9 @@ TEST(TypeWords, WordsAndNames)
         int code;
         const char *name;
     } cases[] = {
-        {"data",  1,  "data" },
-        {"MARK",  4,  "mark" },
-        {"mk",    4,  "mark" },
-        {"ln",    12, "lcont"},
-        {"cf",    15, "fcont"},
-        {"lcf",   16, "bcont"},
-        {"track", 23, "strm" },
-        {"wbarb", 32, "wbarb"},
-        {"wx",    36, "symb" },
-        {"line",  37, "line" },
-        {"plot",  30, "plot" },
+        {"data", 1, "data"}, {"MARK", 4, "mark"},  {"mk", 4, "mark"},     {"ln", 12, "lcont"},
+        {"cf", 15, "fcont"}, {"lcf", 16, "bcont"}, {"track", 23, "strm"}, {"wbarb", 32, "wbarb"},
+        {"wx", 36, "symb"},  {"line", 37, "line"}, {"plot", 30, "plot"},
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.word);

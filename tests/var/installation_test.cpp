@@ -65,15 +65,9 @@ TEST_F(InstallationTest, PlainBarbsAreInKnots)
         const char *text;
         int type;
         const char *units;
-    } cases[] = {
-        {"wbrb",        32, "knt"},
-        {"wbrbc",       33, "knt"},
-        {"wbrbd",       34, "knt"},
-        {"wbrb::cbarb", 33, "knt"},
-        {"wbrb:m/s",    32, "m/s"},
-        {"wbrbms",      32, "m/s"},
-        {"wind",        32, "knt"}
-    };
+    } cases[] = {{"wbrb", 32, "knt"},        {"wbrbc", 33, "knt"},    {"wbrbd", 34, "knt"},
+                 {"wbrb::cbarb", 33, "knt"}, {"wbrb:m/s", 32, "m/s"}, {"wbrbms", 32, "m/s"},
+                 {"wind", 32, "knt"}};
     for (const auto &c : cases) {
         SCOPED_TRACE(c.text);
         VAR_decode(nullptr, c.text);

@@ -41,7 +41,6 @@ Limits limits(const char *text)
 
 TEST_F(LevelTest, TextsGiveKindAndValue)
 {
-    // clang-format off
     const struct {
         int kind, value;
         std::vector<const char *> texts;
@@ -92,9 +91,10 @@ TEST_F(LevelTest, TextsGiveKindAndValue)
         {254, 0, {"sclw_top"}},
         {kMissingInt, kMissingInt, {"miss"}},
         // what fits nothing leaves both alone
-        {kUntouched, kUntouched, {"xyz", "abc-500", "500furlong", "500-300furlong", "5lev-6lev", "850-", "nan", "inf-500"}},
+        {kUntouched,
+         kUntouched,
+         {"xyz", "abc-500", "500furlong", "500-300furlong", "5lev-6lev", "850-", "nan", "inf-500"}},
     };
-    // clang-format on
     for (const auto &c : cases) {
         for (const char *text : c.texts) {
             SCOPED_TRACE(text);
@@ -126,7 +126,6 @@ TEST_F(LevelTest, EmptyTextAndTheWordLevelTakeTheSettings)
 TEST_F(TimeTest, TextsGiveHoursAndRanges)
 {
     PRM_set(kPrmTime, 12);
-    // clang-format off
     const struct {
         int result, time;
         std::vector<const char *> texts;
@@ -149,7 +148,6 @@ TEST_F(TimeTest, TextsGiveHoursAndRanges)
         {2, kMissingInt, {"miss"}},
         {0, kUntouched, {"xyz", "-6", "wbrb-500", "hel", "dewp", "99999999999"}}, // no times
     };
-    // clang-format on
     for (const auto &c : cases) {
         for (const char *text : c.texts) {
             SCOPED_TRACE(text);
@@ -169,17 +167,9 @@ TEST_F(LevelTest, LayersDecodeTheLargerNumberFirst)
     const struct {
         int kind, value;
         float first, second;
-    } cases[] = {
-        {101, 70085,  850,    700 },
-        {101, 50190,  1900,   500 },
-        {104, 50010,  5000,   1000},
-        {106, 30000,  3000,   0   },
-        {114, 310300, 310,    300 },
-        {116, 30000,  30,     0   },
-        {100, 500,    500,    M   },
-        {105, 1500,   1500,   M   },
-        {108, 500900, 500900, M   }
-    };
+    } cases[] = {{101, 70085, 850, 700}, {101, 50190, 1900, 500}, {104, 50010, 5000, 1000},
+                 {106, 30000, 3000, 0},  {114, 310300, 310, 300}, {116, 30000, 30, 0},
+                 {100, 500, 500, M},     {105, 1500, 1500, M},    {108, 500900, 500900, M}};
     for (const auto &c : cases) {
         SCOPED_TRACE(c.value);
         float first = 0;
@@ -196,21 +186,19 @@ TEST_F(LevelTest, LayersEncode)
         int kind;
         float bottom, top;
         int out_kind, out_value;
-    } cases[] = {
-        {101, 850,    700,  101, 70085 },
-        {100, 850,    700,  101, 70085 },
-        {100, 850,    M,    100, 850   },
-        {103, 0,      3000, 104, 30000 },
-        {104, 100,    3000, 104, 30001 },
-        {103, 700,    M,    103, 700   },
-        {105, 0,      3000, 106, 30000 },
-        {106, 0,      3000, 106, 30000 },
-        {105, 250.9F, M,    105, 250   },
-        {113, 300,    310,  114, 310300},
-        {114, 300,    310,  114, 310300},
-        {107, 900,    500,  108, 500900},
-        {1,   5,      M,    1,   5     }
-    };
+    } cases[] = {{101, 850, 700, 101, 70085},
+                 {100, 850, 700, 101, 70085},
+                 {100, 850, M, 100, 850},
+                 {103, 0, 3000, 104, 30000},
+                 {104, 100, 3000, 104, 30001},
+                 {103, 700, M, 103, 700},
+                 {105, 0, 3000, 106, 30000},
+                 {106, 0, 3000, 106, 30000},
+                 {105, 250.9F, M, 105, 250},
+                 {113, 300, 310, 114, 310300},
+                 {114, 300, 310, 114, 310300},
+                 {107, 900, 500, 108, 500900},
+                 {1, 5, M, 1, 5}};
     for (const auto &c : cases) {
         SCOPED_TRACE(c.out_value);
         int kind = 0;
@@ -223,10 +211,7 @@ TEST_F(LevelTest, LayersEncode)
 
 TEST_F(LevelTest, LimitsInASounding)
 {
-    const SoundLevel sounding[]{
-        {950, 500,  5,  0,  M, M},
-        {850, 1500, -5, -9, M, M}
-    };
+    const SoundLevel sounding[]{{950, 500, 5, 0, M, M}, {850, 1500, -5, -9, M, M}};
     ASSERT_EQ(MET_set_sounding(sounding, 2), 0);
     *MET_special_level(kSpecialSurface) = {950, 500, 20, 20, M, M};
     *MET_special_level(kSpecialTropopause) = {200, 12000, M, M, M, M};
@@ -234,32 +219,30 @@ TEST_F(LevelTest, LimitsInASounding)
     const struct {
         const char *text;
         Limits want;
-    } cases[] = {
-        {"miss",        {0, 100, M, M, M}        },
-        {"sfc",         {1, 100, 950, M, M}      },
-        {"sfc[7",       {1, 100, 950, M, 7}      },
-        {"mwnd",        {1, 100, 250, M, M}      },
-        {"trop",        {1, 100, 200, M, M}      },
-        {"snd",         {2, 100, 950, 500, M}    },
-        {"frz",         {1, 100, 900, M, M}      },
-        {"lcl",         {1, 100, 950, M, M}      }, // saturated at the ground
-        {"500",         {1, 100, 500, M, M}      },
-        {"2000m",       {1, 103, 2000, M, M}     },
-        {"a2000",       {1, 105, 2500, M, M}     },
-        {"850-700",     {2, 101, 850, 700, M}    },
-        {"h1000-3000",  {2, 104, 3000, 1000, M}  },
-        {"a0-3000",     {2, 106, 3500, 500, M}   },
-        {"k300-310",    {2, 114, 310, 300, M}    },
-        {"sfc-500",     {2, 101, 950, 500, M}    },
-        {"maxt-500",    {2, 101, 950, 500, M}    },
-        {"trop-50",     {2, 101, 200, 150, M}    },
-        {"trop-300",    {2, 101, M, M, M}        }, // ends below 0
-        {"sfc[20]-500", {2, 101, 950, 500, 20}   },
-        {"trop+2000m",  {2, 104, 12000, 14000, M}},
-        {"trop-2000m",  {2, 104, 10000, 12000, M}},
-        {"30mb_ag",     {1, 115, -920, M, M}     },
-        {"0-30mb_ag",   {2, 116, -920, -950, M}  }
-    };
+    } cases[] = {{"miss", {0, 100, M, M, M}},
+                 {"sfc", {1, 100, 950, M, M}},
+                 {"sfc[7", {1, 100, 950, M, 7}},
+                 {"mwnd", {1, 100, 250, M, M}},
+                 {"trop", {1, 100, 200, M, M}},
+                 {"snd", {2, 100, 950, 500, M}},
+                 {"frz", {1, 100, 900, M, M}},
+                 {"lcl", {1, 100, 950, M, M}}, // saturated at the ground
+                 {"500", {1, 100, 500, M, M}},
+                 {"2000m", {1, 103, 2000, M, M}},
+                 {"a2000", {1, 105, 2500, M, M}},
+                 {"850-700", {2, 101, 850, 700, M}},
+                 {"h1000-3000", {2, 104, 3000, 1000, M}},
+                 {"a0-3000", {2, 106, 3500, 500, M}},
+                 {"k300-310", {2, 114, 310, 300, M}},
+                 {"sfc-500", {2, 101, 950, 500, M}},
+                 {"maxt-500", {2, 101, 950, 500, M}},
+                 {"trop-50", {2, 101, 200, 150, M}},
+                 {"trop-300", {2, 101, M, M, M}}, // ends below 0
+                 {"sfc[20]-500", {2, 101, 950, 500, 20}},
+                 {"trop+2000m", {2, 104, 12000, 14000, M}},
+                 {"trop-2000m", {2, 104, 10000, 12000, M}},
+                 {"30mb_ag", {1, 115, -920, M, M}},
+                 {"0-30mb_ag", {2, 116, -920, -950, M}}};
     for (const auto &c : cases) {
         SCOPED_TRACE(c.text);
         const Limits got = limits(c.text);

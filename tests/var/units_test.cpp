@@ -39,32 +39,30 @@ TEST_F(UnitsTest, Conversions)
         const char *from, *to;
         float value;
         double want;
-    } cases[] = {
-        {"knt",      "KNT",     7,        7       },
-        {"m/s",      "",        7,        7       },
-        {"",         "",        7,        7       },
-        {"",         "m/s",     7,        7       },
-        {"C",        "F",       100,      212     },
-        {"F",        "C",       212,      100     },
-        {"C",        "K",       0,        273.15  },
-        {"K",        "C",       273.15F,  0       },
-        {"m/s",      "knt",     10,       19.43844},
-        {"M/S",      "KNT",     10,       19.43844},
-        {"10^-3/s",  "1/s",     5,        0.005   },
-        {"1/s",      "10^-3/s", 0.005F,   5       },
-        {"100 mb",   "mb",      3,        300     },
-        {"100_mb",   "mb",      3,        300     },
-        {"-deg",     "deg",     30,       -30     },
-        {"10 C",     "F",       10,       212     },
-        {"C",        "10 F",    100,      21.2    },
-        {"odd unit", "mm",      2,        50.8    },
-        {"odd_unit", "mm",      2,        50.8    },
-        {"knt",      "m/s",     5,        5       }, // only there the other way round
-        {"m/s",      "x",       5,        5       },
-        {"this",     "that",    5,        5       },
-        {"C",        "F",       kMissing, kMissing},
-        {"mb",       "0 mb",    5,        kMissing}
-    };
+    } cases[] = {{"knt", "KNT", 7, 7},
+                 {"m/s", "", 7, 7},
+                 {"", "", 7, 7},
+                 {"", "m/s", 7, 7},
+                 {"C", "F", 100, 212},
+                 {"F", "C", 212, 100},
+                 {"C", "K", 0, 273.15},
+                 {"K", "C", 273.15F, 0},
+                 {"m/s", "knt", 10, 19.43844},
+                 {"M/S", "KNT", 10, 19.43844},
+                 {"10^-3/s", "1/s", 5, 0.005},
+                 {"1/s", "10^-3/s", 0.005F, 5},
+                 {"100 mb", "mb", 3, 300},
+                 {"100_mb", "mb", 3, 300},
+                 {"-deg", "deg", 30, -30},
+                 {"10 C", "F", 10, 212},
+                 {"C", "10 F", 100, 21.2},
+                 {"odd unit", "mm", 2, 50.8},
+                 {"odd_unit", "mm", 2, 50.8},
+                 {"knt", "m/s", 5, 5}, // only there the other way round
+                 {"m/s", "x", 5, 5},
+                 {"this", "that", 5, 5},
+                 {"C", "F", kMissing, kMissing},
+                 {"mb", "0 mb", 5, kMissing}};
     for (const auto &c : cases) {
         SCOPED_TRACE(std::string(c.from) + " to " + c.to);
         EXPECT_NEAR(UNIT_convert(c.from, c.to, c.value), c.want, 1e-5 * std::abs(c.want) + 1e-4);
@@ -119,20 +117,10 @@ TEST_F(UnitsTest, InstallationsPairsGoBothWays)
     const struct {
         const char *from, *to;
         double factor;
-    } cases[] = {
-        {"knt",   "m/s",   0.5144444 },
-        {"mph",   "m/s",   0.44704   },
-        {"ft",    "m",     0.3048    },
-        {"nmi",   "km",    1.852     },
-        {"inHg",  "hPa",   33.86389  },
-        {"hPa",   "mb",    1         },
-        {"Pa",    "mb",    0.01      },
-        {"kg/kg", "gm/kg", 1000      },
-        {"m/s",   "km/h",  3.6       },
-        {"dC",    "dF",    1.8       },
-        {"deg",   "rad",   0.01745329},
-        {"m/s",   "cm/s",  100       }
-    };
+    } cases[] = {{"knt", "m/s", 0.5144444}, {"mph", "m/s", 0.44704},    {"ft", "m", 0.3048},
+                 {"nmi", "km", 1.852},      {"inHg", "hPa", 33.86389},  {"hPa", "mb", 1},
+                 {"Pa", "mb", 0.01},        {"kg/kg", "gm/kg", 1000},   {"m/s", "km/h", 3.6},
+                 {"dC", "dF", 1.8},         {"deg", "rad", 0.01745329}, {"m/s", "cm/s", 100}};
     for (const auto &c : cases) {
         SCOPED_TRACE(c.from);
         EXPECT_NEAR(UNIT_convert(c.from, c.to, 1), c.factor, 1e-6 * c.factor);

@@ -154,11 +154,7 @@ TEST_F(Frames, NextGoesRound)
     const struct {
         int current, step, next;
     } cases[] = {
-        {0, 0,  1},
-        {2, 0,  0},
-        {1, -1, 0},
-        {0, -1, 2},
-        {2, 1,  0},
+        {0, 0, 1}, {2, 0, 0}, {1, -1, 0}, {0, -1, 2}, {2, 1, 0},
     };
     for (const auto &c : cases) {
         gshow_frame(c.current);
@@ -255,14 +251,14 @@ TEST_F(Frames, ZoomMagnifiesAndComesBackExactly)
         int zoom;         ///< then in force
         int left, top;    ///< source pixel at the upper left
     } steps[] = {
-        {"in the middle",       32, 24, -2, 2, 16, 12},
+        {"in the middle", 32, 24, -2, 2, 16, 12},
         {"again, at its place", 32, 24, -2, 4, 24, 18},
-        {"set to 2",            32, 24, 2,  2, 16, 12},
-        {"at the right edge",   63, 24, -2, 4, 39, 18}, // pixel 47 comes to the middle
-        {"at the corner",       63, 47, 8,  8, 50, 26}, // pixel 54, 29
-        {"factor kept",         -1, -1, -1, 8, 50, 26},
-        {"without a zoom",      32, 24, 1,  1, 0,  0 },
-        {"at the very corner",  63, 47, 2,  2, 32, 24}, // the view stays inside
+        {"set to 2", 32, 24, 2, 2, 16, 12},
+        {"at the right edge", 63, 24, -2, 4, 39, 18}, // pixel 47 comes to the middle
+        {"at the corner", 63, 47, 8, 8, 50, 26},      // pixel 54, 29
+        {"factor kept", -1, -1, -1, 8, 50, 26},
+        {"without a zoom", 32, 24, 1, 1, 0, 0},
+        {"at the very corner", 63, 47, 2, 2, 32, 24}, // the view stays inside
     };
     for (const auto &step : steps) {
         SCOPED_TRACE(step.name);

@@ -1,94 +1,6 @@
-#include <cmath>
-
-#include "support/scoped_env.h"
-#include "support/screen.h"
-#include "support/temp_dir.h"
-#include "tyr/base/res.h"
-#include "tyr/gks/gks.h"
-#include "tyr/gks/recorder.h"
-#include "tyr/gks/replay.h"
-#include "tyr/gks/session.h"
-#include "tyr/paper/metafile_reader.h"
-#include "tyr/x11/draw_image.h"
-#include "tyr/x11/window_image.h"
-#include "tyr/x11/x11_colour.h"
-#include "tyr/x11/x11_window.h"
+#include "x11/x11_window.h"
 
 namespace {
-
-constexpr unsigned kBlack = 0x000000;
-constexpr unsigned kWhite = 0xFFFFFF;
-constexpr unsigned kRed = 0xFF0000;
-constexpr unsigned kGreen = 0x00FF00;
-
-/// A window of the kernel of 200 by 100 pixels, with red and green as the colours 2 and 3. World
-/// coordinates of transformation 1 are pixels, from the lower left.
-struct X11 : ::testing::Test {
-    VirtualScreen screen;
-    X11()
-    {
-        RES_put("file_path", TYR_SOURCE_DIR "/data");
-        RES_put("geometry", "200x100");
-        gset_recording(1);
-        for (const char *name : {"background", "icon", "font_list"}) {
-            RES_put(name, nullptr);
-        }
-    }
-    ~X11() override { gclose_ws(1); }
-
-    static bool open(const char *geometry = "200x100")
-    {
-        RES_put("geometry", geometry);
-        gopen_gks(nullptr, 0);
-        return gopen_ws(1, "", kDeviceDisplay) == 0;
-    }
-    static void start_plot()
-    {
-        gclear_ws(1, 1);
-        GPH_set_colour(0, 0, 0, 0);
-        GPH_set_colour(1, 1, 1, 1);
-        GPH_set_colour(2, 1, 0, 0);
-        GPH_set_colour(3, 0, 1, 0);
-        int width = 0;
-        int height = 0;
-        ginq_ws_size(&width, &height);
-        const float x = static_cast<float>(width) - 1.0F;
-        const float y = static_cast<float>(height) - 1.0F;
-        const float surface[4] = {0.0F, 1.0F, 0.0F, y / x};
-        const float pixels[4] = {0.0F, x, 0.0F, y};
-        gset_ws_window(1, surface);
-        gset_viewport(1, surface);
-        gset_window(1, pixels);
-        gsel_norm_tran(1);
-    }
-    /// A bit of everything, with attributes that are left changed at the end.
-    static void draw_picture()
-    {
-        const float area[8] = {10, 10, 60, 10, 60, 40, 10, 40};
-        const float line[6] = {5, 90, 100, 50, 195, 90};
-        const float marks[4] = {150, 20, 180, 30};
-        const float place[2] = {20, 60};
-        gset_fill_colr_ind(2);
-        gfill_area(4, area);
-        gset_line_colr_ind(3);
-        gset_linetype(2);
-        gset_linewidth(3.0F);
-        gpolyline(3, line);
-        gset_marker_colr_ind(2);
-        gset_marker_type(4);
-        gset_marker_size(1.5F);
-        gpolymarker(2, marks);
-        gset_text_colr_ind(3);
-        gset_char_ht(12.0F);
-        gtext(place, "Wind");
-        gset_fill_int_style(2);
-        gset_fill_style_ind(8);
-        const float pattern[8] = {100, 10, 140, 10, 140, 40, 100, 40};
-        gfill_area(4, pattern);
-    }
-};
-
-} // namespace
 
 TEST_F(X11, WindowTakesItsGeometry)
 {
@@ -97,10 +9,10 @@ TEST_F(X11, WindowTakesItsGeometry)
         const char *geometry;
         int width, height;
     } cases[] = {
-        {"320x240",       320, 240},
+        {"320x240", 320, 240},
         {"300x200-10-20", 300, 200},
-        {"+5+5",          640, 512},
-        {"nonsense",      640, 512},
+        {"+5+5", 640, 512},
+        {"nonsense", 640, 512},
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.geometry);
@@ -139,15 +51,15 @@ TEST_F(X11, PrimitivesLandOnTheirPixels)
         int x, y; ///< from the upper left
         unsigned colour;
     } cases[] = {
-        {"ground",                    0,   0,  kBlack},
-        {"inside the area",           30,  70, kRed  },
-        {"its corner",                10,  89, kRed  },
-        {"beside it",                 8,   70, kBlack},
-        {"a dash of the line",        5,   9,  kGreen},
-        {"the gap behind it",         14,  13, kBlack},
-        {"left of the circle",        143, 79, kRed  },
-        {"its middle",                150, 79, kBlack},
-        {"a row of the pattern",      120, 72, kRed  },
+        {"ground", 0, 0, kBlack},
+        {"inside the area", 30, 70, kRed},
+        {"its corner", 10, 89, kRed},
+        {"beside it", 8, 70, kBlack},
+        {"a dash of the line", 5, 9, kGreen},
+        {"the gap behind it", 14, 13, kBlack},
+        {"left of the circle", 143, 79, kRed},
+        {"its middle", 150, 79, kBlack},
+        {"a row of the pattern", 120, 72, kRed},
         {"two rows further, its gap", 120, 74, kBlack},
     };
     for (const auto &c : cases) {
@@ -215,12 +127,8 @@ TEST_F(X11, BackgroundByWord)
         bool inverse;
         unsigned colour;
     } cases[] = {
-        {nullptr,     false, kBlack  },
-        {nullptr,     true,  kWhite  },
-        {"none",      false, kBlack  },
-        {"tomato",    false, 0xFF6347},
-        {"#0000FF",   false, 0x0000FF},
-        {"nocolour!", false, kBlack  },
+        {nullptr, false, kBlack},    {nullptr, true, kWhite},      {"none", false, kBlack},
+        {"tomato", false, 0xFF6347}, {"#0000FF", false, 0x0000FF}, {"nocolour!", false, kBlack},
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.word != nullptr ? c.word : "unset");
@@ -232,171 +140,6 @@ TEST_F(X11, BackgroundByWord)
         gclose_ws(1);
     }
     gset_invert(0);
-}
-
-TEST_F(X11, PicturesComeBackFromTheStore)
-{
-    NEED_SCREEN(screen);
-    const TempDir folder;
-    const std::string meta = folder.file("plot.meta");
-    const ScopedEnv out("METAOUT", meta.c_str());
-    ASSERT_TRUE(open());
-    start_plot();
-    draw_picture();
-    // the second plot begins with the attributes that the first one left
-    start_plot();
-    const float line[4] = {20, 20, 180, 80};
-    gpolyline(2, line);
-    draw_picture();
-    const Picture drawn = grab_picture();
-    const int objects = gobj_count();
-    EXPECT_EQ(gobj_redraw(), 0);
-    EXPECT_EQ(grab_picture().differences(drawn), 0) << "drawn over itself";
-    EXPECT_EQ(gobj_count(), objects) << "a replay records nothing";
-
-    ::testing::internal::CaptureStdout();
-    EXPECT_EQ(gprint_meta(), 0);
-    ::testing::internal::GetCapturedStdout();
-    EXPECT_EQ(ginq_device(), kDeviceDisplay);
-    EXPECT_EQ(ginq_recording(), 1);
-    EXPECT_EQ(grab_picture().differences(drawn), 0);
-    gclose_ws(1);
-    ASSERT_TRUE(open());
-    start_plot(); // a reader leaves the surface alone
-    for (int i = 0; i < 4; i++) {
-        GPH_set_colour(i, 0.5F, 0.5F, 0.5F);
-    }
-    gread_metafile(meta.c_str());
-    // places have six decimals there: here and there a pixel lies on its neighbour
-    EXPECT_LT(grab_picture().differences(drawn), 40);
-}
-
-TEST_F(X11, PaperOfTheStoreHasThePicture)
-{
-    NEED_SCREEN(screen);
-    const TempDir folder;
-    const std::string path = folder.file("plot.ps");
-    const ScopedEnv out("tyrps_print", path.c_str());
-    ASSERT_TRUE(open());
-    start_plot();
-    draw_picture();
-    ::testing::internal::CaptureStdout();
-    EXPECT_EQ(gprint_plot(), 0);
-    ::testing::internal::GetCapturedStdout();
-    const std::string page = read_file(path);
-    for (const char *part : {"%%PL:3", "%%FA:4", "%%PM:2", "Wind", "showpage"}) {
-        EXPECT_NE(page.find(part), std::string::npos) << part;
-    }
-    int width = 0;
-    int height = 0;
-    ginq_ws_size(&width, &height);
-    EXPECT_EQ(width, 200);
-    EXPECT_EQ(height, 100);
-}
-
-TEST_F(X11, AnEmptyStoreIsTold)
-{
-    NEED_SCREEN(screen);
-    const TempDir folder;
-    const std::string meta = folder.file("plot.meta");
-    const ScopedEnv out("METAOUT", meta.c_str());
-    ASSERT_TRUE(open());
-    gclear_ws(1, 1);
-    ::testing::internal::CaptureStderr();
-    ::testing::internal::CaptureStdout();
-    gprint_meta();
-    ::testing::internal::GetCapturedStdout();
-    EXPECT_EQ(::testing::internal::GetCapturedStderr(),
-              "gobj_print_meta: No redraw data to make metafile from\n");
-    EXPECT_EQ(read_file(meta).rfind("TYRMETA", 0), 0U);
-}
-
-TEST_F(X11, MetafileThatCantBeMadeIsTold)
-{
-    NEED_SCREEN(screen);
-    const ScopedEnv out("METAOUT", "/dev/null/plot.meta");
-    ASSERT_TRUE(open());
-    start_plot();
-    ::testing::internal::CaptureStderr();
-    ::testing::internal::CaptureStdout();
-    EXPECT_EQ(gprint_meta(), -1);
-    EXPECT_EQ(::testing::internal::GetCapturedStdout(), "") << "nothing was created";
-    EXPECT_EQ(::testing::internal::GetCapturedStderr(), "gprint_meta: unable to open metafile\n\n");
-}
-
-TEST_F(X11, ClearedStoreKeepsTheSurface)
-{
-    NEED_SCREEN(screen);
-    const TempDir folder;
-    const std::string meta = folder.file("plot.meta");
-    const ScopedEnv out("METAOUT", meta.c_str());
-    ASSERT_TRUE(open());
-    start_plot();
-    const float half[4] = {0.0F, 0.5F, 0.0F, 0.25F};
-    gset_ws_window(1, half);
-    gobj_clear();
-    draw_picture();
-    const Picture drawn = grab_picture();
-    EXPECT_EQ(gobj_redraw(), 0);
-    EXPECT_EQ(grab_picture().differences(drawn), 0);
-    ::testing::internal::CaptureStdout();
-    EXPECT_EQ(gprint_meta(), 0);
-    ::testing::internal::GetCapturedStdout();
-    EXPECT_NE(read_file(meta).find("WS_WIN"), std::string::npos);
-}
-
-TEST_F(X11, SegmentsLeaveTheStore)
-{
-    NEED_SCREEN(screen);
-    ASSERT_TRUE(open());
-    start_plot();
-    const float kept[4] = {0, 20, 199, 20};
-    const float taken[4] = {0, 60, 199, 60};
-    gset_line_colr_ind(2);
-    gpolyline(2, kept);
-    EXPECT_EQ(gcreate_seg(7), 0);
-    gpolyline(2, taken);
-    EXPECT_EQ(gclose_seg(7), 0);
-    const int objects = gobj_count();
-    EXPECT_EQ(gdelete_seg(8), 0);
-    EXPECT_EQ(gobj_count(), objects);
-    EXPECT_EQ(gdelete_seg(7), 0);
-    EXPECT_EQ(gobj_count(), objects - 3);
-    const float all[4] = {0, 199, 0, 99};
-    gset_recording(0);
-    gclear_region(all);
-    gset_recording(1);
-    gobj_redraw();
-    const Picture picture = grab_picture();
-    EXPECT_EQ(picture.at(100, 79), kRed);
-    EXPECT_EQ(picture.at(100, 39), kBlack);
-}
-
-TEST_F(X11, FunctionsOfTheProgramAreReplayedAndTheirArgumentsFreed)
-{
-    NEED_SCREEN(screen);
-    ASSERT_TRUE(open());
-    start_plot();
-    static int calls;
-    calls = 0;
-    auto *step = static_cast<int *>(std::malloc(sizeof(int)));
-    *step = 5;
-    gobj_add_function([](void *argument) { calls += *static_cast<int *>(argument); }, step);
-    gobj_redraw();
-    EXPECT_EQ(calls, 5);
-    gobj_clear(); // the leak checker tells if it isn't freed
-    EXPECT_EQ(gobj_count(), 0);
-}
-
-TEST_F(X11, RecordingCanBeTurnedOff)
-{
-    NEED_SCREEN(screen);
-    const ScopedEnv off("tyrredraw", "no");
-    ASSERT_TRUE(open());
-    start_plot();
-    draw_picture();
-    EXPECT_EQ(gobj_count(), 0);
-    EXPECT_EQ(gobj_redraw(), -1);
 }
 
 TEST_F(X11, FontsOfTheServerStandWhereStrokesWould)
@@ -412,10 +155,10 @@ TEST_F(X11, FontsOfTheServerStandWhereStrokesWould)
         int horizontal, vertical;
         int left, right, top, bottom; ///< box that holds the text; fixed is 6 wide and 13 high
     } cases[] = {
-        {"left, base",     kAlignLeft,   kAlignBase, 100, 118, 38, 49},
-        {"right, base",    kAlignRight,  kAlignBase, 82,  100, 38, 49},
-        {"centre, top",    kAlignCentre, kAlignTop,  91,  109, 49, 60},
-        {"centre, middle", kAlignCentre, kAlignHalf, 91,  109, 43, 55},
+        {"left, base", kAlignLeft, kAlignBase, 100, 118, 38, 49},
+        {"right, base", kAlignRight, kAlignBase, 82, 100, 38, 49},
+        {"centre, top", kAlignCentre, kAlignTop, 91, 109, 49, 60},
+        {"centre, middle", kAlignCentre, kAlignHalf, 91, 109, 43, 55},
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.name);
@@ -456,11 +199,11 @@ TEST_F(X11, ImageFilesAreDrawnAtTheirPlace)
         int left, top; ///< of the image on the window
         unsigned off;  ///< colour that shows the ground
     } cases[] = {
-        {"at the corner",          nullptr,   0,   0,   0,   0,   kBlack},
-        {"aside",                  nullptr,   20,  10,  20,  10,  kBlack},
-        {"from the far edges",     nullptr,   -30, -15, -30, -15, kBlack},
-        {"red is transparent",     "#FF0000", 0,   0,   0,   0,   kRed  },
-        {"a name of the server's", "lime",    0,   0,   0,   0,   kGreen},
+        {"at the corner", nullptr, 0, 0, 0, 0, kBlack},
+        {"aside", nullptr, 20, 10, 20, 10, kBlack},
+        {"from the far edges", nullptr, -30, -15, -30, -15, kBlack},
+        {"red is transparent", "#FF0000", 0, 0, 0, 0, kRed},
+        {"a name of the server's", "lime", 0, 0, 0, 0, kGreen},
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.name);
@@ -510,3 +253,5 @@ TEST_F(X11, ASizeThatIsSetKeepsThePicture)
     gsync();
     EXPECT_EQ(gresize_ws(-1, -1), 0) << "the window has it already";
 }
+
+} // namespace

@@ -20,8 +20,8 @@ namespace {
 constexpr float kZero = 1e-10F; ///< a value nearer to 0 is 0
 constexpr int kOurModel = 1;
 constexpr int kGridNumber = 2;
-constexpr std::size_t kBlock = 1024; ///< stations whose column weights are held at a time
-constexpr int kTileStations = 64;    ///< worked on together, with the rows that they reach
+constexpr size_t kBlock = 1024;   ///< stations whose column weights are held at a time
+constexpr int kTileStations = 64; ///< worked on together, with the rows that they reach
 constexpr int kTileRows = 8;
 
 /// What a run works on, in grid coordinates.
@@ -40,7 +40,7 @@ struct Sums {
     std::vector<double> weighted, weight;
     std::vector<int> count; ///< of stations, where more than one is asked for
 
-    Sums(std::size_t points, bool is_counted)
+    Sums(size_t points, bool is_counted)
         : weighted(points), weight(points), count(is_counted ? points : 0)
     {
     }
@@ -79,20 +79,20 @@ void set_reach(const Run &run, int station, double filter, Reach *reach)
     reach->rows = in_reach(row, run.dy, run.reach, run.ny);
     reach->columns = in_reach(column, run.dx, run.reach, run.nx);
     const int count = std::max(reach->columns.last - reach->columns.first + 1, 0);
-    reach->square.resize(static_cast<std::size_t>(count));
-    reach->weight.resize(static_cast<std::size_t>(count));
+    reach->square.resize(static_cast<size_t>(count));
+    reach->weight.resize(static_cast<size_t>(count));
     for (int k = 0; k < count; k++) {
         const double a = (column - (reach->columns.first + k)) * run.dx;
-        const auto place = static_cast<std::size_t>(k);
+        const auto place = static_cast<size_t>(k);
         reach->square[place] = a * a;
         reach->weight[place] = std::exp(-a * a / filter);
     }
 }
 
-TYR_WIDE void add_weights(const double *by_column, double by_row, double value, std::size_t n,
+TYR_WIDE void add_weights(const double *by_column, double by_row, double value, size_t n,
                           double *weighted, double *weight)
 {
-    for (std::size_t k = 0; k < n; k++) {
+    for (size_t k = 0; k < n; k++) {
         const double w = by_column[k] * by_row;
         weighted[k] += value * w;
         weight[k] += w;
@@ -109,12 +109,12 @@ void add_to_row(const Run &run, const Reach &reach, int station, int row, double
         return;
     }
     const double row_weight = std::exp(-square / filter);
-    const std::size_t base = static_cast<std::size_t>(row) * static_cast<std::size_t>(run.nx) +
-                             static_cast<std::size_t>(reach.columns.first);
+    const size_t base = static_cast<size_t>(row) * static_cast<size_t>(run.nx) +
+                        static_cast<size_t>(reach.columns.first);
     double *weighted = &sums->weighted[base];
     double *weight = &sums->weight[base];
-    std::size_t first = 0;
-    std::size_t last = reach.square.size();
+    size_t first = 0;
+    size_t last = reach.square.size();
     while (first < last && reach.square[first] + square > run.reach) {
         first++;
     }
@@ -135,7 +135,7 @@ void add_to_row(const Run &run, const Reach &reach, int station, int row, double
 void add_fields(const Run &run, const Reach &reach, int station, int row, double filter,
                 const float *const *values, std::vector<Sums> *sums)
 {
-    for (std::size_t f = 0; f < run.fields.size(); f++) {
+    for (size_t f = 0; f < run.fields.size(); f++) {
         const float value = values[run.fields[f]][station];
         if (!is_missing(value) && std::isfinite(value)) {
             add_to_row(run, reach, station, row, filter, value, &(*sums)[f]);
@@ -149,7 +149,7 @@ void add_tile(const Run &run, const std::vector<Reach> &block, int begin, int en
 {
     for (int top = first; top < last; top += kTileRows) {
         for (int s = begin; s < end; s++) {
-            const Reach &reach = block[static_cast<std::size_t>(s) % kBlock];
+            const Reach &reach = block[static_cast<size_t>(s) % kBlock];
             const int low = std::max(top, reach.rows.first);
             const int high = std::min({top + kTileRows, last, reach.rows.last + 1});
             for (int row = low; row < high && !reach.square.empty(); row++) {
@@ -162,12 +162,12 @@ void add_tile(const Run &run, const std::vector<Reach> &block, int begin, int en
 /// One pass over all points: a block of stations after the other, in their order, rows in bands.
 void gather(const Run &run, double filter, const float *const *values, std::vector<Sums> *sums)
 {
-    std::vector<Reach> block(std::min(kBlock, static_cast<std::size_t>(run.stations)));
-    const auto points = static_cast<std::size_t>(run.nx) * static_cast<std::size_t>(run.ny);
+    std::vector<Reach> block(std::min(kBlock, static_cast<size_t>(run.stations)));
+    const auto points = static_cast<size_t>(run.nx) * static_cast<size_t>(run.ny);
     for (int begin = 0; begin < run.stations; begin += static_cast<int>(kBlock)) {
         const int end = std::min(run.stations, begin + static_cast<int>(kBlock));
         for (int s = begin; s < end; s++) {
-            set_reach(run, s, filter, &block[static_cast<std::size_t>(s - begin)]);
+            set_reach(run, s, filter, &block[static_cast<size_t>(s - begin)]);
         }
         over_rows(run.ny, points, kCostlyPoints, [&](int first, int last) {
             for (int s = begin; s < end; s += kTileStations) {
@@ -203,9 +203,9 @@ void replace_missing(const Run &run, float replacement, float **values)
 /// Means of a pass to the grids: in place of what they hold, or on top of it.
 void settle(const Run &run, const std::vector<Sums> &sums, bool is_first)
 {
-    for (std::size_t f = 0; f < run.fields.size(); f++) {
+    for (size_t f = 0; f < run.fields.size(); f++) {
         float *values = run.grids[run.fields[f]].values;
-        for (std::size_t p = 0; p < sums[f].weight.size(); p++) {
+        for (size_t p = 0; p < sums[f].weight.size(); p++) {
             const bool is_counted = !sums[f].count.empty();
             if (sums[f].weight[p] == 0.0 ||
                 (is_counted && sums[f].count[p] < barnes_params().minimum)) {
@@ -313,7 +313,7 @@ void to_grid_coordinates(const DomainRec &domain, float *x, float *y, int statio
 void pass(const Run &run, int number, const float *const *values)
 {
     MSG_out(kMsgOut3, "Pass: %d...\n", number);
-    const auto points = static_cast<std::size_t>(run.nx) * static_cast<std::size_t>(run.ny);
+    const auto points = static_cast<size_t>(run.nx) * static_cast<size_t>(run.ny);
     std::vector<Sums> sums(run.fields.size(), Sums(points, barnes_params().minimum > 1));
     gather(run, barnes_params().filter, values, &sums);
     settle(run, sums, number == 1);
@@ -321,11 +321,11 @@ void pass(const Run &run, int number, const float *const *values)
 
 void further_passes(const Run &run, float **values, int fields)
 {
-    std::vector<std::vector<float>> held(static_cast<std::size_t>(fields));
-    std::vector<float *> residuals(static_cast<std::size_t>(fields), nullptr);
+    std::vector<std::vector<float>> held(static_cast<size_t>(fields));
+    std::vector<float *> residuals(static_cast<size_t>(fields), nullptr);
     for (const int f : run.fields) {
-        held[static_cast<std::size_t>(f)].resize(static_cast<std::size_t>(run.stations));
-        residuals[static_cast<std::size_t>(f)] = held[static_cast<std::size_t>(f)].data();
+        held[static_cast<size_t>(f)].resize(static_cast<size_t>(run.stations));
+        residuals[static_cast<size_t>(f)] = held[static_cast<size_t>(f)].data();
     }
     find_residuals(run, values, residuals.data());
     for (int n = 2; n <= barnes_params().passes; n++) {

@@ -48,7 +48,7 @@ void OBJ_read_params()
     BarnesParams &p = state.params;
     for (const std::string &word : RES_list("plot_param")) {
         if (STR_ncasecmp(word.c_str(), "miss", 4) == 0) {
-            const std::size_t number = word.find_first_of("=:");
+            const size_t number = word.find_first_of("=:");
             p.replacement = number == std::string::npos
                                 ? 0.0F
                                 : static_cast<float>(std::atof(word.c_str() + number + 1));
@@ -59,9 +59,7 @@ void OBJ_read_params()
     }
     if (RES_get("object_param") != nullptr) {
         const std::vector<std::string> words = RES_list("object_param");
-        const auto word = [&](std::size_t i) {
-            return i < words.size() ? words[i] : std::string();
-        };
+        const auto word = [&](size_t i) { return i < words.size() ? words[i] : std::string(); };
         p.filter = word(0).empty() ? p.filter : static_cast<float>(std::atof(word(0).c_str()));
         p.radius = word(1).empty() ? p.radius : static_cast<float>(std::atof(word(1).c_str()));
         p.passes = words.size() > 2 ? std::atoi(word(2).c_str()) : p.passes;

@@ -44,7 +44,7 @@ bool make_room(int station)
         state.capacity += kGrowth;
         MSG_out(kMsgMess, "Increasing arrays to %d\n", state.capacity);
     }
-    const auto size = static_cast<std::size_t>(state.capacity);
+    const auto size = static_cast<size_t>(state.capacity);
     if (state.x.size() < size) {
         state.x.resize(size, kMissing);
         state.y.resize(size, kMissing);
@@ -70,8 +70,8 @@ void OBJ_store_init()
 void OBJ_store_add_field(int field)
 {
     if (is_field(field) && state.capacity > 0) {
-        state.values[static_cast<std::size_t>(field)].assign(
-            static_cast<std::size_t>(state.capacity), kMissing);
+        state.values[static_cast<size_t>(field)].assign(static_cast<size_t>(state.capacity),
+                                                        kMissing);
         state.fields = std::max(state.fields, field + 1);
     }
 }
@@ -79,20 +79,20 @@ void OBJ_store_add_field(int field)
 void OBJ_store_position(int station, float x, float y)
 {
     if (make_room(station)) {
-        state.x[static_cast<std::size_t>(station)] = x;
-        state.y[static_cast<std::size_t>(station)] = y;
+        state.x[static_cast<size_t>(station)] = x;
+        state.y[static_cast<size_t>(station)] = y;
     }
 }
 
 int OBJ_store_has_field(int field)
 {
-    return is_field(field) && !state.values[static_cast<std::size_t>(field)].empty() ? 1 : 0;
+    return is_field(field) && !state.values[static_cast<size_t>(field)].empty() ? 1 : 0;
 }
 
 void OBJ_store_value(int field, int station, float value)
 {
     if (OBJ_store_has_field(field) == 1 && make_room(station)) {
-        state.values[static_cast<std::size_t>(field)][static_cast<std::size_t>(station)] = value;
+        state.values[static_cast<size_t>(field)][static_cast<size_t>(station)] = value;
     }
 }
 
@@ -104,7 +104,7 @@ void OBJ_store_free()
 int OBJ_store_analyze(GridRec *grids)
 {
     std::array<float *, kObservationFields> arrays{};
-    for (std::size_t f = 0; f < arrays.size(); f++) {
+    for (size_t f = 0; f < arrays.size(); f++) {
         arrays[f] = state.values[f].empty() ? nullptr : state.values[f].data();
     }
     return OBJ_analyze(state.x.data(), state.y.data(), arrays.data(), state.stations, state.fields,

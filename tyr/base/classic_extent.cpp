@@ -57,7 +57,7 @@ ClassicExtent tyr::classic_file_extent(const char *path)
     struct stat info = {};
     ClassicExtent extent;
     if (file >= 0 && fstat(file, &info) == 0 && S_ISREG(info.st_mode) && info.st_size > 0) {
-        const auto size = static_cast<std::size_t>(info.st_size);
+        const auto size = static_cast<size_t>(info.st_size);
         void *bytes = mmap(nullptr, size, PROT_READ, MAP_PRIVATE, file, 0);
         if (bytes != MAP_FAILED) {
             extent = classic_extent({static_cast<const char *>(bytes), size});

@@ -14,16 +14,16 @@ namespace {
 constexpr std::string_view kBlanks = " \t\r\n";
 
 // Where the digits behind blanks and a sign begin; npos if no number can stand there.
-std::size_t number_start(std::string_view text, bool with_point)
+size_t number_start(std::string_view text, bool with_point)
 {
-    std::size_t i = text.find_first_not_of(kBlanks);
+    size_t i = text.find_first_not_of(kBlanks);
     if (i == std::string_view::npos)
         return i;
-    const std::size_t sign = i;
+    const size_t sign = i;
     if (text[i] == '+' || text[i] == '-')
         ++i;
     const bool has_point = with_point && i < text.size() && text[i] == '.';
-    const std::size_t digit = has_point ? i + 1 : i;
+    const size_t digit = has_point ? i + 1 : i;
     if (digit >= text.size() || !is_digit(text[digit]))
         return std::string_view::npos;
     return text[sign] == '+' ? sign + 1 : sign;
@@ -33,7 +33,7 @@ std::size_t number_start(std::string_view text, bool with_point)
 
 std::optional<float> VAR_take_real(std::string_view *text)
 {
-    const std::size_t start = number_start(*text, true);
+    const size_t start = number_start(*text, true);
     if (start == std::string_view::npos)
         return std::nullopt;
     float value = 0.0F;
@@ -43,13 +43,13 @@ std::optional<float> VAR_take_real(std::string_view *text)
         return std::nullopt;
     if (error == std::errc::result_out_of_range)
         value = std::numeric_limits<float>::max();
-    text->remove_prefix(static_cast<std::size_t>(next - text->data()));
+    text->remove_prefix(static_cast<size_t>(next - text->data()));
     return value;
 }
 
 std::optional<int> VAR_take_int(std::string_view *text)
 {
-    const std::size_t start = number_start(*text, false);
+    const size_t start = number_start(*text, false);
     if (start == std::string_view::npos)
         return std::nullopt;
     int value = 0;
@@ -58,7 +58,7 @@ std::optional<int> VAR_take_int(std::string_view *text)
     if (error == std::errc::result_out_of_range)
         value = (*text)[start] == '-' ? std::numeric_limits<int>::min()
                                       : std::numeric_limits<int>::max();
-    text->remove_prefix(static_cast<std::size_t>(next - text->data()));
+    text->remove_prefix(static_cast<size_t>(next - text->data()));
     return value;
 }
 
@@ -74,7 +74,7 @@ int VAR_whole(double x)
 
 std::string_view VAR_trim(std::string_view text)
 {
-    const std::size_t first = text.find_first_not_of(kBlanks);
+    const size_t first = text.find_first_not_of(kBlanks);
     if (first == std::string_view::npos)
         return {};
     return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);

@@ -33,10 +33,15 @@ struct State {
 
 State state;
 
+bool is_map(const FieldLayer &layer)
+{
+    return layer.is_map();
+}
+
 bool is_filled(const FieldLayer &layer)
 {
     const int type = VAR_get(layer.record)->type;
-    return !layer.is_wind && (type == kTypeFill || type == kTypeFillAndLine);
+    return !layer.is_wind && !layer.is_map() && (type == kTypeFill || type == kTypeFillAndLine);
 }
 
 /// The bar stands at the lower left, where a layer tells its interval: that goes behind its name.
@@ -77,28 +82,41 @@ void draw_wind(FieldLayer *layer, DomainRec *domain)
     }
 }
 
-void draw_layers(DomainRec *domain)
+/// Draws the layers, each with a line of labels.
+void draw_fields(DomainRec *domain, bool is_any_filled)
 {
-    const bool is_map_over = std::any_of(state.layers->begin(), state.layers->end(), is_filled);
-    PLT_set_domain(domain);
-    PLT_map_setup();
-    PLT_clear_bar();
-    PLT_clear_labels();
-    MAP_draw(is_map_over ? kMapUnder : kMapUnder | kMapUnmarked);
     bool is_bar_due = true;
     int line = 0;
     for (FieldLayer &layer : *state.layers) {
+        GPH_sel_tran(2);
+        if (layer.is_map()) {
+            DOM_set_map_mode(is_any_filled ? 1 : 0);
+            MAP_draw(kMapUnmarked);
+            continue;
+        }
         PLT_set_label_line(line);
         PLT_set_label_count(line + 1);
-        GPH_sel_tran(2);
         layer.is_wind ? draw_wind(&layer, domain) : draw_field(&layer, domain, &is_bar_due);
         if (!is_bar_due) {
             move_interval(line);
         }
         ++line;
     }
-    DOM_set_map_mode(is_map_over ? 1 : 0);
-    MAP_draw(is_map_over ? kMapOver | kMapUnmarked : kMapOver);
+}
+
+void draw_layers(DomainRec *domain)
+{
+    const std::deque<FieldLayer> &all = *state.layers;
+    const bool is_any_filled = std::any_of(all.begin(), all.end(), is_filled);
+    const int unmarked = std::any_of(all.begin(), all.end(), is_map) ? 0 : int{kMapUnmarked};
+    PLT_set_domain(domain);
+    PLT_map_setup();
+    PLT_clear_bar();
+    PLT_clear_labels();
+    MAP_draw(is_any_filled ? kMapUnder : kMapUnder | unmarked);
+    draw_fields(domain, is_any_filled);
+    DOM_set_map_mode(is_any_filled ? 1 : 0);
+    MAP_draw(is_any_filled ? kMapOver | unmarked : kMapOver);
     PLT_draw_labels();
     DOM_set(domain);
     PLT_dump(kCurrentFrame);
@@ -139,14 +157,21 @@ void settle_interval(VarRec *record)
         record->type > kTypeFillAndLine || format.find("in=") != std::string::npos) {
         return;
     }
-    STR_copy(record->format, sizeof record->format, format.empty() ? "in=0" : "in=0:" + format);
+    const std::string whole = format.empty() ? "in=0" : "in=0:" + format;
+    if (whole.size() < sizeof record->format) {
+        STR_copy(record->format, sizeof record->format, whole);
+    }
 }
 
 } // namespace
 
 void settle_layer_types(std::deque<FieldLayer> *layers)
 {
+    const auto first = std::find_if_not(layers->begin(), layers->end(), is_map);
     for (FieldLayer &layer : *layers) {
+        if (layer.is_map()) {
+            continue;
+        }
         VarRec *record = VAR_get(layer.record);
         const int wish = static_cast<int>(PRM_get(kPrmPlotType));
         const int low = layer.is_wind ? kTypeVector : kTypeLine;
@@ -155,10 +180,10 @@ void settle_layer_types(std::deque<FieldLayer> *layers)
         if (record->type == kTypeValue && !layer.is_wind) {
             record->type = kTypeGridValue;
         } else if (!fits(record->type)) {
-            record->type = fits(wish)                   ? wish
-                           : layer.is_wind              ? kTypeVector
-                           : &layer == &layers->front() ? kTypeFill
-                                                        : kTypeLine;
+            record->type = fits(wish)          ? wish
+                           : layer.is_wind     ? kTypeVector
+                           : &layer == &*first ? kTypeFill
+                                               : kTypeLine;
         }
         settle_interval(record);
     }

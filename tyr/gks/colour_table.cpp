@@ -190,7 +190,7 @@ int CLR_lookup(const char *word)
             return i;
         }
     }
-    const std::size_t length = std::strlen(word);
+    const size_t length = std::strlen(word);
     if (word[0] == '#' && (length == 7 || length == 10)) {
         return add_word(word, length == 7 ? 2 : 3);
     }

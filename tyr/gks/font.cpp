@@ -22,11 +22,11 @@ namespace {
 
 constexpr const char *kDefaultFont = "modern.fnt";
 constexpr const char *kDefaultList = "tyr.fnl";
-constexpr std::size_t kMaxEntries = 40;
-constexpr std::size_t kMaxListedEntries = 10; // of a list named by `fi:`
-constexpr std::size_t kIdLength = 9;
-constexpr std::size_t kNameLength = 105;
-constexpr std::size_t kMaxFileSize = std::size_t{1} << 20;
+constexpr size_t kMaxEntries = 40;
+constexpr size_t kMaxListedEntries = 10; // of a list named by `fi:`
+constexpr size_t kIdLength = 9;
+constexpr size_t kNameLength = 105;
+constexpr size_t kMaxFileSize = size_t{1} << 20;
 constexpr int kStreamEnd = 254; // in a file, ends the strokes
 
 struct Entry {
@@ -50,7 +50,7 @@ class Words {
     {
         skip_blank();
         const auto end = std::find_if(rest_.begin(), rest_.end(), is_blank);
-        const auto length = static_cast<std::size_t>(end - rest_.begin());
+        const auto length = static_cast<size_t>(end - rest_.begin());
         const std::string_view word = rest_.substr(0, length);
         rest_.remove_prefix(length);
         return word;
@@ -120,7 +120,7 @@ bool read_strokes(Words &words, StrokeFont &font)
 unsigned char measure(const StrokeFont &font, int offset)
 {
     unsigned char width = 0;
-    for (std::size_t i = static_cast<std::size_t>(offset); i < font.strokes.size(); i += 2) {
+    for (size_t i = static_cast<size_t>(offset); i < font.strokes.size(); i += 2) {
         const unsigned char x = font.strokes[i];
         if (x == kStrokeEnd) {
             break;
@@ -132,7 +132,7 @@ unsigned char measure(const StrokeFont &font, int offset)
 
 bool read_offsets(Words &words, StrokeFont &font)
 {
-    for (std::size_t code = 0; code < font.offset.size(); code++) {
+    for (size_t code = 0; code < font.offset.size(); code++) {
         const std::optional<int> offset = words.number();
         if (!offset || *offset < -1 || *offset >= static_cast<int>(font.strokes.size())) {
             return false;

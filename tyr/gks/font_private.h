@@ -15,9 +15,9 @@ inline constexpr int kFontCap = 140;
 inline constexpr int kFontTop = 160;
 inline constexpr int kBlankWidth = 40;
 
-inline constexpr std::size_t kMaxStrokeData = 15008; ///< bytes
-inline constexpr unsigned char kStrokeEnd = 255;     ///< in the x place: ends a character
-inline constexpr unsigned char kPenUp = 128;         ///< added to the x of a move
+inline constexpr size_t kMaxStrokeData = 15008;  ///< bytes
+inline constexpr unsigned char kStrokeEnd = 255; ///< in the x place: ends a character
+inline constexpr unsigned char kPenUp = 128;     ///< added to the x of a move
 
 /// A stroke font: a stream of (x, y) pairs, the place of each character in it, -1 for none, and
 /// the width of each character.

@@ -87,7 +87,7 @@ constexpr ShapePoint kDot[] = {
     {0, 0, true},
 };
 
-constexpr std::size_t kMaxShape = 13;
+constexpr size_t kMaxShape = 13;
 constexpr float kMostHalf = 1.0e6F; ///< device units; no page is as wide
 
 struct Shape {
@@ -128,7 +128,7 @@ void draw_marker(float x, float y, float size)
     const Shape shape = shape_of(kernel().marker.type);
     const float scale = shape.scaled ? half : 1.0F;
     std::array<float, 2 * kMaxShape> stroke{};
-    std::size_t n = 0;
+    size_t n = 0;
     for (const ShapePoint &p : shape.points) {
         if (p.begins && n > 0) {
             device_stroke(static_cast<int>(n), stroke.data());

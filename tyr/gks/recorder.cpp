@@ -79,9 +79,9 @@ void *gobj_new(int kind, int value, int size, const void *data)
     Stored stored;
     stored.object = {kind, nullptr, value, nullptr};
     if (size > 0) {
-        stored.block = std::make_unique<std::byte[]>(static_cast<std::size_t>(size));
+        stored.block = std::make_unique<std::byte[]>(static_cast<size_t>(size));
         if (data != nullptr) {
-            std::memcpy(stored.block.get(), data, static_cast<std::size_t>(size));
+            std::memcpy(stored.block.get(), data, static_cast<size_t>(size));
         }
         stored.object.data = stored.block.get();
     }

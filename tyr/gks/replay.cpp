@@ -42,7 +42,7 @@ void replay_start()
     const float surface[4] = {s.xmin, s.xmax, s.ymin, s.ymax};
     gset_ws_window(1, surface);
     for (int n = 0; n < kNumTransformations; n++) {
-        const auto place = static_cast<std::size_t>(n);
+        const auto place = static_cast<size_t>(n);
         const TranRect &v = start.tran.viewport[place];
         const TranRect &w = start.tran.window[place];
         const float viewport[4] = {v.xmin, v.xmax, v.ymin, v.ymax};

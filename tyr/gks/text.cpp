@@ -49,8 +49,8 @@ void draw_character(std::vector<GlyphPoint> &glyph, const float pos[2], const St
     const TextState &text = kernel().text;
     const float scale = text.height / kFontUnitsPerHeight;
     glyph.clear();
-    const std::size_t end = font.strokes.size();
-    for (std::size_t i = static_cast<std::size_t>(offset); i + 1 < end; i += 2) {
+    const size_t end = font.strokes.size();
+    for (size_t i = static_cast<size_t>(offset); i + 1 < end; i += 2) {
         const unsigned char code = font.strokes[i];
         if (code == kStrokeEnd) {
             break;
@@ -126,7 +126,7 @@ void draw_with_shadow(const float pos[2], const char *text)
 /// Keeps a text: its position, then its characters.
 void record_text(const float pos[2], const char *text)
 {
-    const std::size_t length = std::strlen(text) + 1;
+    const size_t length = std::strlen(text) + 1;
     std::vector<char> block(2 * sizeof(float) + length);
     std::memcpy(block.data(), pos, 2 * sizeof(float));
     std::memcpy(block.data() + 2 * sizeof(float), text, length);

@@ -249,8 +249,8 @@ DevicePoint tyr::device_point(const float world[2])
 const float *tyr::device_points(int n, const float *world)
 {
     static std::vector<float> points;
-    points.resize(2 * static_cast<std::size_t>(n));
-    for (std::size_t i = 0; i < points.size(); i += 2) {
+    points.resize(2 * static_cast<size_t>(n));
+    for (size_t i = 0; i < points.size(); i += 2) {
         const DevicePoint point = device_point(world + i);
         points[i] = point.x;
         points[i + 1] = point.y;

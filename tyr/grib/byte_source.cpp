@@ -6,8 +6,8 @@
 namespace tyr {
 namespace {
 
-constexpr std::size_t kBlock = std::size_t{1} << 16;
-constexpr std::size_t kMostHeld = std::size_t{1} << 24; ///< of a pipe, for its header
+constexpr size_t kBlock = size_t{1} << 16;
+constexpr size_t kMostHeld = size_t{1} << 24; ///< of a pipe, for its header
 
 } // namespace
 
@@ -32,13 +32,13 @@ bool ByteSource::seek(long offset)
         return false;
     }
     if (offset >= start_ && offset <= start_ + static_cast<long>(buffer_.size())) {
-        at_ = static_cast<std::size_t>(offset - start_);
+        at_ = static_cast<size_t>(offset - start_);
         return true;
     }
     if (!can_seek_) {
         while (place() < offset) {
-            const auto rest = static_cast<std::size_t>(offset - place());
-            const std::size_t got = peek(std::min(rest, kMostPeek)).size();
+            const auto rest = static_cast<size_t>(offset - place());
+            const size_t got = peek(std::min(rest, kMostPeek)).size();
             if (got == 0) {
                 return false;
             }
@@ -55,13 +55,13 @@ bool ByteSource::seek(long offset)
     return true;
 }
 
-std::size_t ByteSource::read_file(std::uint8_t *out, std::size_t count)
+size_t ByteSource::read_file(std::uint8_t *out, size_t count)
 {
     if (file_ != nullptr) {
         return std::fread(out, 1, count, file_);
     }
-    const std::size_t from = static_cast<std::size_t>(start_) + buffer_.size();
-    const std::size_t got = std::min(count, memory_.size() - std::min(from, memory_.size()));
+    const size_t from = static_cast<size_t>(start_) + buffer_.size();
+    const size_t got = std::min(count, memory_.size() - std::min(from, memory_.size()));
     if (got > 0) {
         std::memcpy(out, memory_.data() + from, got);
     }
@@ -69,7 +69,7 @@ std::size_t ByteSource::read_file(std::uint8_t *out, std::size_t count)
 }
 
 /// Sees that `count` bytes stand in the window from the place on, as far as there are any.
-bool ByteSource::fill(std::size_t count)
+bool ByteSource::fill(size_t count)
 {
     if (buffer_.size() - at_ >= count) {
         return true;
@@ -80,9 +80,9 @@ bool ByteSource::fill(std::size_t count)
         at_ = 0;
     }
     while (buffer_.size() - at_ < count) {
-        const std::size_t before = buffer_.size();
+        const size_t before = buffer_.size();
         std::uint8_t block[kBlock];
-        const std::size_t got = read_file(block, file_ != nullptr ? kBlock : kMostPeek);
+        const size_t got = read_file(block, file_ != nullptr ? kBlock : kMostPeek);
         buffer_.insert(buffer_.end(), block, block + got);
         if (buffer_.size() == before) {
             return false;
@@ -91,7 +91,7 @@ bool ByteSource::fill(std::size_t count)
     return true;
 }
 
-std::span<const std::uint8_t> ByteSource::peek(std::size_t count)
+std::span<const std::uint8_t> ByteSource::peek(size_t count)
 {
     count = std::min(count, kMostPeek);
     fill(count);
@@ -106,15 +106,15 @@ int ByteSource::get()
     return buffer_[at_++];
 }
 
-bool ByteSource::append(std::size_t count, std::vector<std::uint8_t> *out)
+bool ByteSource::append(size_t count, std::vector<std::uint8_t> *out)
 {
-    if (size_ >= 0 && (place() > size_ || count > static_cast<std::size_t>(size_ - place()))) {
+    if (size_ >= 0 && (place() > size_ || count > static_cast<size_t>(size_ - place()))) {
         return false;
     }
     if (size_ >= 0) {
         out->reserve(out->size() + count + kMostPeek);
     }
-    const std::size_t here = std::min(count, buffer_.size() - at_);
+    const size_t here = std::min(count, buffer_.size() - at_);
     out->insert(out->end(), buffer_.begin() + static_cast<std::ptrdiff_t>(at_),
                 buffer_.begin() + static_cast<std::ptrdiff_t>(at_ + here));
     at_ += here;
@@ -129,10 +129,10 @@ bool ByteSource::append(std::size_t count, std::vector<std::uint8_t> *out)
         count -= next.size();
     }
     while (count > 0) {
-        const std::size_t before = out->size();
-        const std::size_t step = size_ >= 0 ? count : std::min(count, kBlock);
+        const size_t before = out->size();
+        const size_t step = size_ >= 0 ? count : std::min(count, kBlock);
         out->resize(before + step);
-        const std::size_t got = read_file(out->data() + before, step);
+        const size_t got = read_file(out->data() + before, step);
         start_ += static_cast<long>(buffer_.size() + got);
         buffer_.clear();
         at_ = 0;

@@ -28,25 +28,25 @@ class ByteSource {
 
     /// Up to `count` of the next bytes without passing them; fewer at the end. Valid until the next
     /// call. `count` is at most kMostPeek.
-    std::span<const std::uint8_t> peek(std::size_t count);
+    std::span<const std::uint8_t> peek(size_t count);
     /// The next byte, -1 at the end.
     int get();
-    void skip(std::size_t count) { seek(place() + static_cast<long>(count)); }
+    void skip(size_t count) { seek(place() + static_cast<long>(count)); }
     /// Reads `count` bytes behind what `out` holds already; false where fewer are left. No more is
     /// allocated than the stream holds.
-    bool append(std::size_t count, std::vector<std::uint8_t> *out);
+    bool append(size_t count, std::vector<std::uint8_t> *out);
 
-    static constexpr std::size_t kMostPeek = 4096;
+    static constexpr size_t kMostPeek = 4096;
 
   private:
-    bool fill(std::size_t count);
-    std::size_t read_file(std::uint8_t *out, std::size_t count);
+    bool fill(size_t count);
+    size_t read_file(std::uint8_t *out, size_t count);
 
     std::FILE *file_ = nullptr;
     std::span<const std::uint8_t> memory_;
     std::vector<std::uint8_t> buffer_;
-    long start_ = 0;     ///< offset of the window's first byte
-    std::size_t at_ = 0; ///< place in the window
+    long start_ = 0; ///< offset of the window's first byte
+    size_t at_ = 0;  ///< place in the window
     long size_ = -1;
     bool can_seek_ = true;
     bool held_ = false;

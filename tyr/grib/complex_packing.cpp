@@ -38,7 +38,7 @@ bool find_lists(const PackingRec &p, BitCursor *bits, Lists *lists)
 /// From numbers to values: sums up differences of order 1 or 2, then scales.
 class Output {
   public:
-    Output(const PackingRec &p, float *out, std::size_t room)
+    Output(const PackingRec &p, float *out, size_t room)
         : factor_(p.binary_scale * p.decimal_scale), base_(p.reference * p.decimal_scale),
           order_(p.order), out_(out), room_(room)
     {
@@ -53,39 +53,39 @@ class Output {
             return false;
         }
         for (int i = 0; i < p.order; ++i) {
-            first_[static_cast<std::size_t>(i)] = signed_of(bits->take(width), width);
+            first_[static_cast<size_t>(i)] = signed_of(bits->take(width), width);
         }
         minimum_ = signed_of(bits->take(width), width);
         return true;
     }
-    std::size_t done() const { return done_; }
-    std::size_t left() const { return room_ - done_; }
-    void put_missing(std::size_t count)
+    size_t done() const { return done_; }
+    size_t left() const { return room_ - done_; }
+    void put_missing(size_t count)
     {
         std::fill_n(out_ + done_, count, kMissing);
         done_ += count;
     }
-    template <class Number> void put(std::size_t count, Number number)
+    template <class Number> void put(size_t count, Number number)
     {
-        std::size_t i = 0;
+        size_t i = 0;
         for (; i < count && seen_ < order_; ++i) {
             put_one(number(i));
         }
         float *out = out_ + done_;
         std::int64_t a = last_;
         std::int64_t b = before_;
-        const std::size_t rest = count - i;
+        const size_t rest = count - i;
         if (order_ == 0) {
-            for (std::size_t k = 0; k < rest; ++k) {
+            for (size_t k = 0; k < rest; ++k) {
                 out[k] = value(number(i + k));
             }
         } else if (order_ == 1) {
-            for (std::size_t k = 0; k < rest; ++k) {
+            for (size_t k = 0; k < rest; ++k) {
                 a = wrap(a + number(i + k) + minimum_);
                 out[k] = value(a);
             }
         } else {
-            for (std::size_t k = 0; k < rest; ++k) {
+            for (size_t k = 0; k < rest; ++k) {
                 const std::int64_t next = wrap(2 * a - b + number(i + k) + minimum_);
                 b = a;
                 a = next;
@@ -112,7 +112,7 @@ class Output {
     }
     void put_one(std::int64_t)
     {
-        const std::int64_t x = first_[static_cast<std::size_t>(seen_)];
+        const std::int64_t x = first_[static_cast<size_t>(seen_)];
         ++seen_;
         before_ = last_;
         last_ = x;
@@ -122,8 +122,8 @@ class Output {
     double factor_, base_;
     int order_;
     float *out_;
-    std::size_t room_;
-    std::size_t done_ = 0;
+    size_t room_;
+    size_t done_ = 0;
     int seen_ = 0;
     std::array<std::int64_t, 2> first_{};
     std::int64_t minimum_ = 0, last_ = 0, before_ = 0;
@@ -146,26 +146,26 @@ struct MissingMarks {
 
 /// A group with missing values among its numbers: one at a time.
 void put_marked(const MissingMarks &is_missing_mark, std::uint32_t reference, BitCursor *bits,
-                unsigned width, std::size_t count, Output *out)
+                unsigned width, size_t count, Output *out)
 {
-    for (std::size_t i = 0; i < count; ++i) {
+    for (size_t i = 0; i < count; ++i) {
         const std::uint32_t x = bits->take(width);
         if (is_missing_mark(x)) {
             out->put_missing(1);
         } else {
-            out->put(1, [=](std::size_t) { return std::int64_t{reference} + x; });
+            out->put(1, [=](size_t) { return std::int64_t{reference} + x; });
         }
     }
 }
 
-void put_group(const PackingRec &p, std::uint32_t reference, unsigned width, std::size_t count,
+void put_group(const PackingRec &p, std::uint32_t reference, unsigned width, size_t count,
                BitCursor *bits, Output *out)
 {
     if (width == 0) {
         if (p.missing_management > 0 && MissingMarks(p.missing_management, p.bits)(reference)) {
             out->put_missing(count);
         } else {
-            out->put(count, [=](std::size_t) { return std::int64_t{reference}; });
+            out->put(count, [=](size_t) { return std::int64_t{reference}; });
         }
         return;
     }
@@ -174,7 +174,7 @@ void put_group(const PackingRec &p, std::uint32_t reference, unsigned width, std
         return;
     }
     const BitCursor run = *bits;
-    out->put(count, [run, reference, width, at = run.bit()](std::size_t i) {
+    out->put(count, [run, reference, width, at = run.bit()](size_t i) {
         return std::int64_t{reference} + run.peek(at + i * width, width);
     });
     bits->skip(std::uint64_t{width} * count);
@@ -182,7 +182,7 @@ void put_group(const PackingRec &p, std::uint32_t reference, unsigned width, std
 
 } // namespace
 
-std::size_t unpack_complex(const PackingRec &p, Octets data, float *out, std::size_t count)
+size_t unpack_complex(const PackingRec &p, Octets data, float *out, size_t count)
 {
     BitCursor bits(data);
     Output output(p, out, count);
@@ -197,7 +197,7 @@ std::size_t unpack_complex(const PackingRec &p, Octets data, float *out, std::si
         const std::uint64_t scaled = lists.lengths.take(p.length_bits);
         const std::uint64_t length =
             g + 1 == p.groups ? p.last_length : p.length_reference + scaled * p.length_step;
-        const std::size_t n = std::min<std::uint64_t>(length, output.left());
+        const size_t n = std::min<std::uint64_t>(length, output.left());
         if (width > 32 || width * n > bits.left()) {
             break;
         }

@@ -30,9 +30,9 @@ void read_run_length(Section s, PackingRec *p)
     p->bits = s.u8(12);
     p->max_level = s.u16(13);
     const double unit = std::pow(10.0, -s.s8(17));
-    const std::size_t levels = std::min<std::size_t>(s.u16(15), (s.size() - 17U) / 2U);
+    const size_t levels = std::min<size_t>(s.u16(15), (s.size() - 17U) / 2U);
     p->levels.clear();
-    for (std::size_t i = 0; i < levels; ++i) {
+    for (size_t i = 0; i < levels; ++i) {
         p->levels.push_back(static_cast<float>(s.u16(18U + 2U * i) * unit));
     }
 }
@@ -40,7 +40,7 @@ void read_run_length(Section s, PackingRec *p)
 struct Template5 {
     unsigned number;
     Packing kind;
-    std::size_t length; ///< octets that must be there
+    size_t length; ///< octets that must be there
 };
 constexpr Template5 kTemplates[] = {
     {0,     Packing::kSimple,    20},
@@ -51,7 +51,7 @@ constexpr Template5 kTemplates[] = {
     {40000, Packing::kJpeg2000,  20},
 };
 
-std::size_t unpack(const PackingRec &p, Octets data, float *out, std::size_t count)
+size_t unpack(const PackingRec &p, Octets data, float *out, size_t count)
 {
     switch (p.kind) {
     case Packing::kSimple:
@@ -70,7 +70,7 @@ std::size_t unpack(const PackingRec &p, Octets data, float *out, std::size_t cou
 
 } // namespace
 
-double Section::ieee(std::size_t octet) const
+double Section::ieee(size_t octet) const
 {
     const float value = std::bit_cast<float>(u32(octet));
     return std::isfinite(value) ? static_cast<double>(value) : 0.0;
@@ -113,7 +113,7 @@ bool read_bitmap2(Section s, Product *product)
     enum Indicator : unsigned { kGiven = 0, kKept = 254, kNone = 255 };
     switch (s.u8(6)) {
     case kGiven: {
-        const Octets bits = s.bytes().subspan(std::min<std::size_t>(6, s.size()));
+        const Octets bits = s.bytes().subspan(std::min<size_t>(6, s.size()));
         product->bitmap.assign(bits.begin(), bits.end());
         product->has_map = true;
         return true;
@@ -131,17 +131,17 @@ bool read_bitmap2(Section s, Product *product)
 
 bool read_data2(Section s, Product *product, GridRec *grid)
 {
-    constexpr std::size_t kHead = 5;
+    constexpr size_t kHead = 5;
     if (s.size() < kHead || !alloc_values(*product, s.size(), grid)) {
         return false;
     }
     const Layout &layout = product->layout;
     const PackingRec &packing = product->packing;
-    const std::size_t points = layout.stored_points();
+    const size_t points = layout.stored_points();
     std::vector<float> stored(layout.shape == RowShape::kEven ? 0 : points);
     float *out = stored.empty() ? grid->values : stored.data();
-    const std::size_t wanted = std::min<std::size_t>(points, packing.points);
-    const std::size_t count = unpack(packing, s.bytes().subspan(kHead), out, wanted);
+    const size_t wanted = std::min<size_t>(points, packing.points);
+    const size_t count = unpack(packing, s.bytes().subspan(kHead), out, wanted);
     if (count == 0 && wanted > 0) {
         return product->origin.refuse("its data can't be unpacked");
     }

@@ -16,8 +16,8 @@ namespace {
 
 constexpr unsigned kHasGrid = 0x80;
 constexpr unsigned kHasBitmap = 0x40;
-constexpr std::size_t kShortest0 = 24;
-constexpr std::size_t kShortest1 = 28;
+constexpr size_t kShortest0 = 24;
+constexpr size_t kShortest1 = 28;
 constexpr int kEnsembleCentre = 7;
 constexpr unsigned kEnsembleSubcentre = 2;
 
@@ -89,12 +89,12 @@ std::vector<int> present_rows(const Product &product)
     const Layout &layout = product.layout;
     std::vector<int> rows = layout.row_lengths;
     if (layout.shape == RowShape::kEven) {
-        rows.assign(static_cast<std::size_t>(layout.ny), layout.nx);
+        rows.assign(static_cast<size_t>(layout.ny), layout.nx);
     }
     if (!product.has_map) {
         return rows;
     }
-    std::size_t point = 0;
+    size_t point = 0;
     for (int &row : rows) {
         int present = 0;
         for (int i = 0; i < row; ++i, ++point) {
@@ -145,8 +145,8 @@ void settle_rows(const Section &s, Product *product)
     if (layout.shape != RowShape::kPlaced || bits == 0 || product->has_map) {
         return;
     }
-    const std::size_t unused = s.u8(4) & 0x0FU;
-    const std::size_t values = ((s.size() - 11U) * 8U - unused) / bits;
+    const size_t unused = s.u8(4) & 0x0FU;
+    const size_t values = ((s.size() - 11U) * 8U - unused) / bits;
     if (values >= layout.grid_points()) {
         layout.shape = RowShape::kEven;
     }
@@ -194,7 +194,7 @@ bool read_definition1(Section s, Product *product, GridRec *grid)
 
 bool read_bitmap1(Section s, Product *product)
 {
-    constexpr std::size_t kHead = 6;
+    constexpr size_t kHead = 6;
     if (s.size() < kHead || s.u16(5) != 0) {
         return product->origin.refuse("a bit map known by its number %u alone", s.u16(5));
     }
@@ -206,7 +206,7 @@ bool read_bitmap1(Section s, Product *product)
 
 bool read_data1(Section s, Product *product, GridRec *grid)
 {
-    constexpr std::size_t kHead = 11;
+    constexpr size_t kHead = 11;
     if (s.size() < kHead) {
         return product->origin.refuse("a data section of %zu octets", s.size());
     }
@@ -218,11 +218,11 @@ bool read_data1(Section s, Product *product, GridRec *grid)
     }
     settle_rows(s, product);
     const Layout &layout = product->layout;
-    const std::size_t points = layout.stored_points();
+    const size_t points = layout.stored_points();
     std::vector<float> stored(layout.shape == RowShape::kEven ? 0 : points);
     float *out = stored.empty() ? grid->values : stored.data();
     const Octets data = s.bytes().subspan(kHead);
-    std::size_t count = 0;
+    size_t count = 0;
     if (product->guard.max_bad >= 1) {
         product->guard.bad_limit = bad_limit(*grid, product->packing.bits);
         count = unpack_guarded(*product, data, present_rows(*product), out, points);

@@ -19,11 +19,11 @@ constexpr int kProbability = 191;
 /// Where a template has what goes beyond the forecast and its level; 0: nowhere.
 struct Template4 {
     unsigned number;
-    std::size_t ensemble;    ///< kind of the member, octet
-    std::size_t derived;     ///< derived forecast
-    std::size_t probability; ///< type of the probability, 2 octets behind the number
-    std::size_t statistic;   ///< statistic; 2 further the unit, 3 the length of its period
-    std::size_t length;      ///< octets that must be there
+    size_t ensemble;    ///< kind of the member, octet
+    size_t derived;     ///< derived forecast
+    size_t probability; ///< type of the probability, 2 octets behind the number
+    size_t statistic;   ///< statistic; 2 further the unit, 3 the length of its period
+    size_t length;      ///< octets that must be there
 };
 constexpr Template4 kTemplates[] = {
     {0,     0,  0,  0,  0,  34},
@@ -48,14 +48,14 @@ const Template4 *find_template(unsigned number)
     return nullptr;
 }
 
-double scaled(Section s, std::size_t octet)
+double scaled(Section s, size_t octet)
 {
     constexpr unsigned kNoValue = 0xFFFF;
     return s.u16(octet + 1) == kNoValue ? static_cast<double>(kMissing)
                                         : s.s32(octet + 1) * std::pow(10.0, -s.s8(octet));
 }
 
-FixedSurface surface(Section s, std::size_t octet)
+FixedSurface surface(Section s, size_t octet)
 {
     constexpr int kNoScale = -127;
     FixedSurface result;
@@ -67,7 +67,7 @@ FixedSurface surface(Section s, std::size_t octet)
     return result;
 }
 
-void read_member(Section s, std::size_t octet, Ensemble *e)
+void read_member(Section s, size_t octet, Ensemble *e)
 {
     // code table 4.6: two controls, negatively and positively perturbed members, other models
     constexpr int kKinds[] = {1, 1, 2, 3, 4};
@@ -78,7 +78,7 @@ void read_member(Section s, std::size_t octet, Ensemble *e)
     e->product_class = 1;
 }
 
-void read_derived(Section s, std::size_t octet, Ensemble *e)
+void read_derived(Section s, size_t octet, Ensemble *e)
 {
     constexpr int kMean = 2;
     constexpr int kDeviation = 11;
@@ -89,7 +89,7 @@ void read_derived(Section s, std::size_t octet, Ensemble *e)
     e->count = static_cast<int>(s.u8(octet + 1));
 }
 
-void read_probability(Section s, std::size_t octet, Ensemble *e, GridRec *grid)
+void read_probability(Section s, size_t octet, Ensemble *e, GridRec *grid)
 {
     // code table 4.9: below the lower, above the upper, between, above the lower, below the upper
     constexpr int kKinds[] = {1, 2, 3, 2, 1};
@@ -108,7 +108,7 @@ void read_probability(Section s, std::size_t octet, Ensemble *e, GridRec *grid)
 
 bool read_ident2(Section s, Product *product, GridRec *grid)
 {
-    constexpr std::size_t kShortest = 19;
+    constexpr size_t kShortest = 19;
     if (s.size() < kShortest) {
         return product->origin.refuse("an identification of %zu octets", s.size());
     }
@@ -145,7 +145,7 @@ bool read_product2(Section s, Product *product, GridRec *grid)
     GRIB_find_param(grid, grid->source, static_cast<int>(product->discipline),
                     static_cast<int>(s.u8(10)), static_cast<int>(s.u8(11)));
     grid->model = static_cast<int>(s.u8(14));
-    const std::size_t statistic = known->statistic;
+    const size_t statistic = known->statistic;
     const int unit = static_cast<int>(s.u8(18));
     const int first = s.s32(19);
     grid->time = statistic == 0

@@ -10,9 +10,9 @@ namespace {
 
 constexpr char kSoh = 1;
 constexpr char kEtx = 3;
-constexpr std::size_t kHeadRoom = 160;
-constexpr std::size_t kHeadingRoom = 30;
-constexpr std::size_t kStarsTail = 3; ///< characters of a heading in stars that don't count
+constexpr size_t kHeadRoom = 160;
+constexpr size_t kHeadingRoom = 30;
+constexpr size_t kStarsTail = 3; ///< characters of a heading in stars that don't count
 constexpr std::string_view kLineEnd = "\r\r\n";
 constexpr const char *kBareHeading = "GRIB01 KXXX 010000";
 constexpr long kMostProduct = 16L << 20; ///< bytes of edition 1: its length has three octets
@@ -21,7 +21,7 @@ constexpr long kMostProduct = 16L << 20; ///< bytes of edition 1: its length has
 class Reader {
   public:
     explicit Reader(std::string_view text) : text_(text) {}
-    std::size_t taken() const { return at_; }
+    size_t taken() const { return at_; }
     bool take(std::string_view word)
     {
         if (text_.substr(at_, word.size()) != word) {
@@ -37,9 +37,9 @@ class Reader {
     std::optional<long> number()
     {
         take_any(" ");
-        constexpr std::size_t kMostDigits = 15;
+        constexpr size_t kMostDigits = 15;
         long value = 0;
-        std::size_t digits = 0;
+        size_t digits = 0;
         while (at_ < text_.size() && text_[at_] >= '0' && text_[at_] <= '9') {
             value = value * 10 + (text_[at_++] - '0');
             if (++digits > kMostDigits) {
@@ -48,9 +48,9 @@ class Reader {
         }
         return digits > 0 ? std::optional(value) : std::nullopt;
     }
-    std::optional<std::string> line(std::size_t most)
+    std::optional<std::string> line(size_t most)
     {
-        const std::size_t end = text_.find_first_of("\r\n", at_);
+        const size_t end = text_.find_first_of("\r\n", at_);
         if (end == std::string_view::npos || end - at_ > most) {
             return std::nullopt;
         }
@@ -61,15 +61,15 @@ class Reader {
 
   private:
     std::string_view text_;
-    std::size_t at_ = 0;
+    size_t at_ = 0;
 };
 
 /// What an envelope's text gave; nothing where it isn't one.
 struct Head {
     std::string heading;
-    std::size_t size = 0;
-    long length = -1;            ///< of form 3
-    std::size_t length_from = 0; ///< where it counts from
+    size_t size = 0;
+    long length = -1;       ///< of form 3
+    size_t length_from = 0; ///< where it counts from
 };
 
 std::optional<Head> stars(std::string_view text)
@@ -127,7 +127,7 @@ std::optional<Head> with_length(std::string_view text)
     if (!length || !in.take("\n")) {
         return std::nullopt;
     }
-    const std::size_t from = in.taken();
+    const size_t from = in.taken();
     Head head = {kBareHeading, from};
     if (const std::optional<Head> lines = bulletin_lines(&in, false)) {
         head = *lines;
@@ -151,7 +151,7 @@ std::optional<Head> try_form(Envelope form, std::string_view text)
     }
 }
 
-std::string_view peek_text(ByteSource *source, std::size_t count)
+std::string_view peek_text(ByteSource *source, size_t count)
 {
     const auto bytes = source->peek(count);
     return {reinterpret_cast<const char *>(bytes.data()), bytes.size()};
@@ -189,20 +189,20 @@ Magic magic_of(std::string_view word)
 /// Reads the head at the place. @return false where no product can begin like that
 bool take_head(ByteSource *source, Found *found)
 {
-    constexpr std::size_t kHead1 = 8;
-    constexpr std::size_t kHead2 = 16;
+    constexpr size_t kHead1 = 8;
+    constexpr size_t kHead2 = 16;
     const std::string_view text = peek_text(source, kHead2 + kHead1);
     found->magic = magic_of(text.substr(0, 4));
     found->start = source->place();
     if (found->magic == Magic::kNone || text.size() < kHead1) {
         return false;
     }
-    const auto octet = [&](std::size_t i) {
+    const auto octet = [&](size_t i) {
         return i < text.size() ? static_cast<unsigned char>(text[i]) : 0U;
     };
     // a head of zeros: the true one stands behind it
     const bool is_empty = octet(4) == 0 && octet(5) == 0 && octet(6) == 0 && octet(7) != 2;
-    const std::size_t from = is_empty ? 4 : 0;
+    const size_t from = is_empty ? 4 : 0;
     found->edition = static_cast<int>(octet(from + 7));
     found->length = octet(from + 4) << 16 | octet(from + 5) << 8 | octet(from + 6);
     found->discipline = 0;
@@ -214,7 +214,7 @@ bool take_head(ByteSource *source, Found *found)
     if (found->magic == Magic::kGrib && found->edition == 2 && text.size() >= kHead2) {
         found->discipline = octet(6);
         found->length = 0;
-        for (std::size_t i = 8; i < kHead2; ++i) {
+        for (size_t i = 8; i < kHead2; ++i) {
             found->length = found->length << 8 | octet(i);
         }
         source->skip(kHead2);
@@ -231,7 +231,7 @@ bool take_head(ByteSource *source, Found *found)
 
 bool find_product(ByteSource *source, Envelope last, Found *found)
 {
-    constexpr std::size_t kMagic = 4;
+    constexpr size_t kMagic = 4;
     *found = Found{};
     found->heading = kBareHeading;
     take_envelope(source, last, found);
@@ -241,7 +241,7 @@ bool find_product(ByteSource *source, Envelope last, Found *found)
             return false;
         }
         const std::string_view text(reinterpret_cast<const char *>(bytes.data()), bytes.size());
-        std::size_t at = 0;
+        size_t at = 0;
         while (at + kMagic <= text.size() && magic_of(text.substr(at, kMagic)) == Magic::kNone) {
             at = std::min(text.find_first_of("GB", at + 1), text.size());
         }

@@ -49,14 +49,14 @@ const char *type_name(unsigned type)
 /// Points of each row, behind the vertical coordinates. The list may have rows of no points.
 bool read_row_lengths(Section s, Layout *layout, const Origin &origin)
 {
-    const std::size_t start = s.u8(5) + 4U * s.u8(4);
-    const auto rows = static_cast<std::size_t>(layout->ny);
+    const size_t start = s.u8(5) + 4U * s.u8(4);
+    const auto rows = static_cast<size_t>(layout->ny);
     if (rows < 1 || s.u8(5) == 0 || s.u8(5) == 255 || start + 2U * rows - 1U > s.size()) {
         return origin.refuse("a thinned grid without the lengths of its %d rows", layout->ny);
     }
     layout->shape = RowShape::kThinned;
     layout->row_lengths.clear();
-    for (std::size_t j = 0; j < rows; ++j) {
+    for (size_t j = 0; j < rows; ++j) {
         layout->row_lengths.push_back(static_cast<int>(s.u16(start + 2U * j)));
     }
     layout->nx = *std::max_element(layout->row_lengths.begin(), layout->row_lengths.end());
@@ -70,7 +70,7 @@ bool read_layout(Section s, Product *product)
     layout.set_scanning(s.u8(28) & 0xE0U);
     layout.nx = static_cast<int>(s.u16(7));
     layout.ny = static_cast<int>(s.u16(9));
-    const std::size_t lengths = s.u8(5) + 4U * s.u8(4);
+    const size_t lengths = s.u8(5) + 4U * s.u8(4);
     const bool has_lengths = s.u8(5) != 0 && s.u8(5) != 255 && layout.ny > 0 &&
                              lengths + 2U * static_cast<unsigned>(layout.ny) - 1U <= s.size();
     const bool is_flat = s.u8(6) == kLatLon1;
@@ -135,7 +135,7 @@ bool is_pole_grid(int number)
 
 bool read_grid1(Section s, Product *product, GridRec *grid)
 {
-    constexpr std::size_t kShortest = 28;
+    constexpr size_t kShortest = 28;
     const unsigned type = s.u8(6);
     if (s.size() < kShortest) {
         return product->origin.refuse("a grid description of %zu octets", s.size());

@@ -87,21 +87,21 @@ void read_earth(Section s, GridShape *shape)
     }
 }
 
-bool read_row_lengths(Section s, std::size_t first, Product *product)
+bool read_row_lengths(Section s, size_t first, Product *product)
 {
     Layout &layout = product->layout;
-    const std::size_t width = s.u8(11);
-    const auto rows = static_cast<std::size_t>(layout.ny);
+    const size_t width = s.u8(11);
+    const auto rows = static_cast<size_t>(layout.ny);
     if (width < 1 || width > 4 || first + rows * width > s.size() + 1U) {
         return product->origin.refuse("a thinned grid without the lengths of its %d rows",
                                       layout.ny);
     }
     layout.shape = RowShape::kThinned;
     layout.row_lengths.clear();
-    for (std::size_t j = 0; j < rows; ++j) {
-        const std::size_t octet = first + j * width;
+    for (size_t j = 0; j < rows; ++j) {
+        const size_t octet = first + j * width;
         std::uint32_t n = 0;
-        for (std::size_t k = 0; k < width; ++k) {
+        for (size_t k = 0; k < width; ++k) {
             n = n << 8 | s.u8(octet + k);
         }
         if (n > kMostSide) {
@@ -113,7 +113,7 @@ bool read_row_lengths(Section s, std::size_t first, Product *product)
     return layout.nx > 0 || product->origin.refuse("a thinned grid whose rows are empty");
 }
 
-bool read_layout(Section s, std::size_t scanning_octet, Product *product)
+bool read_layout(Section s, size_t scanning_octet, Product *product)
 {
     Layout &layout = product->layout;
     layout = Layout{};
@@ -186,7 +186,7 @@ GridShape read_plane(Section s, unsigned number)
     return shape;
 }
 
-std::size_t scanning_octet(unsigned number)
+size_t scanning_octet(unsigned number)
 {
     switch (number) {
     case kLatLon:
@@ -211,7 +211,7 @@ bool read_grid2(Section s, Product *product, GridRec *grid)
         return product->origin.refuse("grid template %u (%s) isn't known", number,
                                       template_name(number));
     }
-    const std::size_t scanning = scanning_octet(number);
+    const size_t scanning = scanning_octet(number);
     if (s.size() < scanning || (number == kLambert && s.size() < 73)) {
         return product->origin.refuse("a grid definition of %zu octets", s.size());
     }

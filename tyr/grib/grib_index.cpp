@@ -34,7 +34,7 @@ class Cursor {
         skip_blanks();
         const char *end = text_.data() + text_.size();
         const auto [stop, error] = std::from_chars(text_.data(), end, *value);
-        text_.remove_prefix(static_cast<std::size_t>(stop - text_.data()));
+        text_.remove_prefix(static_cast<size_t>(stop - text_.data()));
         return error == std::errc();
     }
     std::string_view rest() const { return text_; }
@@ -103,8 +103,8 @@ std::optional<IndexLine> parse_index_line(std::string_view text)
         return std::nullopt;
     }
     const std::string_view rest = in.rest();
-    const std::size_t word = rest.find(kWord);
-    const std::size_t slash = rest.find('/');
+    const size_t word = rest.find(kWord);
+    const size_t slash = rest.find('/');
     if (word != std::string_view::npos) {
         line.is_described = true;
         read_pairs(Cursor(rest.substr(word + kWord.size())), &line);

@@ -12,13 +12,13 @@ namespace {
 
 struct Memory {
     Octets data;
-    std::size_t at = 0;
+    size_t at = 0;
 };
 
 OPJ_SIZE_T read_memory(void *out, OPJ_SIZE_T count, void *user)
 {
     auto *memory = static_cast<Memory *>(user);
-    const std::size_t left = memory->data.size() - memory->at;
+    const size_t left = memory->data.size() - memory->at;
     if (left == 0) {
         return static_cast<OPJ_SIZE_T>(-1);
     }
@@ -33,17 +33,17 @@ OPJ_OFF_T skip_memory(OPJ_OFF_T count, void *user)
     auto *memory = static_cast<Memory *>(user);
     const auto left = static_cast<OPJ_OFF_T>(memory->data.size() - memory->at);
     count = std::clamp(count, -static_cast<OPJ_OFF_T>(memory->at), left);
-    memory->at += static_cast<std::size_t>(count);
+    memory->at += static_cast<size_t>(count);
     return count;
 }
 
 OPJ_BOOL seek_memory(OPJ_OFF_T to, void *user)
 {
     auto *memory = static_cast<Memory *>(user);
-    if (to < 0 || static_cast<std::size_t>(to) > memory->data.size()) {
+    if (to < 0 || static_cast<size_t>(to) > memory->data.size()) {
         return OPJ_FALSE;
     }
-    memory->at = static_cast<std::size_t>(to);
+    memory->at = static_cast<size_t>(to);
     return OPJ_TRUE;
 }
 
@@ -62,7 +62,7 @@ using ImagePtr = std::unique_ptr<opj_image_t, ImageFreer>;
 
 StreamPtr open_memory(Memory *memory)
 {
-    StreamPtr stream(opj_stream_create(std::max<std::size_t>(memory->data.size(), 1), OPJ_TRUE));
+    StreamPtr stream(opj_stream_create(std::max<size_t>(memory->data.size(), 1), OPJ_TRUE));
     if (stream != nullptr) {
         opj_stream_set_read_function(stream.get(), read_memory);
         opj_stream_set_skip_function(stream.get(), skip_memory);
@@ -75,7 +75,7 @@ StreamPtr open_memory(Memory *memory)
 
 /// Decodes the code stream, if its image has no more than `most` points: its header is looked at
 /// before any point is allocated.
-ImagePtr decode(Octets data, std::size_t most)
+ImagePtr decode(Octets data, size_t most)
 {
     Memory memory = {data};
     const StreamPtr stream = open_memory(&memory);
@@ -100,7 +100,7 @@ ImagePtr decode(Octets data, std::size_t most)
 
 } // namespace
 
-std::size_t unpack_jpeg2000(const PackingRec &packing, Octets data, float *out, std::size_t count)
+size_t unpack_jpeg2000(const PackingRec &packing, Octets data, float *out, size_t count)
 {
     if (packing.bits == 0) {
         return unpack_simple(packing, data, out, count);
@@ -111,10 +111,10 @@ std::size_t unpack_jpeg2000(const PackingRec &packing, Octets data, float *out, 
         return 0;
     }
     const opj_image_comp_t &points = image->comps[0];
-    const std::size_t n = std::min(std::size_t{points.w} * points.h, count);
+    const size_t n = std::min(size_t{points.w} * points.h, count);
     const double factor = packing.binary_scale * packing.decimal_scale;
     const double base = packing.reference * packing.decimal_scale;
-    for (std::size_t i = 0; i < n; ++i) {
+    for (size_t i = 0; i < n; ++i) {
         out[i] = static_cast<float>(points.data[i] * factor + base);
     }
     return n;

@@ -17,19 +17,19 @@ constexpr unsigned kFromSouth = 0x40;
 constexpr unsigned kByColumns = 0x20;
 constexpr unsigned kAlternating = 0x10;
 
-bool is_present(const std::vector<std::uint8_t> &map, std::size_t point)
+bool is_present(const std::vector<std::uint8_t> &map, size_t point)
 {
     return (map[point / 8U] >> (7U - point % 8U) & 1U) != 0;
 }
 
 /// Points that the map shows among the first `points`.
-std::size_t count_present(const std::vector<std::uint8_t> &map, std::size_t points)
+size_t count_present(const std::vector<std::uint8_t> &map, size_t points)
 {
-    std::size_t present = 0;
-    for (std::size_t i = 0; i < points / 8U; ++i) {
+    size_t present = 0;
+    for (size_t i = 0; i < points / 8U; ++i) {
         present += static_cast<unsigned>(std::popcount(map[i]));
     }
-    for (std::size_t point = points / 8U * 8U; point < points; ++point) {
+    for (size_t point = points / 8U * 8U; point < points; ++point) {
         present += is_present(map, point) ? 1U : 0U;
     }
     return present;
@@ -37,14 +37,13 @@ std::size_t count_present(const std::vector<std::uint8_t> &map, std::size_t poin
 
 /// Moves values at the start of an array of `points` to the places that the map shows, in place,
 /// the last one first. Where fewer than the map shows were made the last ones are Missing.
-void spread_by_map(const std::vector<std::uint8_t> &map, float *values, std::size_t count,
-                   std::size_t points)
+void spread_by_map(const std::vector<std::uint8_t> &map, float *values, size_t count, size_t points)
 {
-    std::size_t from = count_present(map, points);
+    size_t from = count_present(map, points);
     if (count < from) {
         std::fill(values + count, values + from, kMissing);
     }
-    for (std::size_t point = points; point-- > 0;) {
+    for (size_t point = points; point-- > 0;) {
         const bool present = is_present(map, point);
         from -= present ? 1U : 0U;
         values[point] = present ? values[from] : kMissing;
@@ -95,9 +94,9 @@ void place_rows(const Layout &layout, const std::vector<float> &stored, float *v
 {
     const float *row = stored.data();
     for (int j = 0; j < layout.ny; ++j) {
-        const int n = layout.row_lengths[static_cast<std::size_t>(j)];
-        float *out = values + static_cast<std::size_t>(row_place(layout, j)) *
-                                  static_cast<std::size_t>(layout.nx);
+        const int n = layout.row_lengths[static_cast<size_t>(j)];
+        float *out =
+            values + static_cast<size_t>(row_place(layout, j)) * static_cast<size_t>(layout.nx);
         if (n < 1) {
             std::fill_n(out, layout.nx, kMissing);
         } else if (layout.shape == RowShape::kThinned) {
@@ -112,11 +111,11 @@ void place_rows(const Layout &layout, const std::vector<float> &stored, float *v
 /// Columns of the file to rows of the grid: the file's row is the grid's column.
 void turn(const Layout &layout, float *values)
 {
-    const auto nx = static_cast<std::size_t>(layout.nx);
-    const auto ny = static_cast<std::size_t>(layout.ny);
+    const auto nx = static_cast<size_t>(layout.nx);
+    const auto ny = static_cast<size_t>(layout.ny);
     const std::vector<float> columns(values, values + nx * ny);
-    for (std::size_t i = 0; i < nx; ++i) {
-        for (std::size_t j = 0; j < ny; ++j) {
+    for (size_t i = 0; i < nx; ++i) {
+        for (size_t j = 0; j < ny; ++j) {
             values[j * nx + i] = columns[i * ny + j];
         }
     }
@@ -124,20 +123,20 @@ void turn(const Layout &layout, float *values)
 
 void put_right(const Layout &layout, float *values)
 {
-    const auto nx = static_cast<std::size_t>(layout.nx);
-    const auto ny = static_cast<std::size_t>(layout.ny);
-    const std::size_t run = layout.by_columns ? ny : nx;
-    const std::size_t runs = layout.by_columns ? nx : ny;
-    for (std::size_t j = 1; layout.alternates && j < runs; j += 2) {
+    const auto nx = static_cast<size_t>(layout.nx);
+    const auto ny = static_cast<size_t>(layout.ny);
+    const size_t run = layout.by_columns ? ny : nx;
+    const size_t runs = layout.by_columns ? nx : ny;
+    for (size_t j = 1; layout.alternates && j < runs; j += 2) {
         std::reverse(values + j * run, values + (j + 1) * run);
     }
     if (layout.by_columns) {
         turn(layout, values);
     }
-    for (std::size_t j = 0; layout.from_east && j < ny; ++j) {
+    for (size_t j = 0; layout.from_east && j < ny; ++j) {
         std::reverse(values + j * nx, values + (j + 1) * nx);
     }
-    for (std::size_t j = 0; layout.from_south && j < ny / 2; ++j) {
+    for (size_t j = 0; layout.from_south && j < ny / 2; ++j) {
         std::swap_ranges(values + j * nx, values + (j + 1) * nx, values + (ny - 1 - j) * nx);
     }
 }
@@ -158,13 +157,13 @@ bool Origin::refuse(const char *format, ...) const
     return false;
 }
 
-std::size_t Layout::stored_points() const
+size_t Layout::stored_points() const
 {
     if (shape == RowShape::kEven) {
         return grid_points();
     }
-    return std::accumulate(row_lengths.begin(), row_lengths.end(), std::size_t{0},
-                           [](std::size_t sum, int n) { return sum + static_cast<unsigned>(n); });
+    return std::accumulate(row_lengths.begin(), row_lengths.end(), size_t{0},
+                           [](size_t sum, int n) { return sum + static_cast<unsigned>(n); });
 }
 
 void Layout::set_scanning(unsigned flags)
@@ -175,7 +174,7 @@ void Layout::set_scanning(unsigned flags)
     alternates = (flags & kAlternating) != 0;
 }
 
-bool alloc_values(const Product &product, std::size_t data_bytes, GridRec *grid)
+bool alloc_values(const Product &product, size_t data_bytes, GridRec *grid)
 {
     grid->values = nullptr;
     const auto points = static_cast<std::int64_t>(product.layout.grid_points());
@@ -192,11 +191,10 @@ bool alloc_values(const Product &product, std::size_t data_bytes, GridRec *grid)
     return GRD_alloc(grid) == 1;
 }
 
-bool place_values(const Product &product, std::vector<float> *stored, std::size_t count,
-                  GridRec *grid)
+bool place_values(const Product &product, std::vector<float> *stored, size_t count, GridRec *grid)
 {
     const Layout &layout = product.layout;
-    const std::size_t points = layout.stored_points();
+    const size_t points = layout.stored_points();
     float *values = layout.shape == RowShape::kEven ? grid->values : stored->data();
     if (product.has_map) {
         if (product.bitmap.size() < (points + 7U) / 8U) {
@@ -210,8 +208,8 @@ bool place_values(const Product &product, std::vector<float> *stored, std::size_
         put_right(layout, grid->values);
     } else {
         place_rows(layout, *stored, grid->values);
-        for (std::size_t j = 0; layout.from_east && j < static_cast<std::size_t>(layout.ny); ++j) {
-            float *row = grid->values + j * static_cast<std::size_t>(layout.nx);
+        for (size_t j = 0; layout.from_east && j < static_cast<size_t>(layout.ny); ++j) {
+            float *row = grid->values + j * static_cast<size_t>(layout.nx);
             std::reverse(row, row + layout.nx);
         }
     }

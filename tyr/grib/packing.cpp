@@ -29,9 +29,9 @@ class Scale {
 
 /// Numbers of whole octets, the common widths: a plain loop that the compiler can widen.
 template <unsigned kOctets>
-void unpack_octets(const std::uint8_t *in, Scale scale, float *out, std::size_t count)
+void unpack_octets(const std::uint8_t *in, Scale scale, float *out, size_t count)
 {
-    for (std::size_t i = 0; i < count; ++i) {
+    for (size_t i = 0; i < count; ++i) {
         std::uint32_t x = 0;
         for (unsigned k = 0; k < kOctets; ++k) {
             x = x << 8 | in[i * kOctets + k];
@@ -40,11 +40,11 @@ void unpack_octets(const std::uint8_t *in, Scale scale, float *out, std::size_t 
     }
 }
 
-void unpack_bits(Octets data, unsigned width, Scale scale, float *out, std::size_t count)
+void unpack_bits(Octets data, unsigned width, Scale scale, float *out, size_t count)
 {
     const BitCursor bits(data);
-    std::size_t at = 0;
-    for (std::size_t i = 0; i < count; ++i) {
+    size_t at = 0;
+    for (size_t i = 0; i < count; ++i) {
         out[i] = scale(bits.peek(at, width));
         at += width;
     }
@@ -64,7 +64,7 @@ class StepGuard {
     {
         if (count_ > 0) {
             const bool is_step = std::llabs(value - last_) > guard_.bad_limit;
-            window_[static_cast<std::size_t>(count_ % kWindow)] = is_step ? 1 : 0;
+            window_[static_cast<size_t>(count_ % kWindow)] = is_step ? 1 : 0;
             int sum = 0;
             for (const int step : window_) {
                 sum += step;
@@ -90,7 +90,7 @@ class StepGuard {
 
 } // namespace
 
-std::size_t unpack_simple(const PackingRec &packing, Octets data, float *out, std::size_t count)
+size_t unpack_simple(const PackingRec &packing, Octets data, float *out, size_t count)
 {
     const Scale scale(packing);
     if (packing.bits == 0) {
@@ -118,8 +118,8 @@ std::size_t unpack_simple(const PackingRec &packing, Octets data, float *out, st
     return count;
 }
 
-std::size_t unpack_guarded(const Product &product, Octets data, const std::vector<int> &row_counts,
-                           float *out, std::size_t count)
+size_t unpack_guarded(const Product &product, Octets data, const std::vector<int> &row_counts,
+                      float *out, size_t count)
 {
     const PackingRec &packing = product.packing;
     if (packing.bits == 0 || packing.bits > kMostBits) {
@@ -129,7 +129,7 @@ std::size_t unpack_guarded(const Product &product, Octets data, const std::vecto
     const Scale scale(packing);
     BitCursor bits(data);
     StepGuard guard(product.guard);
-    std::size_t done = 0;
+    size_t done = 0;
     for (const int row : row_counts) {
         guard.start_row();
         for (int i = 0; i < row && done < count; ++i) {
@@ -140,7 +140,7 @@ std::size_t unpack_guarded(const Product &product, Octets data, const std::vecto
     return done;
 }
 
-std::size_t unpack_run_length(const PackingRec &packing, Octets data, float *out, std::size_t count)
+size_t unpack_run_length(const PackingRec &packing, Octets data, float *out, size_t count)
 {
     const unsigned width = packing.bits;
     if (width == 0 || width > 16 || packing.max_level >= 1U << width) {
@@ -148,7 +148,7 @@ std::size_t unpack_run_length(const PackingRec &packing, Octets data, float *out
     }
     const std::uint64_t range = (std::uint64_t{1} << width) - 1U - packing.max_level;
     BitCursor bits(data);
-    std::size_t done = 0;
+    size_t done = 0;
     while (done < count && bits.left() >= width) {
         const std::uint32_t level = bits.take(width);
         if (level > packing.max_level) {
@@ -162,7 +162,7 @@ std::size_t unpack_run_length(const PackingRec &packing, Octets data, float *out
             factor = std::min<std::uint64_t>(factor * range, std::uint64_t{1} << 32);
         }
         const bool is_known = level >= 1 && level <= packing.levels.size();
-        const std::size_t length = std::min<std::uint64_t>(run, count - done);
+        const size_t length = std::min<std::uint64_t>(run, count - done);
         std::fill_n(out + done, length, is_known ? packing.levels[level - 1] : kMissing);
         done += length;
     }

@@ -47,12 +47,9 @@ struct Layout {
     RowShape shape = RowShape::kEven;
     std::vector<int> row_lengths; ///< in the order of the file
 
-    std::size_t grid_points() const
-    {
-        return static_cast<std::size_t>(nx) * static_cast<std::size_t>(ny);
-    }
+    size_t grid_points() const { return static_cast<size_t>(nx) * static_cast<size_t>(ny); }
     /// Points that the file holds, present or not.
-    std::size_t stored_points() const;
+    size_t stored_points() const;
     /// Scanning octet: 128 from the east, 64 from the south, 32 by columns, 16 alternating.
     void set_scanning(unsigned flags);
 };
@@ -117,12 +114,11 @@ struct Product {
 };
 
 /// Room for a field of `grid`'s size: allocates grid->values, after a look at the data's size.
-bool alloc_values(const Product &product, std::size_t data_bytes, GridRec *grid);
+bool alloc_values(const Product &product, size_t data_bytes, GridRec *grid);
 
 /// Brings values that stand one behind the other at the start of grid->values, `count` of them, in
 /// the order of the file and without those that the bit map lacks, to their places in the grid.
 /// `stored` holds them instead where rows are unequal.
-bool place_values(const Product &product, std::vector<float> *stored, std::size_t count,
-                  GridRec *grid);
+bool place_values(const Product &product, std::vector<float> *stored, size_t count, GridRec *grid);
 
 } // namespace tyr

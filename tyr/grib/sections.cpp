@@ -20,7 +20,7 @@ Read read_of(bool is_good)
 }
 
 /// Appends a section's bytes to an empty buffer, with room behind them for the bit reader.
-bool load(ByteSource *source, std::size_t length, std::vector<std::uint8_t> *out)
+bool load(ByteSource *source, size_t length, std::vector<std::uint8_t> *out)
 {
     out->clear();
     const bool is_whole = source->append(length, out);
@@ -32,13 +32,13 @@ bool load(ByteSource *source, std::size_t length, std::vector<std::uint8_t> *out
 
 Read GribStream::Impl::load_section1()
 {
-    constexpr std::size_t kLength = 3;
+    constexpr size_t kLength = 3;
     const auto head = source.peek(kLength);
     if (head.size() < kLength) {
         load(&source, 0, &product.section_);
         return Read::kEnd;
     }
-    const std::size_t length = static_cast<std::size_t>(head[0]) << 16 | head[1] << 8 | head[2];
+    const size_t length = static_cast<size_t>(head[0]) << 16 | head[1] << 8 | head[2];
     if (!load(&source, length, &product.section_)) {
         product.origin.refuse("the file ends within it");
         return Read::kEnd;
@@ -96,7 +96,7 @@ int GribStream::Impl::read_message1(GridRec *grid, int mode)
 
 int GribStream::Impl::next_section()
 {
-    constexpr std::size_t kHead = 5;
+    constexpr size_t kHead = 5;
     const auto head = source.peek(kHead);
     if (head.size() >= 2 && head[0] == '7' && head[1] == '7') {
         section_number = -1;

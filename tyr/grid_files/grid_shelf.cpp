@@ -132,7 +132,7 @@ bool GridShelf::find(const VarRec &wanted, GridRec *out)
     if (wanted.var_number == kMissingInt) {
         return false;
     }
-    const bool may_vary = wanted.time_class == kDefaultTime;
+    const bool may_vary = may_vary_ && wanted.time_class == kDefaultTime;
     for (const bool is_any_time : {false, true}) {
         for (const bool is_old : {false, true}) {
             if (is_any_time && !may_vary) {

@@ -43,9 +43,12 @@ class GridShelf {
 
     /// Looks for the grid of a variable record, as tyr::GridFinder does: first by the numbers of
     /// variable, level and time as they stand, then with those of the old grid code. A level that
-    /// the record hasn't got, and a time that it took from the defaults, fit any where none fits
-    /// exactly.
+    /// the record hasn't got fits any.
     bool find(const VarRec &wanted, GridRec *out);
+
+    /// Lets a time that a record took from the defaults (its class is 1) fit any where none fits
+    /// exactly: for a caller whose default nobody asked for.
+    void let_default_time_vary() { may_vary_ = true; }
 
     /// What is searched, for a message: the path, or the first one and the number of the others.
     std::string where() const;
@@ -62,6 +65,7 @@ class GridShelf {
 
     std::vector<File> files_;
     std::vector<ShelfGrid> grids_;
+    bool may_vary_ = false;
 };
 
 } // namespace tyr

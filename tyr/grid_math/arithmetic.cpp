@@ -51,7 +51,7 @@ struct Totals {
 template <class Step, class Finish>
 bool fold(const MathCall &c, float start, Step step, Finish finish)
 {
-    const auto work = [&](const tyr::Lanes<1> &, std::size_t at, std::size_t count) {
+    const auto work = [&](const tyr::Lanes<1> &, size_t at, size_t count) {
         Totals totals;
         totals.total.fill(start);
         totals.seen.fill(0);
@@ -61,14 +61,14 @@ bool fold(const MathCall &c, float start, Step step, Finish finish)
             if (next.values == nullptr)
                 constant.fill(next.constant);
             const float *lane = next.values == nullptr ? constant.data() : next.values + at;
-            for (std::size_t i = 0; i < count; ++i) {
+            for (size_t i = 0; i < count; ++i) {
                 const float both = step(totals.total[i], lane[i]);
                 totals.total[i] = lane[i] == kMissing ? totals.total[i] : both;
                 totals.seen[i] += lane[i] == kMissing ? 0 : 1;
             }
         }
         float *out = c.out->values + at;
-        for (std::size_t i = 0; i < count; ++i)
+        for (size_t i = 0; i < count; ++i)
             out[i] = tyr::checked(finish(totals.total[i], totals.seen[i]), false);
     };
     tyr::over_points(*c.out, Operands<1>{c.operand(0)}, tyr::kCheapPoints, work);

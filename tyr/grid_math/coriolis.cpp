@@ -78,25 +78,25 @@ int GRD_coriolis(GridRec *grid, const char *mode_word)
 {
     const std::optional<Mode> mode = find_mode(mode_word);
     const DomainRec &domain = grid->domain;
-    const std::size_t count = tyr::point_count(domain);
+    const size_t count = tyr::point_count(domain);
     if (grid->values == nullptr || count == 0)
         return -1;
     if (!mode)
         return 0;
-    const auto nx = static_cast<std::size_t>(domain.nx);
+    const auto nx = static_cast<size_t>(domain.nx);
     const tyr::DomainScope scope(domain);
     const tyr::Corner corner = tyr::north_west(domain);
     const bool is_latlon = domain.proj == kProjLatLon;
-    const std::size_t at_least = is_latlon ? tyr::kCheapPoints : tyr::kCostlyPoints;
+    const size_t at_least = is_latlon ? tyr::kCheapPoints : tyr::kCostlyPoints;
     tyr::over_rows(domain.ny, count, at_least, [&](int first, int last) {
         std::vector<float> lat(nx, kMissing);
         std::vector<float> lon(nx);
         for (int row = first; row < last; ++row) {
-            float *line = grid->values + static_cast<std::size_t>(row) * nx;
+            float *line = grid->values + static_cast<size_t>(row) * nx;
             const float row_parameter = parameter(tyr::row_latitude(domain, row));
             if (!is_latlon)
                 tyr::row_places(domain, corner, row, lat.data(), lon.data());
-            for (std::size_t i = 0; i < nx; ++i) {
+            for (size_t i = 0; i < nx; ++i) {
                 if (is_latlon)
                     combine_point(&line[i], row_parameter, *mode);
                 else if (is_missing(lat[i]))

@@ -75,9 +75,9 @@ struct Fields {
     const float *a;
     const float *b;
 
-    Rows rows(std::size_t nx, std::size_t ny, std::size_t row) const
+    Rows rows(size_t nx, size_t ny, size_t row) const
     {
-        const std::size_t at = row * nx;
+        const size_t at = row * nx;
         return {x + at, y + at, y + (row > 0 ? at - nx : at), y + (row + 1 < ny ? at + nx : at),
                 a + at, b + at};
     }
@@ -139,12 +139,12 @@ TYR_WIDE void advection_row(const Rows &r, int nx, const Steps &s, float *out)
 /// Missing.
 template <class RowWork> void over_grid(const DomainRec &domain, float *out, RowWork row_work)
 {
-    const auto nx = static_cast<std::size_t>(domain.nx);
+    const auto nx = static_cast<size_t>(domain.nx);
     tyr::over_rows(domain.ny, tyr::point_count(domain), tyr::kCheapPoints,
                    [&](int first, int last) {
                        for (int row = first; row < last; ++row) {
                            const Spacing spacing = row_spacing(domain, row);
-                           float *line = out + static_cast<std::size_t>(row) * nx;
+                           float *line = out + static_cast<size_t>(row) * nx;
                            if (spacing.is_valid())
                                row_work(row, spacing, line);
                            else
@@ -161,9 +161,8 @@ void differences(const DomainRec &domain, const Fields &fields, float *out, RowW
         const bool is_edge = row == 0 || row == domain.ny - 1;
         const Steps steps{spacing.x, spacing.x / 2.0F, spacing.y,
                           is_edge ? spacing.y : spacing.y / 2.0F};
-        const Rows rows =
-            fields.rows(static_cast<std::size_t>(domain.nx), static_cast<std::size_t>(domain.ny),
-                        static_cast<std::size_t>(row));
+        const Rows rows = fields.rows(static_cast<size_t>(domain.nx),
+                                      static_cast<size_t>(domain.ny), static_cast<size_t>(row));
         row_work(rows, domain.nx, steps, line);
     });
 }
@@ -239,11 +238,11 @@ TYR_WIDE void laplacian_row(const FiveRows &r, int nx, Spacing spacing, float *o
 
 void laplacian(const DomainRec &domain, const float *in, float *out)
 {
-    const auto nx = static_cast<std::size_t>(domain.nx);
+    const auto nx = static_cast<size_t>(domain.nx);
     const std::vector<float> nothing(nx, kMissing);
     over_grid(domain, out, [&](int row, Spacing spacing, float *line) {
         const auto at = [&](int r) {
-            return r >= 0 && r < domain.ny ? in + static_cast<std::size_t>(r) * nx : nothing.data();
+            return r >= 0 && r < domain.ny ? in + static_cast<size_t>(r) * nx : nothing.data();
         };
         const FiveRows rows{at(row - 2), at(row - 1), at(row), at(row + 1), at(row + 2)};
         laplacian_row(rows, domain.nx, spacing, line);
@@ -280,7 +279,7 @@ int into_output(const char *routine, std::initializer_list<const GridRec *> inpu
     }
     if (out->values != nullptr && !is_valid(routine, first, out))
         return -1;
-    const std::size_t room = tyr::point_count(first->domain) * sizeof(float);
+    const size_t room = tyr::point_count(first->domain) * sizeof(float);
     float *values = out->values;
     if (values == nullptr || is_shared)
         values = static_cast<float *>(std::malloc(room));
@@ -317,9 +316,9 @@ int sum_of_differences(const char *routine, const GridRec *x, const GridRec *y, 
 int GRD_dx(const GridRec *in, GridRec *out)
 {
     return into_output("GRD_dx", {in}, out, [&](float *to) {
-        const auto nx = static_cast<std::size_t>(in->domain.nx);
+        const auto nx = static_cast<size_t>(in->domain.nx);
         over_grid(in->domain, to, [&](int row, Spacing spacing, float *line) {
-            dx_row(in->values + static_cast<std::size_t>(row) * nx, in->domain.nx, spacing.x, line);
+            dx_row(in->values + static_cast<size_t>(row) * nx, in->domain.nx, spacing.x, line);
         });
     });
 }
@@ -328,9 +327,9 @@ int GRD_dy(const GridRec *in, GridRec *out)
 {
     return into_output("GRD_dy", {in}, out, [&](float *to) {
         const DomainRec &d = in->domain;
-        const auto nx = static_cast<std::size_t>(d.nx);
+        const auto nx = static_cast<size_t>(d.nx);
         over_grid(d, to, [&](int row, Spacing spacing, float *line) {
-            const float *here = in->values + static_cast<std::size_t>(row) * nx;
+            const float *here = in->values + static_cast<size_t>(row) * nx;
             const bool is_edge = row == 0 || row == d.ny - 1;
             difference_line(here, row + 1 < d.ny ? here + nx : here, row > 0 ? here - nx : here,
                             spacing.y, is_edge ? spacing.y : spacing.y / 2.0F, line, d.nx);

@@ -40,40 +40,39 @@ inline float turned(float angle, float u, float v)
 
 } // namespace
 
-TYR_WIDE void atan2d_row(const float *y, const float *x, float *angle, std::size_t count)
+TYR_WIDE void atan2d_row(const float *y, const float *x, float *angle, size_t count)
 {
 #pragma GCC ivdep
-    for (std::size_t i = 0; i < count; ++i) {
+    for (size_t i = 0; i < count; ++i) {
         angle[i] = checked(quick_atan2d(y[i], x[i]), y[i], x[i]);
     }
 }
 
-void direction_row(const float *u, const float *v, float *direction, std::size_t count)
+void direction_row(const float *u, const float *v, float *direction, size_t count)
 {
-    constexpr std::size_t kBlock = 256;
+    constexpr size_t kBlock = 256;
     std::array<float, kBlock> angle;
-    for (std::size_t at = 0; at < count; at += kBlock) {
-        const std::size_t n = std::min(kBlock, count - at);
+    for (size_t at = 0; at < count; at += kBlock) {
+        const size_t n = std::min(kBlock, count - at);
         atan2d_row(u + at, v + at, angle.data(), n);
-        for (std::size_t i = 0; i < n; ++i) {
+        for (size_t i = 0; i < n; ++i) {
             direction[at + i] = turned(angle[i], u[at + i], v[at + i]);
         }
     }
 }
 
-TYR_WIDE void east_part_row(const float *direction, const float *speed, float *u, std::size_t count)
+TYR_WIDE void east_part_row(const float *direction, const float *speed, float *u, size_t count)
 {
 #pragma GCC ivdep
-    for (std::size_t i = 0; i < count; ++i) {
+    for (size_t i = 0; i < count; ++i) {
         u[i] = part(direction[i], speed[i], 0);
     }
 }
 
-TYR_WIDE void north_part_row(const float *direction, const float *speed, float *v,
-                             std::size_t count)
+TYR_WIDE void north_part_row(const float *direction, const float *speed, float *v, size_t count)
 {
 #pragma GCC ivdep
-    for (std::size_t i = 0; i < count; ++i) {
+    for (size_t i = 0; i < count; ++i) {
         v[i] = part(direction[i], speed[i], 1);
     }
 }

@@ -8,13 +8,13 @@
 namespace tyr {
 
 /// atan2(y, x) in degrees.
-void atan2d_row(const float *y, const float *x, float *angle, std::size_t count);
+void atan2d_row(const float *y, const float *x, float *angle, size_t count);
 
 /// The direction that a wind comes from, degrees from north, 0 up to 360; 0 for a calm.
-void direction_row(const float *u, const float *v, float *direction, std::size_t count);
+void direction_row(const float *u, const float *v, float *direction, size_t count);
 
 /// Components of a wind from its direction (degrees) and speed.
-void east_part_row(const float *direction, const float *speed, float *u, std::size_t count);
-void north_part_row(const float *direction, const float *speed, float *v, std::size_t count);
+void east_part_row(const float *direction, const float *speed, float *u, size_t count);
+void north_part_row(const float *direction, const float *speed, float *v, size_t count);
 
 } // namespace tyr

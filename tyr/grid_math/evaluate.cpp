@@ -27,7 +27,7 @@ namespace {
 
 using tyr::OwnGrid;
 
-constexpr std::size_t kEntries = tyr::kMaxOperands + 2; // results and operands
+constexpr size_t kEntries = tyr::kMaxOperands + 2; // results and operands
 
 /// What a part of an expression comes to: one grid, two, or a number.
 struct Value {
@@ -176,8 +176,8 @@ class Evaluator {
         std::array<GridRec *, kEntries> grids{};
         std::array<float, kEntries> constants{};
         constants.fill(kMissing);
-        const std::size_t results = is_vector ? 2 : 1;
-        std::size_t place = results;
+        const size_t results = is_vector ? 2 : 1;
+        size_t place = results;
         const GridRec *first = nullptr;
         for (const Value &operand : operands) {
             if (place + 2 > kEntries)
@@ -191,7 +191,7 @@ class Evaluator {
         }
         if (first == nullptr)
             return fail("a function of no grid");
-        for (std::size_t i = 0; i < results; ++i) {
+        for (size_t i = 0; i < results; ++i) {
             std::unique_ptr<OwnGrid> &own = i == 0 ? value->first : value->second;
             own = std::make_unique<OwnGrid>();
             grids[i] = &own->rec;

@@ -28,7 +28,7 @@ class Fields {
     {
         if (tyr::is_grid_operand(call_.grids[i]))
             return call_.grids[i];
-        GridRec &grid = own_[static_cast<std::size_t>(i)].rec;
+        GridRec &grid = own_[static_cast<size_t>(i)].rec;
         GRD_copy_layout(&grid, call_.out);
         if (GRD_alloc(&grid) == 0)
             return nullptr;
@@ -80,7 +80,7 @@ bool q_vector(const MathCall &c, const GridRec *z, const GridRec *t,
         return false;
     const auto factor = static_cast<float>(-kGasConstant / (c.out->level * 100.0));
     tyr::Operands<4> operands;
-    for (std::size_t k = 0; k < operands.size(); ++k)
+    for (size_t k = 0; k < operands.size(); ++k)
         operands[k].values = parts[k].rec.values;
     tyr::quick_points(*c.out, operands, [factor](float ax, float bx, float tx, float ty) {
         return (ax * tx + bx * ty) * factor;

@@ -23,7 +23,7 @@ using tyr::GridOp;
 using tyr::MathCall;
 
 constexpr unsigned kWarn = 0x00000040U;
-constexpr std::size_t kMaxVariableWord = 23;
+constexpr size_t kMaxVariableWord = 23;
 constexpr int kMaxShown = 80; // characters of a name in a message
 
 struct MathName {
@@ -34,7 +34,7 @@ struct MathName {
 MathName split_name(const char *name)
 {
     const std::string_view text(name);
-    const std::size_t dash = text.find('-');
+    const size_t dash = text.find('-');
     if (dash == std::string_view::npos)
         return {std::string(text), ""};
     std::string_view word = text.substr(dash + 1);
@@ -68,7 +68,7 @@ bool is_pressure_place(const MathCall &call, int i)
 void convert_operands(const MathCall &call, GridRec *const *operands)
 {
     for (int i = 0; i < call.count && i < tyr::kMaxConverted; ++i) {
-        const char *unit = call.function->convert[static_cast<std::size_t>(i)];
+        const char *unit = call.function->convert[static_cast<size_t>(i)];
         if (is_pressure_place(call, i))
             unit = "mb";
         if (unit == nullptr || !tyr::is_grid_operand(operands[i]))
@@ -119,7 +119,7 @@ class ApartResults {
     ApartResults(GridRec **grids, int results, int count) : grids_(grids), results_(results)
     {
         for (int i = 0; i < results; ++i) {
-            targets_[static_cast<std::size_t>(i)] = grids[i];
+            targets_[static_cast<size_t>(i)] = grids[i];
             for (int k = results; k < results + count; ++k)
                 if (grids[i] != nullptr && grids[k] != nullptr && grids[i]->values != nullptr &&
                     grids[k]->values == grids[i]->values)
@@ -129,7 +129,7 @@ class ApartResults {
     ~ApartResults()
     {
         for (int i = 0; i < results_; ++i)
-            grids_[i] = targets_[static_cast<std::size_t>(i)];
+            grids_[i] = targets_[static_cast<size_t>(i)];
     }
     ApartResults(const ApartResults &) = delete;
     ApartResults &operator=(const ApartResults &) = delete;
@@ -138,7 +138,7 @@ class ApartResults {
     void hand_over()
     {
         for (int i = 0; i < results_; ++i) {
-            GridRec *target = targets_[static_cast<std::size_t>(i)];
+            GridRec *target = targets_[static_cast<size_t>(i)];
             if (grids_[i] == target)
                 continue;
             float *values = target->values;
@@ -151,7 +151,7 @@ class ApartResults {
   private:
     void set_apart(int i)
     {
-        GridRec &own = own_[static_cast<std::size_t>(i)].rec;
+        GridRec &own = own_[static_cast<size_t>(i)].rec;
         own = *grids_[i];
         own.values = nullptr;
         grids_[i] = &own;

@@ -27,7 +27,7 @@ enum class FileOp { largest, smallest, sum, average };
 void add_file(FileOp op, const GridRec &grid, Running *running)
 {
     float *total = running->out->values;
-    for (std::size_t i = 0; i < running->seen.size(); ++i) {
+    for (size_t i = 0; i < running->seen.size(); ++i) {
         const float value = grid.values[i];
         if (value == kMissing)
             continue;
@@ -47,7 +47,7 @@ void add_file(FileOp op, const GridRec &grid, Running *running)
 void finish_files(FileOp op, Running *running)
 {
     float *total = running->out->values;
-    for (std::size_t i = 0; i < running->seen.size(); ++i) {
+    for (size_t i = 0; i < running->seen.size(); ++i) {
         if (op == FileOp::average)
             total[i] = running->seen[i] == running->files
                            ? total[i] / static_cast<float>(running->files)

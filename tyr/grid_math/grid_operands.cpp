@@ -77,7 +77,7 @@ int GRD_count_operands(GridRec *const *grids, const float *constants)
     return count;
 }
 
-float GRD_operand(int i, GridRec *const *grids, const float *constants, std::size_t point)
+float GRD_operand(int i, GridRec *const *grids, const float *constants, size_t point)
 {
     return tyr::is_grid_operand(grids[i]) ? grids[i]->values[point] : constants[i];
 }

@@ -13,7 +13,7 @@
 int GRD_count_operands(GridRec *const *grids, const float *constants);
 
 /// Operand i at a point: the grid's value, or the constant. The point must lie in the grid.
-float GRD_operand(int i, GridRec *const *grids, const float *constants, std::size_t point);
+float GRD_operand(int i, GridRec *const *grids, const float *constants, size_t point);
 
 /// The check that every operation runs first, and the result's layout, memory, variable, unit and
 /// label.

@@ -14,12 +14,12 @@ constexpr int kSlice = 4096;       // points that one step of a band takes
 using PointTurn = int (*)(float *, float *, float, float);
 
 /// Runs a projection routine over pairs in place, first and second.
-void turn_all(float *a, float *b, std::size_t count, PointTurn turn)
+void turn_all(float *a, float *b, size_t count, PointTurn turn)
 {
     const int slices = static_cast<int>((count + kSlice - 1) / kSlice);
     tyr::over_rows(slices, count, tyr::kCostlyPoints, [=](int first, int last) {
-        const std::size_t end = std::min(count, static_cast<std::size_t>(last) * kSlice);
-        for (std::size_t i = static_cast<std::size_t>(first) * kSlice; i < end; ++i) {
+        const size_t end = std::min(count, static_cast<size_t>(last) * kSlice);
+        for (size_t i = static_cast<size_t>(first) * kSlice; i < end; ++i) {
             float to_a = kMissing;
             float to_b = kMissing;
             if (is_missing(a[i]) || is_missing(b[i]) || turn(&to_a, &to_b, a[i], b[i]) == 0)
@@ -45,11 +45,11 @@ DomainScope::~DomainScope()
     DOM_set(&before_);
 }
 
-std::size_t point_count(const DomainRec &domain)
+size_t point_count(const DomainRec &domain)
 {
     if (domain.nx < 1 || domain.ny < 1)
         return 0;
-    return static_cast<std::size_t>(domain.nx) * static_cast<std::size_t>(domain.ny);
+    return static_cast<size_t>(domain.nx) * static_cast<size_t>(domain.ny);
 }
 
 Corner north_west(const DomainRec &domain)
@@ -67,12 +67,12 @@ double row_latitude(const DomainRec &domain, int row)
     return domain.clat - dy * (domain.ny - 1) / 2.0 + (domain.ny - 1 - row) * dy;
 }
 
-void to_earth(float *x, float *y, std::size_t count)
+void to_earth(float *x, float *y, size_t count)
 {
     turn_all(x, y, count, MAP_xy_to_ll);
 }
 
-void to_plot(float *lat, float *lon, std::size_t count)
+void to_plot(float *lat, float *lon, size_t count)
 {
     turn_all(lat, lon, count, MAP_ll_to_xy);
 }
@@ -91,7 +91,7 @@ void places_in(const DomainRec &from, int first, int last, const DomainRec &to, 
 {
     DOM_set(&from);
     const Corner corner = north_west(from);
-    std::size_t n = 0;
+    size_t n = 0;
     for (int row = first; row < last; ++row)
         for (int i = 0; i < from.nx; ++i, ++n) {
             x[n] = corner.x + static_cast<float>(i) * from.dx;
@@ -114,10 +114,9 @@ float bilinear(const float *values, int nx, int ny, float column, float row)
         return kMissing;
     const int i = std::min(static_cast<int>(column), nx - 1);
     const int j = std::min(static_cast<int>(row), ny - 1);
-    const std::size_t base =
-        static_cast<std::size_t>(j) * static_cast<std::size_t>(nx) + static_cast<std::size_t>(i);
-    const std::size_t east = i + 1 < nx ? 1 : 0;
-    const std::size_t south = j + 1 < ny ? static_cast<std::size_t>(nx) : 0;
+    const size_t base = static_cast<size_t>(j) * static_cast<size_t>(nx) + static_cast<size_t>(i);
+    const size_t east = i + 1 < nx ? 1 : 0;
+    const size_t south = j + 1 < ny ? static_cast<size_t>(nx) : 0;
     // beyond the last row or column the base point stands in for what isn't there
     const float a = values[base];
     const float b = east != 0 ? values[base + 1] : a;

@@ -25,7 +25,7 @@ class DomainScope {
 inline constexpr float kLargest = std::numeric_limits<float>::max();
 
 /// Number of points of a domain; 0 where a side is below 1.
-std::size_t point_count(const DomainRec &domain);
+size_t point_count(const DomainRec &domain);
 
 /// Plot position of the north-west point of the current domain, which `domain` is: half the sides
 /// away from the centre.
@@ -40,8 +40,8 @@ double row_latitude(const DomainRec &domain, int row);
 
 /// Turns plot positions of the current domain into latitudes (to x) and longitudes (to y), or the
 /// other way round; Missing stays, and a place that can't be shown becomes Missing.
-void to_earth(float *x, float *y, std::size_t count);
-void to_plot(float *lat, float *lon, std::size_t count);
+void to_earth(float *x, float *y, size_t count);
+void to_plot(float *lat, float *lon, size_t count);
 
 /// Latitude and longitude of the points of one row of the domain, which must be current; Missing
 /// off the earth.

@@ -59,7 +59,7 @@ template <class RowWork> bool with_dew_point_rows(const MathCall &c, RowWork row
     const bool is_given = c.is_variable(1, "dewp");
     const Operands<3> operands{c.operand(0), c.operand(1), pressure(c, 2)};
     tyr::over_points(*c.out, operands, tyr::kCostlyPoints,
-                     [&](const tyr::Lanes<3> &lanes, std::size_t at, std::size_t count) {
+                     [&](const tyr::Lanes<3> &lanes, size_t at, size_t count) {
                          std::array<float, tyr::kPointSlice> dew;
                          if (!is_given)
                              tyr::dew_from_rh_row(lanes[0], lanes[1], dew.data(), count);
@@ -72,7 +72,7 @@ template <class RowWork> bool with_dew_point_rows(const MathCall &c, RowWork row
 template <class F> bool with_dew_point(const MathCall &c, F formula)
 {
     return with_dew_point_rows(
-        c, [=](const float *t, const float *td, const float *p, float *out, std::size_t count) {
+        c, [=](const float *t, const float *td, const float *p, float *out, size_t count) {
             const tyr::Lanes<3> lanes{t, td, p};
             tyr::costly_slice(std::make_index_sequence<3>(), lanes, out, count, formula);
         });
@@ -122,8 +122,7 @@ template <class RowWork> bool moisture_rows(const MathCall &c, RowWork row)
         return false;
     const Operand humidity = is_given ? c.operand(0) : c.operand(1);
     tyr::over_points(*c.out, Operands<3>{c.operand(0), humidity, pressure(c, is_given ? 1 : 2)},
-                     tyr::kCostlyPoints,
-                     [&](const tyr::Lanes<3> &lanes, std::size_t at, std::size_t count) {
+                     tyr::kCostlyPoints, [&](const tyr::Lanes<3> &lanes, size_t at, size_t count) {
                          std::array<float, tyr::kPointSlice> dew;
                          if (!is_given)
                              tyr::dew_from_rh_row(lanes[0], lanes[1], dew.data(), count);
@@ -134,7 +133,7 @@ template <class RowWork> bool moisture_rows(const MathCall &c, RowWork row)
 
 template <class F> bool moisture(const MathCall &c, F formula)
 {
-    return moisture_rows(c, [=](const float *td, const float *p, float *out, std::size_t count) {
+    return moisture_rows(c, [=](const float *td, const float *p, float *out, size_t count) {
         tyr::costly_slice(std::make_index_sequence<2>(), tyr::Lanes<2>{td, p}, out, count, formula);
     });
 }
@@ -167,7 +166,7 @@ bool tyr::run_thermo(const MathCall &c)
     case GridOp::virtual_theta:
         return with_dew_point(c, MET_virtual_theta);
     case GridOp::vapor:
-        return moisture_rows(c, [](const float *td, const float *, float *out, std::size_t count) {
+        return moisture_rows(c, [](const float *td, const float *, float *out, size_t count) {
             sat_vapor_row(td, out, count);
         });
     case GridOp::standard_height:

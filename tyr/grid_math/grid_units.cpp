@@ -17,7 +17,7 @@ using namespace tyr;
 
 namespace {
 
-constexpr std::size_t kSlice = 4096; // points that one step of a band takes
+constexpr size_t kSlice = 4096; // points that one step of a band takes
 
 std::string level_text(const GridRec &grid)
 {
@@ -29,12 +29,12 @@ std::string level_text(const GridRec &grid)
 /// Gives each point that isn't Missing the value change(point).
 template <class Change> void change_points(GridRec *grid, Change change)
 {
-    const std::size_t count = grid->values == nullptr ? 0 : tyr::point_count(grid->domain);
+    const size_t count = grid->values == nullptr ? 0 : tyr::point_count(grid->domain);
     const int slices = static_cast<int>((count + kSlice - 1) / kSlice);
     float *values = grid->values;
     tyr::over_rows(slices, count, tyr::kCheapPoints, [=](int first, int last) {
-        const std::size_t end = std::min(count, static_cast<std::size_t>(last) * kSlice);
-        for (std::size_t i = static_cast<std::size_t>(first) * kSlice; i < end; ++i) {
+        const size_t end = std::min(count, static_cast<size_t>(last) * kSlice);
+        for (size_t i = static_cast<size_t>(first) * kSlice; i < end; ++i) {
             const float value = change(values[i]);
             const bool is_out = (values[i] == kMissing) | !(std::fabs(value) <= tyr::kLargest);
             values[i] = is_out ? kMissing : value;

@@ -75,7 +75,7 @@ bool tyr::run_places(const MathCall &call)
     STR_copy(out.units, sizeof out.units, text.units);
     STR_copy(out.info, sizeof out.info, text.label);
     const DomainScope scope(out.domain);
-    walk_points(out.domain, [&](std::size_t i, float x, float y) {
+    walk_points(out.domain, [&](size_t i, float x, float y) {
         values[i] = is_missing(in->values[i]) ? kMissing : place_value(op, x, y);
     });
     return true;

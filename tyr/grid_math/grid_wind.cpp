@@ -53,7 +53,7 @@ template <class F> bool walk2(const MathCall &c, F f)
     float *out = c.out->values;
     const tyr::Operand a = c.operand(0);
     const tyr::Operand b = c.operand(1);
-    tyr::walk_points(c.out->domain, [&](std::size_t i, float x, float y) {
+    tyr::walk_points(c.out->domain, [&](size_t i, float x, float y) {
         const float p = a.values == nullptr ? a.constant : a.values[i];
         const float q = b.values == nullptr ? b.constant : b.values[i];
         const bool is_out = is_missing(p) || is_missing(q);
@@ -65,7 +65,7 @@ template <class F> bool walk2(const MathCall &c, F f)
 /// f(a, b, c, d), of which only a and b are tested for Missing.
 template <class F> bool product(const MathCall &c, F f)
 {
-    constexpr std::size_t kTested = 2;
+    constexpr size_t kTested = 2;
     tyr::quick_points(*c.out, Operands<4>{c.operand(0), c.operand(1), c.operand(2), c.operand(3)},
                       f, kTested);
     return true;

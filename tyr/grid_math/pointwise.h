@@ -16,26 +16,26 @@
 
 namespace tyr {
 
-inline constexpr std::size_t kPointSlice = 2048; ///< points of one step
+inline constexpr size_t kPointSlice = 2048; ///< points of one step
 
-template <std::size_t N> using Operands = std::array<Operand, N>;
-template <std::size_t N> using Lanes = std::array<const float *, N>;
+template <size_t N> using Operands = std::array<Operand, N>;
+template <size_t N> using Lanes = std::array<const float *, N>;
 
 /// Calls work(lanes, first point, count) on slices of the grid, in bands.
-template <std::size_t N, class Work>
-void over_points(const GridRec &out, const Operands<N> &operands, std::size_t at_least, Work work)
+template <size_t N, class Work>
+void over_points(const GridRec &out, const Operands<N> &operands, size_t at_least, Work work)
 {
-    const std::size_t count = point_count(out.domain);
+    const size_t count = point_count(out.domain);
     std::array<std::vector<float>, N> constants;
-    for (std::size_t k = 0; k < N; ++k)
+    for (size_t k = 0; k < N; ++k)
         if (operands[k].values == nullptr)
             constants[k].assign(kPointSlice, operands[k].constant);
     const int slices = static_cast<int>((count + kPointSlice - 1) / kPointSlice);
     over_rows(slices, count, at_least, [&](int first, int last) {
         for (int slice = first; slice < last; ++slice) {
-            const std::size_t at = static_cast<std::size_t>(slice) * kPointSlice;
+            const size_t at = static_cast<size_t>(slice) * kPointSlice;
             Lanes<N> lanes{};
-            for (std::size_t k = 0; k < N; ++k)
+            for (size_t k = 0; k < N; ++k)
                 lanes[k] =
                     operands[k].values == nullptr ? constants[k].data() : operands[k].values + at;
             work(lanes, at, std::min(kPointSlice, count - at));
@@ -49,61 +49,58 @@ inline float checked(float value, bool is_out)
     return is_bad ? kMissing : value;
 }
 
-template <std::size_t... K, class F>
-void quick_slice(std::index_sequence<K...>, const Lanes<sizeof...(K)> &lanes, std::size_t tested,
-                 float *out, std::size_t count, F f)
+template <size_t... K, class F>
+void quick_slice(std::index_sequence<K...>, const Lanes<sizeof...(K)> &lanes, size_t tested,
+                 float *out, size_t count, F f)
 {
     if (tested == sizeof...(K)) {
 #pragma GCC ivdep
-        for (std::size_t i = 0; i < count; ++i)
+        for (size_t i = 0; i < count; ++i)
             out[i] = checked(f(lanes[K][i]...), ((lanes[K][i] == kMissing) | ...));
         return;
     }
 #pragma GCC ivdep
-    for (std::size_t i = 0; i < count; ++i)
+    for (size_t i = 0; i < count; ++i)
         out[i] = checked(f(lanes[K][i]...), (((K < tested) & (lanes[K][i] == kMissing)) | ...));
 }
 
 /// out = f(operands) at each point, for an f that is a few instructions. Missing where one of the
 /// first `tested` operands is, and where the result is no finite number. The result may be one of
 /// the operands.
-template <std::size_t N, class F>
-void quick_points(const GridRec &out, const Operands<N> &operands, F f, std::size_t tested = N)
+template <size_t N, class F>
+void quick_points(const GridRec &out, const Operands<N> &operands, F f, size_t tested = N)
 {
-    over_points(
-        out, operands, kCheapPoints, [&](const Lanes<N> &lanes, std::size_t at, std::size_t count) {
-            quick_slice(std::make_index_sequence<N>(), lanes, tested, out.values + at, count, f);
-        });
+    over_points(out, operands, kCheapPoints, [&](const Lanes<N> &lanes, size_t at, size_t count) {
+        quick_slice(std::make_index_sequence<N>(), lanes, tested, out.values + at, count, f);
+    });
 }
 
-template <std::size_t... K, class F>
+template <size_t... K, class F>
 void costly_slice(std::index_sequence<K...>, const Lanes<sizeof...(K)> &lanes, float *out,
-                  std::size_t count, F f)
+                  size_t count, F f)
 {
-    for (std::size_t i = 0; i < count; ++i) {
+    for (size_t i = 0; i < count; ++i) {
         const bool is_out = ((lanes[K][i] == kMissing) | ...);
         out[i] = is_out ? kMissing : checked(f(lanes[K][i]...), false);
     }
 }
 
 /// The same for an f that calls functions: it isn't called where an operand is Missing.
-template <std::size_t N, class F>
+template <size_t N, class F>
 void costly_points(const GridRec &out, const Operands<N> &operands, F f)
 {
-    over_points(out, operands, kCostlyPoints,
-                [&](const Lanes<N> &lanes, std::size_t at, std::size_t count) {
-                    costly_slice(std::make_index_sequence<N>(), lanes, out.values + at, count, f);
-                });
+    over_points(out, operands, kCostlyPoints, [&](const Lanes<N> &lanes, size_t at, size_t count) {
+        costly_slice(std::make_index_sequence<N>(), lanes, out.values + at, count, f);
+    });
 }
 
 /// row(a, b, out, count) on slices of the grid: a routine for rows of points.
 template <class RowWork>
 void row_points(const GridRec &out, const Operands<2> &operands, RowWork row)
 {
-    over_points(out, operands, kCostlyPoints,
-                [&](const Lanes<2> &lanes, std::size_t at, std::size_t count) {
-                    row(lanes[0], lanes[1], out.values + at, count);
-                });
+    over_points(out, operands, kCostlyPoints, [&](const Lanes<2> &lanes, size_t at, size_t count) {
+        row(lanes[0], lanes[1], out.values + at, count);
+    });
 }
 
 /// Plot position of the first point for the operations that walk a grid, whose domain is current:
@@ -118,11 +115,9 @@ template <class Work> void walk_points(const DomainRec &domain, Work work)
     over_rows(domain.ny, point_count(domain), kCostlyPoints, [&](int first, int last) {
         for (int row = first; row < last; ++row) {
             const float y = corner.y - static_cast<float>(row) * domain.dy;
-            const std::size_t at =
-                static_cast<std::size_t>(row) * static_cast<std::size_t>(domain.nx);
+            const size_t at = static_cast<size_t>(row) * static_cast<size_t>(domain.nx);
             for (int i = 0; i < domain.nx; ++i)
-                work(at + static_cast<std::size_t>(i), corner.x + static_cast<float>(i) * domain.dx,
-                     y);
+                work(at + static_cast<size_t>(i), corner.x + static_cast<float>(i) * domain.dx, y);
         }
     });
 }

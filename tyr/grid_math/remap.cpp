@@ -32,13 +32,12 @@ void sample_rows(const GridRec &out, const GridRec &in, int first, int last, con
 {
     float window[4];
     DOM_get_window(window);
-    const auto nx = static_cast<std::size_t>(out.domain.nx);
-    const std::size_t count = static_cast<std::size_t>(last - first) * nx;
+    const auto nx = static_cast<size_t>(out.domain.nx);
+    const size_t count = static_cast<size_t>(last - first) * nx;
     const DomainRec &from = in.domain;
     tyr::over_rows(last - first, count, tyr::kCostlyPoints, [&](int begin, int end) {
-        float *values = out.values + static_cast<std::size_t>(first) * nx;
-        for (std::size_t i = static_cast<std::size_t>(begin) * nx;
-             i < static_cast<std::size_t>(end) * nx; ++i) {
+        float *values = out.values + static_cast<size_t>(first) * nx;
+        for (size_t i = static_cast<size_t>(begin) * nx; i < static_cast<size_t>(end) * nx; ++i) {
             const bool is_out = is_missing(x[i]) || is_missing(y[i]);
             values[i] =
                 is_out ? kMissing
@@ -89,8 +88,8 @@ int GRD_remap(GridRec *out, const DomainRec *domain, const GridRec *in)
     if (GRD_alloc(out) == 0)
         return 0;
     const int rows = std::max(1, kStepPoints / out->domain.nx);
-    const std::size_t room = static_cast<std::size_t>(std::min(rows, out->domain.ny)) *
-                             static_cast<std::size_t>(out->domain.nx);
+    const size_t room =
+        static_cast<size_t>(std::min(rows, out->domain.ny)) * static_cast<size_t>(out->domain.nx);
     std::vector<float> x(room);
     std::vector<float> y(room);
     for (int first = 0; first < out->domain.ny; first += rows) {
@@ -111,8 +110,8 @@ int GRD_cutoff(GridRec *out, const char *word, const GridRec *in, float limit, f
         return 0;
     const bool is_lower = STR_casecmp(word, "lower") == 0;
     const bool is_higher = STR_casecmp(word, "higher") == 0;
-    const std::size_t count = tyr::point_count(out->domain);
-    for (std::size_t i = 0; i < count; ++i) {
+    const size_t count = tyr::point_count(out->domain);
+    for (size_t i = 0; i < count; ++i) {
         const float v = from[i];
         const bool is_beyond = (is_lower & (v < limit)) | (is_higher & (v > limit));
         const float cut = is_beyond ? value : v;
@@ -175,8 +174,8 @@ int GRD_close_circle(GridRec *grid)
         closed.domain.plon = closed.domain.clon;
     if (GRD_alloc(&closed) == 0)
         return 0;
-    const auto nx = static_cast<std::size_t>(from.nx);
-    for (std::size_t row = 0; row < static_cast<std::size_t>(from.ny); ++row) {
+    const auto nx = static_cast<size_t>(from.nx);
+    for (size_t row = 0; row < static_cast<size_t>(from.ny); ++row) {
         const float *old = grid->values + row * nx;
         float *values = closed.values + row * (nx + 1);
         std::copy_n(old, nx, values);

@@ -27,7 +27,7 @@ void GRD_set_threads(int threads)
     state.threads = std::max(threads, 0);
 }
 
-void tyr::over_rows(int rows, std::size_t points, std::size_t at_least, const RowWork &work)
+void tyr::over_rows(int rows, size_t points, size_t at_least, const RowWork &work)
 {
     const int bands = points < at_least ? 1 : std::min(thread_count(), rows);
     std::vector<std::thread> helpers;

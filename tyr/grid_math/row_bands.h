@@ -14,8 +14,8 @@ namespace tyr {
 inline constexpr int kMaxGridThreads = 2;
 
 /// Points below which a second thread costs more than it gives.
-inline constexpr std::size_t kCheapPoints = 1U << 19U;  ///< of loops that wait for the memory
-inline constexpr std::size_t kCostlyPoints = 1U << 13U; ///< of loops that compute
+inline constexpr size_t kCheapPoints = 1U << 19U;  ///< of loops that wait for the memory
+inline constexpr size_t kCostlyPoints = 1U << 13U; ///< of loops that compute
 
 using RowWork = std::function<void(int first, int last)>;
 
@@ -23,6 +23,6 @@ using RowWork = std::function<void(int first, int last)>;
 /// bands must not depend on one another, and work doesn't throw.
 /// @param points   size of the whole task
 /// @param at_least points from which on a second thread is used
-void over_rows(int rows, std::size_t points, std::size_t at_least, const RowWork &work);
+void over_rows(int rows, size_t points, size_t at_least, const RowWork &work);
 
 } // namespace tyr

@@ -13,21 +13,21 @@ using namespace tyr;
 
 namespace {
 
-std::size_t value_count(const GridRec *grid)
+size_t value_count(const GridRec *grid)
 {
     return grid == nullptr || grid->values == nullptr ? 0 : tyr::point_count(grid->domain);
 }
 
 struct Mean {
     double sum = 0.0;
-    std::size_t count = 0;
+    size_t count = 0;
 };
 
 Mean mean_of(const GridRec &grid)
 {
     Mean mean;
-    const std::size_t count = value_count(&grid);
-    for (std::size_t i = 0; i < count; ++i) {
+    const size_t count = value_count(&grid);
+    for (size_t i = 0; i < count; ++i) {
         const float value = grid.values[i];
         mean.sum += is_missing(value) ? 0.0 : static_cast<double>(value);
         mean.count += is_missing(value) ? 0 : 1;
@@ -47,11 +47,11 @@ float GRD_interp(const GridRec *grid, float column, float row)
 int GRD_max_speed(const GridRec *u, const GridRec *v, float *out)
 {
     *out = kMissing;
-    const std::size_t count = value_count(u);
+    const size_t count = value_count(u);
     if (count == 0 || value_count(v) != count || u->domain.nx != v->domain.nx)
         return -1;
     float largest = -1.0F; // of the squares
-    for (std::size_t i = 0; i < count; ++i) {
+    for (size_t i = 0; i < count; ++i) {
         const float a = u->values[i];
         const float b = v->values[i];
         const float square = is_missing(a) || is_missing(b) ? -1.0F : a * a + b * b;
@@ -65,7 +65,7 @@ int GRD_max_speed(const GridRec *u, const GridRec *v, float *out)
 int GRD_proj_XY(const GridRec *grid, const DomainRec *domain, float **x, float **y)
 {
     const DomainRec &from = grid->domain;
-    const std::size_t count = tyr::point_count(from);
+    const size_t count = tyr::point_count(from);
     *x = *y = nullptr;
     if (count == 0)
         return -1;
@@ -93,12 +93,12 @@ float MAP_unrotate_dir(float direction, float x, float y)
 int GRD_max_min(const GridRec *grid, float *max, float *min)
 {
     *max = *min = kMissing;
-    const std::size_t count = value_count(grid);
+    const size_t count = value_count(grid);
     if (grid == nullptr || grid->values == nullptr)
         return -1;
     float high = -std::numeric_limits<float>::infinity();
     float low = std::numeric_limits<float>::infinity();
-    for (std::size_t i = 0; i < count; ++i) {
+    for (size_t i = 0; i < count; ++i) {
         const float value = grid->values[i];
         const float if_high = is_missing(value) ? high : value;
         const float if_low = is_missing(value) ? low : value;

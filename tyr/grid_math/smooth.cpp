@@ -9,7 +9,7 @@ namespace {
 constexpr int kReach = 4; // points to each side
 constexpr int kSide = 2 * kReach + 1;
 
-using Weights = std::array<double, static_cast<std::size_t>(kSide) * kSide>;
+using Weights = std::array<double, static_cast<size_t>(kSide) * kSide>;
 
 /// exp(r^2 / s), divided by the largest of them so that none overflows; with s = 0 only the point
 /// itself counts.
@@ -18,7 +18,7 @@ Weights make_weights(float s)
     Weights weights{};
     const double scale = s;
     const double largest = scale > 0.0 ? 2.0 * kReach * kReach : 0.0;
-    std::size_t n = 0;
+    size_t n = 0;
     for (int j = -kReach; j <= kReach; ++j)
         for (int i = -kReach; i <= kReach; ++i) {
             const double squared = static_cast<double>(i * i + j * j);
@@ -51,19 +51,19 @@ void add_shifted(const float *line, int nx, int i, double weight, Sums *sums)
 void smooth_row(const DomainRec &domain, const float *in, int row, const Weights &weights,
                 Sums *sums, float *out)
 {
-    const auto nx = static_cast<std::size_t>(domain.nx);
+    const auto nx = static_cast<size_t>(domain.nx);
     sums->value.assign(nx, 0.0);
     sums->weight.assign(nx, 0.0);
     for (int j = -kReach; j <= kReach; ++j) {
         if (row + j < 0 || row + j >= domain.ny)
             continue;
-        const float *line = in + static_cast<std::size_t>(row + j) * nx;
-        const double *w = &weights[static_cast<std::size_t>((j + kReach) * kSide)];
+        const float *line = in + static_cast<size_t>(row + j) * nx;
+        const double *w = &weights[static_cast<size_t>((j + kReach) * kSide)];
         for (int i = -kReach; i <= kReach; ++i)
             add_shifted(line, domain.nx, i, w[i + kReach], sums);
     }
-    const float *here = in + static_cast<std::size_t>(row) * nx;
-    for (std::size_t i = 0; i < nx; ++i)
+    const float *here = in + static_cast<size_t>(row) * nx;
+    for (size_t i = 0; i < nx; ++i)
         out[i] =
             tyr::checked(static_cast<float>(sums->value[i] / sums->weight[i]), here[i] == kMissing);
 }
@@ -84,7 +84,7 @@ bool tyr::run_smooth(const MathCall &call)
         for (int row = first; row < last; ++row)
             smooth_row(domain, in.values, row, weights, &sums,
                        call.out->values +
-                           static_cast<std::size_t>(row) * static_cast<std::size_t>(domain.nx));
+                           static_cast<size_t>(row) * static_cast<size_t>(domain.nx));
     });
     return true;
 }

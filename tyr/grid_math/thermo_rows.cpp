@@ -16,7 +16,7 @@ namespace {
 
 // Ordinary air is worked out in blocks, without branches; what lies outside of it goes through
 // met/thermo.h point by point.
-constexpr std::size_t kBlock = 64;
+constexpr size_t kBlock = 64;
 constexpr float kColdest = 150.0F;
 constexpr float kHottest = 340.0F;
 constexpr float kThinnest = 10.0F;
@@ -57,10 +57,10 @@ inline double dry_power(double ratio)
 }
 
 /// Values of a row, with ordinary ones in the place of those that aren't.
-inline void load(const float *from, std::size_t count, float low, float high, double usual,
-                 Block *to, Flags *is_ordinary)
+inline void load(const float *from, size_t count, float low, float high, double usual, Block *to,
+                 Flags *is_ordinary)
 {
-    for (std::size_t i = 0; i < kBlock; ++i) {
+    for (size_t i = 0; i < kBlock; ++i) {
         const float value = i < count ? from[i] : kMissing;
         const bool is_in = value >= low && value <= high;
         (*to)[i] = is_in ? static_cast<double>(value) : usual;
@@ -68,12 +68,12 @@ inline void load(const float *from, std::size_t count, float low, float high, do
     }
 }
 
-inline void load_temperature(const float *from, std::size_t count, Block *to, Flags *is_ordinary)
+inline void load_temperature(const float *from, size_t count, Block *to, Flags *is_ordinary)
 {
     load(from, count, kColdest, kHottest, 280.0, to, is_ordinary);
 }
 
-inline void load_pressure(const float *from, std::size_t count, Block *to, Flags *is_ordinary)
+inline void load_pressure(const float *from, size_t count, Block *to, Flags *is_ordinary)
 {
     load(from, count, kThinnest, kThickest, 1000.0, to, is_ordinary);
 }
@@ -85,24 +85,24 @@ float checked(float value)
 
 /// Ordinary points from the block, the others by `formula(point)`.
 template <class F>
-void store(const Block &block, const Flags &is_ordinary, std::size_t count, float *out, F formula)
+void store(const Block &block, const Flags &is_ordinary, size_t count, float *out, F formula)
 {
-    for (std::size_t i = 0; i < count; ++i) {
+    for (size_t i = 0; i < count; ++i) {
         out[i] = checked(is_ordinary[i] ? static_cast<float>(block[i]) : formula(i));
     }
 }
 
 /// Calls work(first point, count) on blocks of a row.
-template <class Work> void over_blocks(std::size_t count, Work work)
+template <class Work> void over_blocks(size_t count, Work work)
 {
-    for (std::size_t at = 0; at < count; at += kBlock) {
+    for (size_t at = 0; at < count; at += kBlock) {
         work(at, std::min(kBlock, count - at));
     }
 }
 
 TYR_WIDE void dew_from_rh_block(Block *t, const Block &rh)
 {
-    for (std::size_t i = 0; i < kBlock; ++i) {
+    for (size_t i = 0; i < kBlock; ++i) {
         const double humidity = rh[i] < 2.0 ? 2.0 : rh[i] > 100.0 ? 100.0 : rh[i];
         (*t)[i] = dew_point(as_float(vapor((*t)[i]) * humidity / 100.0));
     }
@@ -110,14 +110,14 @@ TYR_WIDE void dew_from_rh_block(Block *t, const Block &rh)
 
 TYR_WIDE void vapor_block(Block *t)
 {
-    for (std::size_t i = 0; i < kBlock; ++i) {
+    for (size_t i = 0; i < kBlock; ++i) {
         (*t)[i] = vapor((*t)[i]);
     }
 }
 
 TYR_WIDE void theta_block(Block *t, const Block &p)
 {
-    for (std::size_t i = 0; i < kBlock; ++i) {
+    for (size_t i = 0; i < kBlock; ++i) {
         (*t)[i] = as_float((*t)[i] * dry_power(1000.0 / p[i]));
     }
 }
@@ -125,7 +125,7 @@ TYR_WIDE void theta_block(Block *t, const Block &p)
 /// Mixing ratio of saturated air (g/kg); below 0 where the vapour alone reaches the pressure.
 TYR_WIDE void mix_ratio_block(const Block &td, const Block &p, Block *w)
 {
-    for (std::size_t i = 0; i < kBlock; ++i) {
+    for (size_t i = 0; i < kBlock; ++i) {
         const double e = vapor(td[i]);
         const double ratio = as_float(kEpsilon * e / (p[i] - e));
         (*w)[i] = e < p[i] ? ratio : -1.0;
@@ -135,7 +135,7 @@ TYR_WIDE void mix_ratio_block(const Block &td, const Block &p, Block *w)
 /// The vapour's share of the pressure, of a mixing ratio.
 TYR_WIDE void vapor_share_block(const Block &w, Block *share)
 {
-    for (std::size_t i = 0; i < kBlock; ++i) {
+    for (size_t i = 0; i < kBlock; ++i) {
         const double ratio = w[i] > 0.0 ? w[i] : 1.0;
         (*share)[i] = ratio / (ratio + kEpsilon);
     }
@@ -146,7 +146,7 @@ TYR_WIDE std::int64_t lcl_step(const Block &theta, const Block &share, Block *pl
 {
     constexpr double kClose = 0.0001;
     std::int64_t left = 0;
-    for (std::size_t i = 0; i < kBlock; ++i) {
+    for (size_t i = 0; i < kBlock; ++i) {
         const double level = as_float((*pl)[i]);
         const double dew = dew_point(as_float(share[i] * level));
         const double difference = dew - as_float(theta[i] * dry_power(level * 0.001));
@@ -164,7 +164,7 @@ TYR_WIDE std::int64_t lcl_step(const Block &theta, const Block &share, Block *pl
 /// Temperature at the condensation level.
 TYR_WIDE void lcl_temperature(const Block &theta, Block *pl, Block *t)
 {
-    for (std::size_t i = 0; i < kBlock; ++i) {
+    for (size_t i = 0; i < kBlock; ++i) {
         (*pl)[i] = as_float((*pl)[i]);
         (*t)[i] = as_float(theta[i] * dry_power((*pl)[i] / 1000.0));
     }
@@ -172,7 +172,7 @@ TYR_WIDE void lcl_temperature(const Block &theta, Block *pl, Block *t)
 
 TYR_WIDE void saturated_theta_e(const Block &t, const Block &p, const Block &w, Block *theta_e)
 {
-    for (std::size_t i = 0; i < kBlock; ++i) {
+    for (size_t i = 0; i < kBlock; ++i) {
         (*theta_e)[i] = t[i] * dry_power(1000.0 / p[i]) * quick_exp(-kMoist * w[i] / t[i]);
     }
 }
@@ -188,20 +188,20 @@ void theta_e_block(Block *t, const Block &td, const Block &p, Flags *is_ordinary
     mix_ratio_block(td, p, &w);
     vapor_share_block(w, &share);
     theta_block(&theta, p);
-    for (std::size_t i = 0; i < kBlock; ++i) {
+    for (size_t i = 0; i < kBlock; ++i) {
         (*is_ordinary)[i] = (*is_ordinary)[i] && w[i] > 0.0;
     }
     for (int step = 0; step < kSteps && lcl_step(theta, share, &pl) > 0; ++step) {
     }
     lcl_temperature(theta, &pl, t);
-    for (std::size_t i = 0; i < kBlock; ++i) {
+    for (size_t i = 0; i < kBlock; ++i) {
         const bool is_in = (*t)[i] >= kColdest && (*t)[i] <= kHottest && pl[i] >= 1.0;
         (*is_ordinary)[i] = (*is_ordinary)[i] && is_in;
         (*t)[i] = is_in ? (*t)[i] : 280.0;
         pl[i] = is_in ? pl[i] : 1000.0;
     }
     mix_ratio_block(*t, pl, &w);
-    for (std::size_t i = 0; i < kBlock; ++i) {
+    for (size_t i = 0; i < kBlock; ++i) {
         (*is_ordinary)[i] = (*is_ordinary)[i] && w[i] > 0.0;
     }
     saturated_theta_e(*t, pl, w, t);
@@ -213,7 +213,7 @@ TYR_WIDE std::int64_t moist_step(const Block &theta_e, const Block &p, const Blo
 {
     constexpr double kClose = 2e-5;
     std::int64_t left = 0;
-    for (std::size_t i = 0; i < kBlock; ++i) {
+    for (size_t i = 0; i < kBlock; ++i) {
         const double air = as_float((*t)[i]);
         const double e = vapor(air);
         const double w = as_float(kEpsilon * e / (p[i] - e));
@@ -230,7 +230,7 @@ TYR_WIDE std::int64_t moist_step(const Block &theta_e, const Block &p, const Blo
 
 TYR_WIDE void power_block(const Block &p, Block *power)
 {
-    for (std::size_t i = 0; i < kBlock; ++i) {
+    for (size_t i = 0; i < kBlock; ++i) {
         (*power)[i] = dry_power(1000.0 / p[i]);
     }
 }
@@ -243,7 +243,7 @@ void moist_temp_block(Block *theta_e, const Block &p)
     constexpr double kFirstStep = 120.0;
     Block power;
     Block t;
-    for (std::size_t i = 0; i < kBlock; ++i) {
+    for (size_t i = 0; i < kBlock; ++i) {
         (*theta_e)[i] = as_float((*theta_e)[i]);
     }
     power_block(p, &power);
@@ -264,35 +264,35 @@ Flags all_true()
 
 } // namespace
 
-void dew_from_rh_row(const float *t, const float *rh, float *td, std::size_t count)
+void dew_from_rh_row(const float *t, const float *rh, float *td, size_t count)
 {
-    over_blocks(count, [&](std::size_t at, std::size_t n) {
+    over_blocks(count, [&](size_t at, size_t n) {
         Flags is_ordinary = all_true();
         Block air;
         Block humidity;
         load_temperature(t + at, n, &air, &is_ordinary);
         load(rh + at, n, -1000.0F, 1000.0F, 50.0, &humidity, &is_ordinary);
         dew_from_rh_block(&air, humidity);
-        store(air, is_ordinary, n, td + at, [&](std::size_t i) {
+        store(air, is_ordinary, n, td + at, [&](size_t i) {
             return is_missing(t[at + i]) ? kMissing : MET_dew_from_rh(t[at + i], rh[at + i]);
         });
     });
 }
 
-void sat_vapor_row(const float *t, float *e, std::size_t count)
+void sat_vapor_row(const float *t, float *e, size_t count)
 {
-    over_blocks(count, [&](std::size_t at, std::size_t n) {
+    over_blocks(count, [&](size_t at, size_t n) {
         Flags is_ordinary = all_true();
         Block air;
         load_temperature(t + at, n, &air, &is_ordinary);
         vapor_block(&air);
-        store(air, is_ordinary, n, e + at, [&](std::size_t i) { return MET_sat_vapor(t[at + i]); });
+        store(air, is_ordinary, n, e + at, [&](size_t i) { return MET_sat_vapor(t[at + i]); });
     });
 }
 
-void theta_row(const float *t, const float *p, float *theta, std::size_t count)
+void theta_row(const float *t, const float *p, float *theta, size_t count)
 {
-    over_blocks(count, [&](std::size_t at, std::size_t n) {
+    over_blocks(count, [&](size_t at, size_t n) {
         Flags is_ordinary = all_true();
         Block air;
         Block pressure;
@@ -300,13 +300,13 @@ void theta_row(const float *t, const float *p, float *theta, std::size_t count)
         load_pressure(p + at, n, &pressure, &is_ordinary);
         theta_block(&air, pressure);
         store(air, is_ordinary, n, theta + at,
-              [&](std::size_t i) { return MET_theta(t[at + i], p[at + i]); });
+              [&](size_t i) { return MET_theta(t[at + i], p[at + i]); });
     });
 }
 
-void theta_e_row(const float *t, const float *td, const float *p, float *theta_e, std::size_t count)
+void theta_e_row(const float *t, const float *td, const float *p, float *theta_e, size_t count)
 {
-    over_blocks(count, [&](std::size_t at, std::size_t n) {
+    over_blocks(count, [&](size_t at, size_t n) {
         Flags is_ordinary = all_true();
         Block air;
         Block dew;
@@ -316,14 +316,13 @@ void theta_e_row(const float *t, const float *td, const float *p, float *theta_e
         load_pressure(p + at, n, &pressure, &is_ordinary);
         theta_e_block(&air, dew, pressure, &is_ordinary);
         store(air, is_ordinary, n, theta_e + at,
-              [&](std::size_t i) { return MET_theta_e(t[at + i], td[at + i], p[at + i]); });
+              [&](size_t i) { return MET_theta_e(t[at + i], td[at + i], p[at + i]); });
     });
 }
 
-void wet_bulb_row(const float *t, const float *td, const float *p, float *wet_bulb,
-                  std::size_t count)
+void wet_bulb_row(const float *t, const float *td, const float *p, float *wet_bulb, size_t count)
 {
-    over_blocks(count, [&](std::size_t at, std::size_t n) {
+    over_blocks(count, [&](size_t at, size_t n) {
         Flags is_ordinary = all_true();
         Block air;
         Block dew;
@@ -334,7 +333,7 @@ void wet_bulb_row(const float *t, const float *td, const float *p, float *wet_bu
         theta_e_block(&air, dew, pressure, &is_ordinary);
         moist_temp_block(&air, pressure);
         store(air, is_ordinary, n, wet_bulb + at,
-              [&](std::size_t i) { return MET_wet_bulb(t[at + i], td[at + i], p[at + i]); });
+              [&](size_t i) { return MET_wet_bulb(t[at + i], td[at + i], p[at + i]); });
     });
 }
 

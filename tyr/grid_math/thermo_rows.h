@@ -9,20 +9,18 @@
 namespace tyr {
 
 /// MET_dew_from_rh of temperatures (K) and relative humidities (%).
-void dew_from_rh_row(const float *t, const float *rh, float *td, std::size_t count);
+void dew_from_rh_row(const float *t, const float *rh, float *td, size_t count);
 
 /// MET_sat_vapor of dew points or temperatures (K).
-void sat_vapor_row(const float *t, float *e, std::size_t count);
+void sat_vapor_row(const float *t, float *e, size_t count);
 
 /// MET_theta of temperatures (K) and pressures (hPa).
-void theta_row(const float *t, const float *p, float *theta, std::size_t count);
+void theta_row(const float *t, const float *p, float *theta, size_t count);
 
 /// MET_theta_e of temperatures, dew points (K) and pressures (hPa).
-void theta_e_row(const float *t, const float *td, const float *p, float *theta_e,
-                 std::size_t count);
+void theta_e_row(const float *t, const float *td, const float *p, float *theta_e, size_t count);
 
 /// MET_wet_bulb of the same.
-void wet_bulb_row(const float *t, const float *td, const float *p, float *wet_bulb,
-                  std::size_t count);
+void wet_bulb_row(const float *t, const float *td, const float *p, float *wet_bulb, size_t count);
 
 } // namespace tyr

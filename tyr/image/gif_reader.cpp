@@ -16,9 +16,9 @@ namespace {
 
 constexpr float kFullColor = 255.0F;
 constexpr int kMaxCodeSize = 8; ///< a pixel is a byte
-constexpr std::size_t kMaxBlock = 255;
-constexpr std::size_t kApplicationSize = 11;
-constexpr std::size_t kControlSize = 4;
+constexpr size_t kMaxBlock = 255;
+constexpr size_t kApplicationSize = 11;
+constexpr size_t kControlSize = 4;
 
 /// The head of a file, or of a picture in it.
 struct Frame {
@@ -45,9 +45,9 @@ int table_size(unsigned flags)
 }
 
 /// Reads one sub-block; 0 for the end of blocks or of the file.
-std::size_t get_block(std::FILE *file, std::array<unsigned char, kMaxBlock> &block)
+size_t get_block(std::FILE *file, std::array<unsigned char, kMaxBlock> &block)
 {
-    const std::size_t size = get_byte(file);
+    const size_t size = get_byte(file);
     return std::fread(block.data(), 1, size, file);
 }
 
@@ -115,12 +115,12 @@ void read_control(std::FILE *file, ImageRec *image)
         "Restore to background color\n", "Restore to previous image\n"};
     std::array<unsigned char, kMaxBlock> block = {};
     MSG_out(kMsgDebug, "Graphics Control Extension\n");
-    const std::size_t size = get_block(file, block);
+    const size_t size = get_block(file, block);
     MSG_out(kMsgDebug, "Block size: %d\n", static_cast<int>(size));
     if (size < kControlSize) {
         return;
     }
-    const std::size_t disposal = block[0] >> 2 & 7U;
+    const size_t disposal = block[0] >> 2 & 7U;
     const bool wants_input = (block[0] & 2U) != 0;
     const bool is_transparent = (block[0] & kGifTransparentFlag) != 0;
     const int delay = block[1] + (block[2] << 8);
@@ -140,7 +140,7 @@ void read_application(std::FILE *file)
 {
     std::array<unsigned char, kMaxBlock> block = {};
     MSG_out(kMsgDebug, "Application Extension\n");
-    const std::size_t size = get_block(file, block);
+    const size_t size = get_block(file, block);
     MSG_out(kMsgDebug, "Block size: %d\n", static_cast<int>(size));
     if (size == 0) {
         return;
@@ -223,7 +223,7 @@ class CodeReader {
   private:
     std::FILE *file_;
     std::array<unsigned char, kMaxBlock> block_;
-    std::size_t size_ = 0, place_ = 0;
+    size_t size_ = 0, place_ = 0;
     std::uint32_t bits_ = 0;
     int count_ = 0; ///< bits on hand
 };
@@ -252,8 +252,8 @@ class FrameWriter {
         const int x = frame_.left + x_;
         const int y = frame_.top + y_;
         if (x < image_->width && y < image_->height) {
-            image_->data[static_cast<std::size_t>(y) * static_cast<std::size_t>(image_->width) +
-                         static_cast<std::size_t>(x)] = pixel;
+            image_->data[static_cast<size_t>(y) * static_cast<size_t>(image_->width) +
+                         static_cast<size_t>(x)] = pixel;
         }
         if (++x_ == frame_.width) {
             x_ = 0;
@@ -319,7 +319,7 @@ class Decompressor {
             first_ = static_cast<std::uint8_t>(code);
             return code < clear_ && out_.put(first_);
         }
-        std::size_t height = 0;
+        size_t height = 0;
         unsigned part = code;
         if (code >= free_) { // the string that this code is about to make
             stack_[height++] = first_;

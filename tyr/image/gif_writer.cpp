@@ -14,7 +14,7 @@ using namespace tyr;
 
 namespace {
 
-constexpr std::size_t kMaxBlock = 254;
+constexpr size_t kMaxBlock = 254;
 constexpr int kDelay = 10; ///< hundredths of a second
 constexpr int kMaxDelay = 65535;
 constexpr int kLeastCodeSize = 2;
@@ -84,7 +84,7 @@ class CodeWriter {
     std::uint32_t bits_ = 0;
     int count_ = 0; ///< bits on hand
     std::array<unsigned char, kMaxBlock> block_;
-    std::size_t size_ = 0;
+    size_t size_ = 0;
 };
 
 /// The strings seen since the last clear, by prefix and pixel: a hash table with open places.
@@ -93,24 +93,24 @@ class StringTable {
     void clear() { keys_.fill(kFree); }
 
     /// The place of a string: holds its code, or is free for it.
-    std::size_t find(std::uint32_t key) const
+    size_t find(std::uint32_t key) const
     {
-        std::size_t place = (key >> kGifMaxWidth << 5 ^ key) % kPlaces;
+        size_t place = (key >> kGifMaxWidth << 5 ^ key) % kPlaces;
         while (keys_[place] != kFree && keys_[place] != key) {
             place = (place + 1) % kPlaces;
         }
         return place;
     }
-    bool has(std::size_t place) const { return keys_[place] != kFree; }
-    unsigned code(std::size_t place) const { return codes_[place]; }
-    void put(std::size_t place, std::uint32_t key, unsigned code)
+    bool has(size_t place) const { return keys_[place] != kFree; }
+    unsigned code(size_t place) const { return codes_[place]; }
+    void put(size_t place, std::uint32_t key, unsigned code)
     {
         keys_[place] = key;
         codes_[place] = static_cast<std::uint16_t>(code);
     }
 
   private:
-    static constexpr std::size_t kPlaces = 4 * kGifCodes; ///< never more than a quarter full
+    static constexpr size_t kPlaces = 4 * kGifCodes; ///< never more than a quarter full
     static constexpr std::uint32_t kFree = ~std::uint32_t{0};
 
     std::array<std::uint32_t, kPlaces> keys_;
@@ -138,7 +138,7 @@ class Compressor {
         }
         last_ = pixel;
         const std::uint32_t key = *prefix_ + (pixel << kGifMaxWidth);
-        const std::size_t place = table_.find(key);
+        const size_t place = table_.find(key);
         if (table_.has(place)) {
             prefix_ = table_.code(place);
             return;
@@ -207,7 +207,7 @@ class Compressor {
 };
 
 /// Bits of a palette place.
-int place_bits(std::size_t colors)
+int place_bits(size_t colors)
 {
     return std::max(1, static_cast<int>(std::bit_width(colors - 1)));
 }
@@ -226,7 +226,7 @@ void write_screen(std::FILE *file, const ImageRec &image, std::optional<int> bit
 
 void write_colors(std::FILE *file, const IndexedImage &indexed, int bits)
 {
-    for (std::size_t i = 0; i < std::size_t{1} << bits; ++i) {
+    for (size_t i = 0; i < size_t{1} << bits; ++i) {
         std::fwrite(indexed.colors[i].data(), 1, indexed.colors[i].size(), file);
     }
 }
@@ -273,10 +273,10 @@ void write_pixels(std::FILE *file, const ImageRec &image, const IndexedImage &in
     Compressor compressor(file, code_size);
     const std::span<const GifPass> passes = state.interlace ? std::span<const GifPass>(kGifPasses)
                                                             : std::span<const GifPass>(kGifPlain);
-    const auto width = static_cast<std::size_t>(image.width);
+    const auto width = static_cast<size_t>(image.width);
     for (const GifPass &pass : passes) {
         for (int y = pass.first; y < image.height; y += pass.step) {
-            const std::uint8_t *row = &indexed.places[static_cast<std::size_t>(y) * width];
+            const std::uint8_t *row = &indexed.places[static_cast<size_t>(y) * width];
             std::for_each(row, row + width, [&](std::uint8_t place) { compressor.put(place); });
         }
     }
@@ -331,7 +331,7 @@ bool write_loop(std::FILE *file, std::span<const int> delays, GifSource next)
 {
     int width = 0;
     int height = 0;
-    for (std::size_t i = 0; i < delays.size(); i++) {
+    for (size_t i = 0; i < delays.size(); i++) {
         ImageRec image;
         if (next(static_cast<int>(i), &image) == 0) {
             return false;
@@ -368,7 +368,7 @@ int GIF_write_loop(const char *path, int count, const int *delays, GifSource nex
         MSG_out(kMsgWarn, "Unable to open GIF file\n");
         return 0;
     }
-    if (!write_loop(file.stream(), {delays, static_cast<std::size_t>(count)}, next)) {
+    if (!write_loop(file.stream(), {delays, static_cast<size_t>(count)}, next)) {
         return 0;
     }
     return image_close("GIF_write_loop", path, file) ? 1 : 0;

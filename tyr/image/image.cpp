@@ -12,7 +12,7 @@ using namespace tyr;
 
 namespace {
 
-constexpr std::size_t kMagicSize = 6;
+constexpr size_t kMagicSize = 6;
 
 /// The first bytes of a file; empty, with a message, where it can't be opened.
 bool read_magic(const char *path, std::array<char, kMagicSize> &magic)

@@ -18,7 +18,7 @@ struct ImageFormat {
     const char *word;         ///< of `plot_param`, and the ending of files that a key writes
     const char *default_file; ///< of a dump without a name
     std::string_view magic;   ///< in the first bytes; empty: what no other claims
-    std::size_t magic_at;
+    size_t magic_at;
     int (*read)(const char *path, ImageRec *image, int header_only);
     int (*write)(const char *path, ImageRec *image);
 };

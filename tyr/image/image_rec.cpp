@@ -31,9 +31,8 @@ bool is_sound(const ImageRec &image)
         return false;
     }
     const int least = (image.width * image.bits_per_pixel + kBitsPerByte - 1) / kBitsPerByte;
-    return image.bytes_per_line >= least &&
-           static_cast<std::size_t>(image.bytes_per_line) <=
-               kMaxImageBytes / static_cast<std::size_t>(image.height);
+    return image.bytes_per_line >= least && static_cast<size_t>(image.bytes_per_line) <=
+                                                kMaxImageBytes / static_cast<size_t>(image.height);
 }
 
 } // namespace
@@ -88,14 +87,14 @@ bool tyr::image_fits(const char *routine, const ImageRec &image)
 bool tyr::image_allocate(ImageRec *image)
 {
     image->data = static_cast<unsigned char *>(std::calloc(
-        static_cast<std::size_t>(image->height), static_cast<std::size_t>(image->bytes_per_line)));
+        static_cast<size_t>(image->height), static_cast<size_t>(image->bytes_per_line)));
     return image->data != nullptr;
 }
 
 bool tyr::image_allocate_colors(ImageRec *image, int count)
 {
-    image->colors = static_cast<float(*)[3]>(
-        std::calloc(static_cast<std::size_t>(count), sizeof *image->colors));
+    image->colors =
+        static_cast<float(*)[3]>(std::calloc(static_cast<size_t>(count), sizeof *image->colors));
     image->ncolors = image->colors ? count : 0;
     return image->colors != nullptr;
 }
@@ -107,13 +106,13 @@ FilePtr tyr::image_open(const char *path)
         return file;
     }
     std::array<char, kCommentMark.size()> start = {};
-    const std::size_t count = std::fread(start.data(), 1, start.size(), file.get());
+    const size_t count = std::fread(start.data(), 1, start.size(), file.get());
     if (std::string_view(start.data(), count) == kCommentMark) {
         STR_skip_line(file.get());
         return file;
     }
     // put back what was read: a pipe can't be sought
-    for (std::size_t i = count; i > 0; --i) {
+    for (size_t i = count; i > 0; --i) {
         std::ungetc(static_cast<unsigned char>(start[i - 1]), file.get());
     }
     return file;

@@ -8,12 +8,12 @@
 
 /// The image record: filled by the screen's grab and the readers, taken by the writers.
 
-inline constexpr std::size_t kImageDateRoom = 52;
-inline constexpr std::size_t kImageInfoRoom = 76;
+inline constexpr size_t kImageDateRoom = 52;
+inline constexpr size_t kImageInfoRoom = 76;
 /// The largest picture that is read or written: pixels of a side (as much as a GIF can say), and
 /// bytes in all.
 inline constexpr int kMaxImageSide = 65535;
-inline constexpr std::size_t kMaxImageBytes = std::size_t{1} << 28;
+inline constexpr size_t kMaxImageBytes = size_t{1} << 28;
 
 enum ImageColorType { kImageMasks = 0, kImageTable = 1 };
 enum ImageByteOrder { kLowByteFirst = 0, kHighByteFirst = 1 };

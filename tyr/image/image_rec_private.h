@@ -16,8 +16,8 @@ bool image_allocate_colors(ImageRec *image, int count);
 FilePtr image_open(const char *path);
 /// A part of a colour, 0 to 1, as a whole number up to `full`, truncated.
 unsigned image_color_level(float part, unsigned full);
-/// Closes a file that was written, which then has its name. False with a message in the name of `routine` when not all of
-/// it went out.
+/// Closes a file that was written, which then has its name. False with a message in the name of
+/// `routine` when not all of it went out.
 bool image_close(const char *routine, const char *path, WholeFile &file);
 
 } // namespace tyr

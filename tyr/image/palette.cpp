@@ -17,8 +17,7 @@ using Color = std::array<std::uint8_t, 3>;
 
 const unsigned char *row_of(const ImageRec &image, int y)
 {
-    return image.data +
-           static_cast<std::size_t>(y) * static_cast<std::size_t>(image.bytes_per_line);
+    return image.data + static_cast<size_t>(y) * static_cast<size_t>(image.bytes_per_line);
 }
 
 /// Shift of a pixel of less than a byte: nibbles high one first, bits as the byte order.
@@ -138,8 +137,7 @@ class PlaceFinder {
   public:
     explicit PlaceFinder(const ImageRec &image) : image_(image), colors_(image)
     {
-        result_.places.resize(static_cast<std::size_t>(image.width) *
-                              static_cast<std::size_t>(image.height));
+        result_.places.resize(static_cast<size_t>(image.width) * static_cast<size_t>(image.height));
     }
 
     template <class Pixel> void index(const Pixel &pixel)

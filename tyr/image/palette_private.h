@@ -18,7 +18,7 @@ inline bool image_is_direct(const ImageRec &image)
 
 /// Pixels of any storage, and the palette that is built from those that occur.
 
-inline constexpr std::size_t kPaletteSize = 256;
+inline constexpr size_t kPaletteSize = 256;
 
 /// Value of a pixel inside a picture that fits (image_fits).
 std::uint32_t image_pixel(const ImageRec &image, int x, int y);

@@ -20,7 +20,7 @@ using namespace tyr;
 
 namespace {
 
-constexpr std::size_t kSignatureSize = 8;
+constexpr size_t kSignatureSize = 8;
 constexpr int kPngDepth = 8;
 constexpr float kFullColor = 255.0F;
 constexpr const char *kSoftware = "TYR - Gale Bench v5.0";
@@ -173,11 +173,10 @@ bool take_palette(const Reading &work)
 
 void read_rows(Reading &work)
 {
-    const auto stride = static_cast<std::size_t>(work.image->bytes_per_line);
+    const auto stride = static_cast<size_t>(work.image->bytes_per_line);
     for (int pass = 0; pass < work.passes; ++pass) {
         for (int y = 0; y < work.image->height; ++y) {
-            png_read_row(work.png, work.image->data + static_cast<std::size_t>(y) * stride,
-                         nullptr);
+            png_read_row(work.png, work.image->data + static_cast<size_t>(y) * stride, nullptr);
         }
     }
 }
@@ -226,16 +225,15 @@ bool write_indexed(std::FILE *file, IndexedImage &indexed, const ImageRec &image
     std::array<std::string, 3> keys = {"Title", "Software", "Creation Time"};
     std::array<std::string, 3> texts = {ginq_title(), kSoftware, creation_time()};
     std::vector<png_bytep> rows;
-    rows.reserve(static_cast<std::size_t>(image.height));
+    rows.reserve(static_cast<size_t>(image.height));
     for (int y = 0; y < image.height; ++y) {
-        rows.push_back(
-            &indexed.places[static_cast<std::size_t>(y) * static_cast<std::size_t>(image.width)]);
+        rows.push_back(&indexed.places[static_cast<size_t>(y) * static_cast<size_t>(image.width)]);
     }
-    for (std::size_t i = 0; i < kPaletteSize; ++i) {
+    for (size_t i = 0; i < kPaletteSize; ++i) {
         const auto &color = indexed.colors[i];
         work.palette[i] = {color[0], color[1], color[2]};
     }
-    for (std::size_t i = 0; i < texts.size(); ++i) {
+    for (size_t i = 0; i < texts.size(); ++i) {
         work.texts[i].compression = PNG_TEXT_COMPRESSION_NONE;
         work.texts[i].key = keys[i].data();
         work.texts[i].text = texts[i].data();

@@ -8,8 +8,8 @@
 namespace tyr {
 
 inline constexpr std::string_view kMagic = "TYRIMG";
-inline constexpr std::size_t kPiece = 10000;       ///< bytes of a compressed piece, before
-inline constexpr std::size_t kPieceBuffer = 12000; ///< and after
+inline constexpr size_t kPiece = 10000;       ///< bytes of a compressed piece, before
+inline constexpr size_t kPieceBuffer = 12000; ///< and after
 
 /// The same for a file that is looked at so many times.
 int tyr_read(const char *path, ImageRec *image, int header_only, int most_tries);

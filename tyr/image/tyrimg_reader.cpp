@@ -28,7 +28,7 @@ constexpr int kOldVersion = 3;
 constexpr int kDomainVersion = 4;
 constexpr int kGreyDepth = 8;
 constexpr int kLineLength = 160;
-constexpr std::size_t kExtraHeader = 1024;
+constexpr size_t kExtraHeader = 1024;
 constexpr int kTries = 10;
 constexpr float kTryInterval = 1.0F; ///< seconds
 
@@ -94,7 +94,7 @@ bool read_parameters(const char *&text, DomainRec *domain)
         }
         values.push_back(value);
     }
-    const std::size_t count = values.size();
+    const size_t count = values.size();
     const auto assign = [&values](std::initializer_list<float *> places) {
         auto value = values.begin();
         for (float *place : places) {
@@ -132,7 +132,7 @@ constexpr ProjectionWord kWords[] = {
 /// "word numbers clat clon dx dy nx ny"
 bool read_geometry(const std::string &line, DomainRec *domain)
 {
-    const std::size_t length = std::min(line.find_first_of(": "), line.size());
+    const size_t length = std::min(line.find_first_of(": "), line.size());
     const auto row =
         std::find_if(std::begin(kWords), std::end(kWords), [&](const ProjectionWord &w) {
             return w.word == std::string_view(line).substr(0, length);
@@ -189,7 +189,7 @@ bool read_header(std::FILE *file, ImageRec *image, Options &options)
     return image_fits("IMG_read_tyr", *image);
 }
 
-void skip_bytes(std::FILE *file, std::size_t count)
+void skip_bytes(std::FILE *file, size_t count)
 {
     while (count > 0 && std::getc(file) != EOF) {
         --count;
@@ -205,7 +205,7 @@ void skip_extras(std::FILE *file, const Options &options)
         skip_bytes(file, 2);
         std::array<unsigned char, 2> count = {}; // the low byte first
         if (std::fread(count.data(), 1, count.size(), file) == count.size()) {
-            skip_bytes(file, 2 * (count[0] + (std::size_t{count[1]} << 8)));
+            skip_bytes(file, 2 * (count[0] + (size_t{count[1]} << 8)));
         }
     }
 }
@@ -213,7 +213,7 @@ void skip_extras(std::FILE *file, const Options &options)
 /// A run of zlib streams, inflated one after the other into one buffer.
 class Inflater {
   public:
-    Inflater(unsigned char *out, std::size_t size) : out_(out), left_(size) {}
+    Inflater(unsigned char *out, size_t size) : out_(out), left_(size) {}
     Inflater(const Inflater &) = delete;
     Inflater &operator=(const Inflater &) = delete;
     ~Inflater() { end(); }
@@ -221,7 +221,7 @@ class Inflater {
     bool is_full() const { return left_ == 0; }
 
     /// Takes a piece of the file. False for data that isn't deflated.
-    bool take(unsigned char *bytes, std::size_t size)
+    bool take(unsigned char *bytes, size_t size)
     {
         stream_.next_in = bytes;
         stream_.avail_in = static_cast<uInt>(size);
@@ -245,12 +245,12 @@ class Inflater {
         stream_.avail_out = static_cast<uInt>(buffer.size());
         const uInt before = stream_.avail_in;
         const int status = inflate(&stream_, Z_SYNC_FLUSH);
-        const std::size_t made = buffer.size() - stream_.avail_out;
+        const size_t made = buffer.size() - stream_.avail_out;
         MSG_out(kMsgDebugC, "Inflate+ %d = %d %d = %d %d - %d %d\n", status,
                 static_cast<int>(before), static_cast<int>(stream_.avail_in),
                 static_cast<int>(buffer.size()), static_cast<int>(stream_.avail_out),
                 static_cast<int>(made), static_cast<int>(left_));
-        const std::size_t taken = std::min(made, left_);
+        const size_t taken = std::min(made, left_);
         std::memcpy(out_, buffer.data(), taken);
         out_ += taken;
         left_ -= taken;
@@ -271,16 +271,16 @@ class Inflater {
     z_stream stream_ = {};
     bool is_live_ = false;
     unsigned char *out_;
-    std::size_t left_;
+    size_t left_;
 };
 
-void read_deflated(std::FILE *file, unsigned char *out, std::size_t size, int most_tries)
+void read_deflated(std::FILE *file, unsigned char *out, size_t size, int most_tries)
 {
     Inflater inflater(out, size);
     std::array<unsigned char, kPiece> piece;
     int tries = 0;
     while (!inflater.is_full()) {
-        const std::size_t count = std::fread(piece.data(), 1, piece.size(), file);
+        const size_t count = std::fread(piece.data(), 1, piece.size(), file);
         if (count > 0) {
             if (!inflater.take(piece.data(), count)) {
                 return;
@@ -327,8 +327,7 @@ int read_data(FilePtr file, const Options &options, int most_tries, ImageRec *im
         MSG_out(kMsgWarn, "Unable to allocate data buffer.\n");
         return 0;
     }
-    const std::size_t size =
-        static_cast<std::size_t>(image->width) * static_cast<std::size_t>(image->height);
+    const size_t size = static_cast<size_t>(image->width) * static_cast<size_t>(image->height);
     if (options.is_deflated) {
         read_deflated(file.get(), image->data, size, most_tries);
     } else {

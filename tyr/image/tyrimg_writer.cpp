@@ -82,7 +82,7 @@ unsigned grey_of(std::uint32_t pixel, int bits)
 std::vector<unsigned char> grey_bytes(const ImageRec &image)
 {
     std::vector<unsigned char> bytes;
-    bytes.reserve(static_cast<std::size_t>(image.width) * static_cast<std::size_t>(image.height));
+    bytes.reserve(static_cast<size_t>(image.width) * static_cast<size_t>(image.height));
     for (int y = 0; y < image.height; ++y) {
         for (int x = 0; x < image.width; ++x) {
             bytes.push_back(static_cast<unsigned char>(
@@ -93,7 +93,7 @@ std::vector<unsigned char> grey_bytes(const ImageRec &image)
 }
 
 /// Writes one piece as a zlib stream of its own.
-bool write_piece(std::FILE *file, unsigned char *bytes, std::size_t size)
+bool write_piece(std::FILE *file, unsigned char *bytes, size_t size)
 {
     std::array<unsigned char, kPieceBuffer> buffer;
     z_stream stream = {};
@@ -118,7 +118,7 @@ bool write_data(std::FILE *file, std::vector<unsigned char> bytes, bool compress
     if (!compress) {
         return std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size();
     }
-    for (std::size_t place = 0; place < bytes.size(); place += kPiece) {
+    for (size_t place = 0; place < bytes.size(); place += kPiece) {
         if (!write_piece(file, &bytes[place], std::min(kPiece, bytes.size() - place))) {
             return false;
         }

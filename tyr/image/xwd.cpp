@@ -46,7 +46,7 @@ enum Field {
     kFieldCount
 };
 
-constexpr std::size_t kHeaderBytes = 4 * kFieldCount;
+constexpr size_t kHeaderBytes = 4 * kFieldCount;
 constexpr std::uint32_t kXwdVersion = 7;
 constexpr std::uint32_t kZPixmap = 2;
 constexpr std::uint32_t kUnit = 32;
@@ -54,9 +54,9 @@ constexpr std::uint32_t kPseudoColor = 3;
 constexpr std::uint32_t kTrueColor = 4;
 constexpr std::uint32_t kDirectColor = 5;
 constexpr std::uint32_t kRgbBits = 8;
-constexpr unsigned kAllParts = 7;             ///< flags of a colour: red, green and blue count
-constexpr std::size_t kColorBytes = 12;       ///< pixel, three parts, flags, pad
-constexpr std::size_t kPaddedColorBytes = 16; ///< the same as a 64-bit host's memory has it
+constexpr unsigned kAllParts = 7;        ///< flags of a colour: red, green and blue count
+constexpr size_t kColorBytes = 12;       ///< pixel, three parts, flags, pad
+constexpr size_t kPaddedColorBytes = 16; ///< the same as a 64-bit host's memory has it
 constexpr std::uint32_t kMaxColors = 65536;
 constexpr unsigned kFullColor = 65535;
 constexpr int kMostDepth = 32;
@@ -98,7 +98,7 @@ bool read_header(std::FILE *file, int most_depth, Header &header)
     if (std::fread(bytes.data(), 1, bytes.size(), file) != bytes.size()) {
         return complain("Unable to read dump file header\n");
     }
-    for (std::size_t i = 0; i < header.size(); ++i) {
+    for (size_t i = 0; i < header.size(); ++i) {
         header[i] = number_at(&bytes[4 * i], 4);
     }
     if (header[kVersion] != kXwdVersion) {
@@ -118,10 +118,10 @@ bool read_header(std::FILE *file, int most_depth, Header &header)
 }
 
 /// The name fills the rest of the header; what the record has no room for is passed over.
-bool read_name(std::FILE *file, std::size_t size, ImageRec *image)
+bool read_name(std::FILE *file, size_t size, ImageRec *image)
 {
     std::string name;
-    for (std::size_t i = 0; i < size; ++i) {
+    for (size_t i = 0; i < size; ++i) {
         const int c = std::getc(file);
         if (c == EOF) {
             return complain("Unable to read window name from dump file.\n");
@@ -154,14 +154,13 @@ void take_header(const Header &header, ImageRec *image)
 
 /// Some writers put a colour into the file as their memory has it, with four bytes more: the file's
 /// length tells.
-std::size_t color_size(const char *path, const Header &header, std::size_t data_size)
+size_t color_size(const char *path, const Header &header, size_t data_size)
 {
-    const std::size_t padded =
-        header[kHeaderSize] + kPaddedColorBytes * header[kColorCount] + data_size;
+    const size_t padded = header[kHeaderSize] + kPaddedColorBytes * header[kColorCount] + data_size;
     return FILE_size(path) == static_cast<long>(padded) ? kPaddedColorBytes : kColorBytes;
 }
 
-bool read_colors(std::FILE *file, std::uint32_t count, std::size_t size, ImageRec *image)
+bool read_colors(std::FILE *file, std::uint32_t count, size_t size, ImageRec *image)
 {
     constexpr const char *kFailure = "Unable to read color map from dump file.\n";
     if (count == 0) {
@@ -177,7 +176,7 @@ bool read_colors(std::FILE *file, std::uint32_t count, std::size_t size, ImageRe
             return complain(kFailure);
         }
         const std::uint32_t pixel = number_at(entry.data(), 4);
-        for (std::size_t part = 0; wanted && pixel < count && part < 3; ++part) {
+        for (size_t part = 0; wanted && pixel < count && part < 3; ++part) {
             image->colors[pixel][part] =
                 static_cast<float>(number_at(&entry[4 + 2 * part], 2)) / kFullColor;
         }
@@ -185,7 +184,7 @@ bool read_colors(std::FILE *file, std::uint32_t count, std::size_t size, ImageRe
     return true;
 }
 
-bool read_data(std::FILE *file, ImageRec *image, std::size_t size)
+bool read_data(std::FILE *file, ImageRec *image, size_t size)
 {
     if (!image_allocate(image)) {
         return complain("Unable to allocate data buffer.\n");
@@ -213,8 +212,8 @@ bool read_dump(const char *path, ImageRec *image, bool header_only)
     if (header_only) {
         return true;
     }
-    const std::size_t size =
-        static_cast<std::size_t>(image->height) * static_cast<std::size_t>(image->bytes_per_line);
+    const size_t size =
+        static_cast<size_t>(image->height) * static_cast<size_t>(image->bytes_per_line);
     return read_colors(file.get(), header[kColorCount], color_size(path, header, size), image) &&
            read_data(file.get(), image, size);
 }
@@ -269,7 +268,7 @@ std::string color_bytes(const ImageRec &image)
     return out;
 }
 
-bool write_bytes(std::FILE *file, const void *bytes, std::size_t size, const char *failure)
+bool write_bytes(std::FILE *file, const void *bytes, size_t size, const char *failure)
 {
     return std::fwrite(bytes, 1, size, file) == size || complain(failure);
 }
@@ -279,8 +278,8 @@ bool write_dump(std::FILE *file, const ImageRec &image)
     const std::string header = header_bytes(image);
     const std::string name = name_of(image);
     const std::string colors = color_bytes(image);
-    const std::size_t size =
-        static_cast<std::size_t>(image.height) * static_cast<std::size_t>(image.bytes_per_line);
+    const size_t size =
+        static_cast<size_t>(image.height) * static_cast<size_t>(image.bytes_per_line);
     return write_bytes(file, header.data(), header.size(), "Unable to write dump file header\n") &&
            write_bytes(file, name.c_str(), name.size() + 1,
                        "Unable to write window name to dump file.\n") &&

@@ -140,7 +140,7 @@ std::string path_of(const char *folder, const std::string &name)
 /// "file:colour:x:y", the parameters left out from the end; an empty colour is none.
 int process_image(const char *text)
 {
-    constexpr std::size_t kColourRoom = 64;
+    constexpr size_t kColourRoom = 64;
     const char *colon = std::strchr(text, ':');
     const std::string path =
         path_of("image_path", colon ? std::string(text, colon) : std::string(text));

@@ -95,8 +95,8 @@ enum class Gap { none, lower, upper, open };
 Gap pressure_gap(const Track &track, int i, int m, float x)
 {
     constexpr float kFarApart = 300.0F;
-    const auto low = static_cast<std::size_t>(i);
-    const auto high = static_cast<std::size_t>(m);
+    const auto low = static_cast<size_t>(i);
+    const auto high = static_cast<size_t>(m);
     if (track.axis.kind == kLevelPressure ||
         !(track.levels[low].p - track.levels[high].p > kFarApart)) {
         return Gap::none;
@@ -119,8 +119,8 @@ bool is_coordinate(const Axis &axis, Field field)
 // One field at x, where level j is the first at or above it. False: no level can be given at all.
 bool field_at(const Track &track, Field field, int j, float x, float *out)
 {
-    const auto value = [&](int k) { return track.levels[static_cast<std::size_t>(k)].*field; };
-    const auto at = [&](int k) { return track.at[static_cast<std::size_t>(k)]; };
+    const auto value = [&](int k) { return track.levels[static_cast<size_t>(k)].*field; };
+    const auto at = [&](int k) { return track.at[static_cast<size_t>(k)]; };
     int i = j - 1;
     while (i >= 0 && is_missing(value(i))) {
         --i;
@@ -177,7 +177,7 @@ int level_at(const Track &track, float value, SoundLevel *out)
         return 0;
     }
     int j = 1;
-    while (j < track.size() && x > track.at[static_cast<std::size_t>(j)]) {
+    while (j < track.size() && x > track.at[static_cast<size_t>(j)]) {
         ++j;
     }
     for (const Field field : kFields) {
@@ -219,7 +219,7 @@ std::string tag_of(int code, const SoundLevel &level)
                                                   "LFC ", " EL ", "MPL ", "WBZ ", "FRZ "};
     const bool is_tag = code < 0 && code >= kTagFreezing;
     if (is_tag && (code != kTagSurface || level.p > 500.0F)) {
-        return kTags[static_cast<std::size_t>(-code - 1)];
+        return kTags[static_cast<size_t>(-code - 1)];
     }
     std::array<char, 16> text{};
     std::snprintf(text.data(), text.size(), "%3d ", code);
@@ -231,7 +231,7 @@ std::string column(float value, int width, int decimals)
 {
     std::array<char, 64> text{};
     if (is_missing(value)) {
-        return std::string(static_cast<std::size_t>(width) + 1, ' ');
+        return std::string(static_cast<size_t>(width) + 1, ' ');
     }
     std::snprintf(text.data(), text.size(), "%*.*f ", width, decimals, double{value});
     return text.data();
@@ -282,7 +282,7 @@ const SoundLevel *MET_get_sounding(int *count)
 
 SoundLevel *MET_special_level(SpecialLevel which)
 {
-    return &state.special.at(static_cast<std::size_t>(which));
+    return &state.special.at(static_cast<size_t>(which));
 }
 
 float MET_level_coord(int kind, const SoundLevel *level)

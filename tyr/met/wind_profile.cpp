@@ -272,7 +272,7 @@ int MET_mean_wind(const SoundLevel *sound, int count, int kind, float *result, f
             double{low.level.spd}, double{high.level.dir}, double{high.level.spd});
     Mean mean;
     const std::vector<End> ends = step_ends(sound, low, std::min(ia, count - 1), high, ib);
-    for (std::size_t i = 1; i < ends.size(); ++i) {
+    for (size_t i = 1; i < ends.size(); ++i) {
         mean.add(ends[i - 1], ends[i]);
     }
     MSG_out(kMsgDebugC, "%f %f\n", mean.weight, mean.speed);

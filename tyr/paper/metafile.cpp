@@ -224,7 +224,7 @@ int gmeta_open_ws(const std::vector<std::string> &words)
     WorkstationState &ws = kernel().ws;
     gset_recording(0);
     gset_events(0);
-    for (std::size_t i = 1; i < words.size(); i++) {
+    for (size_t i = 1; i < words.size(); i++) {
         if (is_word(words[i], "cgm")) {
             state.binary = true;
         } else if (is_word(words[i], "tyr")) {

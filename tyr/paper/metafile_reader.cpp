@@ -19,11 +19,11 @@ using namespace tyr;
 
 namespace {
 
-constexpr std::size_t kMaxWord = 9;
-constexpr std::size_t kMaxText = 100;
-constexpr std::size_t kLeastPoint = 4; // bytes of the shortest point: "1,1 "
-constexpr std::size_t kBlock = std::size_t{1} << 16;
-constexpr std::size_t kMaxFile = std::size_t{1} << 30;
+constexpr size_t kMaxWord = 9;
+constexpr size_t kMaxText = 100;
+constexpr size_t kLeastPoint = 4; // bytes of the shortest point: "1,1 "
+constexpr size_t kBlock = size_t{1} << 16;
+constexpr size_t kMaxFile = size_t{1} << 30;
 
 /// The attributes that a workstation opens with, as records.
 constexpr std::string_view kDefaults = "PL_CLR 1\nPL_TYPE 1\nPL_LW 1\n"
@@ -48,13 +48,13 @@ class Cursor {
         skip_blank();
         return place_ >= text_.size();
     }
-    std::size_t left() const { return text_.size() - place_; }
-    std::size_t place() const { return place_; }
+    size_t left() const { return text_.size() - place_; }
+    size_t place() const { return place_; }
 
     std::string_view word()
     {
         skip_blank();
-        const std::size_t start = place_;
+        const size_t start = place_;
         while (place_ < text_.size() && place_ - start < kMaxWord && !is_blank(text_[place_])) {
             place_++;
         }
@@ -64,7 +64,7 @@ class Cursor {
     /// The rest of the line, without its end.
     std::string_view rest_of_line()
     {
-        const std::size_t start = place_;
+        const size_t start = place_;
         place_ = std::min(text_.find('\n', place_), text_.size());
         return text_.substr(start, place_ - start);
     }
@@ -77,7 +77,7 @@ class Cursor {
         if (result.ec != std::errc()) {
             return false;
         }
-        place_ += static_cast<std::size_t>(result.ptr - from);
+        place_ += static_cast<size_t>(result.ptr - from);
         return true;
     }
 
@@ -107,7 +107,7 @@ class Cursor {
 
   private:
     std::string_view text_;
-    std::size_t place_ = 0;
+    size_t place_ = 0;
 };
 
 struct Primitive {
@@ -185,11 +185,11 @@ Played play_primitive(std::string_view word, Cursor &cursor)
     }
     int count = 0;
     if (!cursor.number(count) || count < 1 ||
-        static_cast<std::size_t>(count) > (cursor.left() + 1) / kLeastPoint) {
+        static_cast<size_t>(count) > (cursor.left() + 1) / kLeastPoint) {
         return false;
     }
-    std::vector<float> points(2 * static_cast<std::size_t>(count));
-    for (std::size_t i = 0; i < points.size(); i += 2) {
+    std::vector<float> points(2 * static_cast<size_t>(count));
+    for (size_t i = 0; i < points.size(); i += 2) {
         if (!cursor.point(&points[i])) {
             return false;
         }
@@ -243,7 +243,7 @@ class Placement {
     void set_viewport(int n, const float rect[4])
     {
         if (n >= 0 && n < kNumTransformations) {
-            std::copy_n(rect, 4, viewports_[static_cast<std::size_t>(n)].begin());
+            std::copy_n(rect, 4, viewports_[static_cast<size_t>(n)].begin());
             apply(n);
         }
     }
@@ -260,7 +260,7 @@ class Placement {
         const float scale = std::min(wide / width, high / height);
         const float x = panel_[0] + (wide - scale * width) / 2.0F;
         const float y = panel_[2] + (high - scale * height) / 2.0F;
-        const Rect &v = viewports_[static_cast<std::size_t>(n)];
+        const Rect &v = viewports_[static_cast<size_t>(n)];
         const Rect placed = {x + scale * (v[0] - window_[0]), x + scale * (v[1] - window_[0]),
                              y + scale * (v[2] - window_[2]), y + scale * (v[3] - window_[2])};
         gset_viewport(n, placed.data());
@@ -337,9 +337,9 @@ bool play_record(Cursor &cursor, Placement *placement)
 std::string read_all(std::FILE *file)
 {
     std::string text;
-    std::size_t count = kBlock;
+    size_t count = kBlock;
     while (count == kBlock && text.size() < kMaxFile) {
-        const std::size_t size = text.size();
+        const size_t size = text.size();
         text.resize(size + kBlock);
         count = std::fread(&text[size], 1, kBlock, file);
         text.resize(size + count);
@@ -374,9 +374,9 @@ std::optional<bool> play_file(const char *path, Placement *placement)
     Cursor cursor(text);
     cursor.rest_of_line();
     int damaged = 0;
-    std::size_t first = 0; // place of the first damaged record
+    size_t first = 0; // place of the first damaged record
     while (!cursor.at_end()) {
-        const std::size_t start = cursor.place();
+        const size_t start = cursor.place();
         if (!play_record(cursor, placement)) {
             first = damaged++ == 0 ? start : first;
             cursor.rest_of_line();

@@ -19,8 +19,8 @@ using namespace tyr;
 
 namespace {
 
-constexpr std::size_t kBufferSize = std::size_t{1} << 16;
-constexpr std::size_t kNumberRoom = 352; // the greatest double in full, sign and digits
+constexpr size_t kBufferSize = size_t{1} << 16;
+constexpr size_t kNumberRoom = 352; // the greatest double in full, sign and digits
 
 /// The C locale for the time of a printf.
 class CLocale {
@@ -67,7 +67,7 @@ void Output::flush()
 {
     if (!buffer_.empty() && error_ == 0) {
         errno = 0;
-        const std::size_t sent = std::fwrite(buffer_.data(), 1, buffer_.size(), stream_);
+        const size_t sent = std::fwrite(buffer_.data(), 1, buffer_.size(), stream_);
         // straight through, so that a process that forks never sends anything twice
         if (sent != buffer_.size() || std::fflush(stream_) != 0) {
             error_ = errno != 0 ? errno : EIO;
@@ -76,7 +76,7 @@ void Output::flush()
     buffer_.clear();
 }
 
-void Output::reserve(std::size_t more)
+void Output::reserve(size_t more)
 {
     if (buffer_.size() + more > kBufferSize) {
         flush();
@@ -96,7 +96,7 @@ Output &Output::operator<<(int number)
 {
     std::array<char, 16> text;
     const auto end = std::to_chars(text.data(), text.data() + text.size(), number).ptr;
-    return *this << std::string_view(text.data(), static_cast<std::size_t>(end - text.data()));
+    return *this << std::string_view(text.data(), static_cast<size_t>(end - text.data()));
 }
 
 Output &Output::operator<<(Fixed number)
@@ -105,7 +105,7 @@ Output &Output::operator<<(Fixed number)
     const auto end = std::to_chars(text.data(), text.data() + text.size(), number.value,
                                    std::chars_format::fixed, number.digits)
                          .ptr;
-    return *this << std::string_view(text.data(), static_cast<std::size_t>(end - text.data()));
+    return *this << std::string_view(text.data(), static_cast<size_t>(end - text.data()));
 }
 
 void Output::byte(unsigned value)
@@ -125,12 +125,12 @@ void Output::vprint(const char *format, std::va_list args)
     std::array<char, kNumberRoom> text;
     const int length = std::vsnprintf(text.data(), text.size(), format, args);
     if (length >= static_cast<int>(text.size())) {
-        std::string longer(static_cast<std::size_t>(length) + 1, '\0');
+        std::string longer(static_cast<size_t>(length) + 1, '\0');
         std::vsnprintf(longer.data(), longer.size(), format, again);
         longer.pop_back();
         *this << longer;
     } else if (length > 0) {
-        *this << std::string_view(text.data(), static_cast<std::size_t>(length));
+        *this << std::string_view(text.data(), static_cast<size_t>(length));
     }
     va_end(again);
 }

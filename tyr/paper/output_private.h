@@ -48,7 +48,7 @@ class Output {
     bool close(const char *routine);
 
   private:
-    void reserve(std::size_t more);
+    void reserve(size_t more);
     void flush();
 
     std::FILE *stream_ = nullptr;

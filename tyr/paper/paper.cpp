@@ -193,7 +193,7 @@ bool tyr::is_word(const std::string &word, const char *other)
     return STR_casecmp(word.c_str(), other) == 0;
 }
 
-float tyr::word_number(const std::string &word, std::size_t place)
+float tyr::word_number(const std::string &word, size_t place)
 {
     const float value = place < word.size() ? std::strtof(word.c_str() + place, nullptr) : 0.0F;
     return std::isfinite(value) ? value : 0.0F;

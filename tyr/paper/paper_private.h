@@ -48,7 +48,7 @@ std::vector<std::string> environment_words(const char *variable);
 bool is_word(const std::string &word, const char *other);
 
 /// Number at a place of a word, by strtof; 0 where there is none.
-float word_number(const std::string &word, std::size_t place);
+float word_number(const std::string &word, size_t place);
 
 /// The output target: the first word if it isn't empty, else the first environment variable that
 /// is set, else the default.

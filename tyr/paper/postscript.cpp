@@ -397,7 +397,7 @@ int gps_open_ws(const std::vector<std::string> &words)
     for (const std::string &word : environment_words("tyrps_param")) {
         apply_word(word);
     }
-    for (std::size_t i = 1; i < words.size(); i++) {
+    for (size_t i = 1; i < words.size(); i++) {
         apply_word(words[i]);
     }
     ws.width = static_cast<int>((state.page.width - kMargin) * kPointsPerInch);

@@ -274,7 +274,7 @@ bool fits(const Word &row, const char *word)
 
 void apply(const Word &row, const char *word)
 {
-    const std::size_t length = std::strlen(row.word);
+    const size_t length = std::strlen(row.word);
     // "gridx2": the number stands right behind the word
     const char *text = row.take == set_refinement ? word + length : value_of(word, length);
     if (row.take != nullptr) {

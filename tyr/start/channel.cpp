@@ -155,8 +155,7 @@ int receive_from_queue(int queue, int id, char *text)
         MSG_out(kMsgDebugD, "GET-MSG:%d %d %d %d\n", queue, id, static_cast<int>(length), error);
         if (length > 0) {
             message.text.back() = '\0';
-            message.text[static_cast<std::size_t>(std::min<ssize_t>(length, kChannelRoom - 1))] =
-                '\0';
+            message.text[static_cast<size_t>(std::min<ssize_t>(length, kChannelRoom - 1))] = '\0';
             STR_copy(text, kChannelText, message.text.data() + 1);
             MSG_out(kMsgDebugD, "GET:%s\n", text);
             return message.text[0] - '0';
@@ -173,7 +172,7 @@ int receive_from_queue(int queue, int id, char *text)
 
 int send_to_socket(int code, const std::string &text)
 {
-    const std::size_t length = std::min<std::size_t>(text.size(), kChannelText - 2);
+    const size_t length = std::min<size_t>(text.size(), kChannelText - 2);
     std::string bytes;
     bytes += static_cast<char>(length + 1);
     bytes += code_character(code);
@@ -187,7 +186,7 @@ int send_to_socket(int code, const std::string &text)
 }
 
 /// Reads so many bytes; false when the connection ends before.
-bool read_socket(char *bytes, std::size_t count)
+bool read_socket(char *bytes, size_t count)
 {
     while (count > 0) {
         const ssize_t got = recv(state.socket, bytes, count, 0);
@@ -196,7 +195,7 @@ bool read_socket(char *bytes, std::size_t count)
             return false;
         }
         bytes += std::max<ssize_t>(got, 0);
-        count -= static_cast<std::size_t>(std::max<ssize_t>(got, 0));
+        count -= static_cast<size_t>(std::max<ssize_t>(got, 0));
     }
     return true;
 }

@@ -34,7 +34,7 @@ constexpr int kFirstClient = 3;
 constexpr int kLastClient = 70; ///< its code is still a printable character
 constexpr int kNoClient = 0;    ///< the loop window itself, which wants no answer
 constexpr int kEnd = 1;         ///< code that ends a reply
-constexpr std::size_t kLongestText = kChannelRoom - 2;
+constexpr size_t kLongestText = kChannelRoom - 2;
 constexpr std::chrono::seconds kLongestSilence{25}; ///< a client itself waits for 20
 constexpr int kTick = 10;                           ///< s between looks for clients that are gone
 constexpr timespec kShortPause = {0, 5'000'000};
@@ -126,16 +126,14 @@ class Server {
     void answer(int id, const std::string &text)
     {
         const std::vector<std::string> words = STR_fields(text, ' ');
-        const auto word = [&](std::size_t i) {
-            return i < words.size() ? words[i] : std::string();
-        };
+        const auto word = [&](size_t i) { return i < words.size() ? words[i] : std::string(); };
         if (word(0) == "query" && word(1) == "res") {
             const auto found = values_.find(word(2));
             if (found != values_.end()) {
                 queue_reply(id, id, kChannelLine, found->second + "\n");
             }
         } else if ((word(0) == "set" || word(0) == "fix") && word(1) == "res") {
-            const std::size_t head = word(0).size() + 5 + word(2).size() + 1;
+            const size_t head = word(0).size() + 5 + word(2).size() + 1;
             set(word(2), text.size() > head ? text.substr(head) : "", word(0) == "fix",
                 text.size() >= kLongestText);
         }

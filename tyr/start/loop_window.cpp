@@ -58,7 +58,7 @@ int exchange_values(const Window &window, std::span<const OptionRec> options)
     }
     int told = 0;
     int code = 0;
-    for (std::size_t i = 0; i < options.size(); i++) {
+    for (size_t i = 0; i < options.size(); i++) {
         const OptionRec &option = options[i];
         const Reply reply = read_reply(window);
         code = reply.code;

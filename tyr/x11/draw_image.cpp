@@ -129,14 +129,14 @@ bool convert(const ImageRec &source, const Rgb &hidden, Screened *out)
     if (out->image == nullptr) {
         return false;
     }
-    const auto height = static_cast<std::size_t>(source.height);
-    const std::size_t mask_line = (static_cast<std::size_t>(source.width) + 7) / 8;
-    out->pixels.resize(static_cast<std::size_t>(out->image->bytes_per_line) * height);
+    const auto height = static_cast<size_t>(source.height);
+    const size_t mask_line = (static_cast<size_t>(source.width) + 7) / 8;
+    out->pixels.resize(static_cast<size_t>(out->image->bytes_per_line) * height);
     out->mask.resize(mask_line * height);
     out->image->data = out->pixels.data();
     std::unordered_map<std::uint32_t, Shown> known;
     for (int row = 0; row < source.height; row++) {
-        char *mask = out->mask.data() + mask_line * static_cast<std::size_t>(row);
+        char *mask = out->mask.data() + mask_line * static_cast<size_t>(row);
         for (int column = 0; column < source.width; column++) {
             const std::uint32_t value = image_pixel(source, column, row);
             auto found = known.find(value);

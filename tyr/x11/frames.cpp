@@ -56,12 +56,12 @@ Pixmap *place_of(int n)
         return &x11().pixmap;
     }
     const int frame = resolve(n);
-    return is_frame(frame) ? &state.table[static_cast<std::size_t>(frame)].pixmap : nullptr;
+    return is_frame(frame) ? &state.table[static_cast<size_t>(frame)].pixmap : nullptr;
 }
 
 Frame &frame_at(int n)
 {
-    return state.table[static_cast<std::size_t>(n)];
+    return state.table[static_cast<size_t>(n)];
 }
 
 void free_pixmap(Pixmap &pixmap)

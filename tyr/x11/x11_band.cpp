@@ -56,7 +56,7 @@ void draw_fan()
 {
     const Window window = x11().window;
     for (int i = 1; i < state.fan_points; i++) {
-        gdraw_band_line(window, state.fan[0].data(), state.fan[static_cast<std::size_t>(i)].data());
+        gdraw_band_line(window, state.fan[0].data(), state.fan[static_cast<size_t>(i)].data());
     }
 }
 
@@ -107,7 +107,7 @@ void gset_band_points(const float *world, int n, int fixed)
 {
     state.fan_points = std::clamp(n, 0, static_cast<int>(state.fan.size()));
     for (int i = 0; i < state.fan_points; i++) {
-        state.fan[static_cast<std::size_t>(i)] = place_of(world[2 * i], world[2 * i + 1]);
+        state.fan[static_cast<size_t>(i)] = place_of(world[2 * i], world[2 * i + 1]);
     }
     state.fixed = fixed;
 }

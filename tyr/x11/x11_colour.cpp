@@ -47,8 +47,8 @@ void trace(const char *what, int index, const float rgb[3], XColor colour)
 int nearest_cell(const float rgb[3])
 {
     const X11State &x = x11();
-    std::vector<XColor> cells(static_cast<std::size_t>(std::clamp(x.visual->map_entries, 0, 4096)));
-    for (std::size_t i = 0; i < cells.size(); i++) {
+    std::vector<XColor> cells(static_cast<size_t>(std::clamp(x.visual->map_entries, 0, 4096)));
+    for (size_t i = 0; i < cells.size(); i++) {
         cells[i].pixel = i;
         cells[i].flags = kParts;
     }
@@ -90,8 +90,7 @@ bool get_cell(unsigned long *pixel, bool *read_write)
 int ginq_pixel(int index)
 {
     const int place = index == -1 ? kBackgroundEntry : index;
-    return place >= 0 && place <= kMaxColour ? x11().pixels[static_cast<std::size_t>(place)]
-                                             : kNoPixel;
+    return place >= 0 && place <= kMaxColour ? x11().pixels[static_cast<size_t>(place)] : kNoPixel;
 }
 
 int ginq_bg_pixel()
@@ -139,7 +138,7 @@ int gx_store_colour(int index, float red, float green, float blue, bool *read_wr
 {
     X11State &x = x11();
     const float rgb[3] = {red, green, blue};
-    int &pixel = x.pixels[static_cast<std::size_t>(index)];
+    int &pixel = x.pixels[static_cast<size_t>(index)];
     XColor colour = colour_of(rgb);
     const bool is_new = pixel == kNoPixel;
     if (is_new) {

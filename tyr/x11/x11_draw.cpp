@@ -15,7 +15,7 @@ using namespace tyr;
 
 namespace {
 
-constexpr std::size_t kOnStack = 10; ///< points that need no allocation
+constexpr size_t kOnStack = 10; ///< points that need no allocation
 
 short pixel_of(float device)
 {
@@ -33,8 +33,8 @@ class Pixels {
   public:
     Pixels(int n, const float *points) : count_(n)
     {
-        if (static_cast<std::size_t>(n) > kOnStack) {
-            heap_.resize(static_cast<std::size_t>(n));
+        if (static_cast<size_t>(n) > kOnStack) {
+            heap_.resize(static_cast<size_t>(n));
         }
         XPoint *point = data();
         for (std::ptrdiff_t i = 0; i < n; i++) {
@@ -137,7 +137,7 @@ void gx_glyph(std::span<const GlyphPoint> points)
         if (point.begins) {
             send();
         }
-        run[static_cast<std::size_t>(count++)] = point_of(point.x, point.y);
+        run[static_cast<size_t>(count++)] = point_of(point.x, point.y);
         if (count == kMaxRun) {
             const XPoint last = run.back();
             send();

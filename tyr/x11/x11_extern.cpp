@@ -28,8 +28,8 @@ constexpr int kWishKill = 9;
 constexpr long kMessageType = 62; ///< of a client message between plotting programs
 constexpr float kWait = 0.2F;     ///< s between two looks at the window's name
 constexpr std::chrono::seconds kLongestAnswer{30}; ///< then the other side counts as gone
-constexpr std::size_t kFirstDeviceWord = 2;        ///< behind display and window id
-constexpr std::size_t kIdRoom = 256;
+constexpr size_t kFirstDeviceWord = 2;             ///< behind display and window id
+constexpr size_t kIdRoom = 256;
 
 /// The text of the window id: the last device word ("id" or "display,id"), else the environment.
 /// Null when no place holds one.

@@ -34,14 +34,14 @@ State state;
 
 GC &gc_of(Family family)
 {
-    return x11().gc[static_cast<std::size_t>(family)];
+    return x11().gc[static_cast<size_t>(family)];
 }
 
 void create_patterns()
 {
     X11State &x = x11();
     for (int i = 0; i < kNumStipples; i++) {
-        Pixmap &stipple = x.stipples[static_cast<std::size_t>(i)];
+        Pixmap &stipple = x.stipples[static_cast<size_t>(i)];
         if (stipple == 0) {
             stipple = XCreateBitmapFromData(x.display, x.target,
                                             reinterpret_cast<const char *>(gfill_pattern(i)),
@@ -123,7 +123,7 @@ void set_fill(int int_style, int style_index)
         return;
     }
     if (gfill_pattern(style_index) != nullptr) {
-        XSetStipple(x.display, gc, x.stipples[static_cast<std::size_t>(style_index)]);
+        XSetStipple(x.display, gc, x.stipples[static_cast<size_t>(style_index)]);
     }
     XSetFillStyle(x.display, gc, int_style == 2 ? FillStippled : FillSolid);
 }

@@ -62,13 +62,13 @@ void print_layout(const XImage &grabbed, int ncolors)
 /// mask, of the others they are the places.
 std::vector<XColor> map_entries(const Visual &visual)
 {
-    std::vector<XColor> entries(static_cast<std::size_t>(std::clamp(visual.map_entries, 0, 4096)));
+    std::vector<XColor> entries(static_cast<size_t>(std::clamp(visual.map_entries, 0, 4096)));
     const auto lowest = [](unsigned long mask) { return mask & (~mask + 1); };
     const bool is_direct = visual.c_class == DirectColor;
     unsigned long red = 0;
     unsigned long green = 0;
     unsigned long blue = 0;
-    for (std::size_t i = 0; i < entries.size(); i++) {
+    for (size_t i = 0; i < entries.size(); i++) {
         entries[i].pixel = is_direct ? (red | green | blue) : i;
         entries[i].flags = DoRed | DoGreen | DoBlue;
         red = (red + lowest(visual.red_mask)) & visual.red_mask;
@@ -98,7 +98,7 @@ bool take_colours(const XWindowAttributes &window, ImageRec *image)
         return false;
     }
     image->color_type = kImageTable;
-    for (std::size_t i = 0; i < entries.size(); i++) {
+    for (size_t i = 0; i < entries.size(); i++) {
         image->colors[i][0] = fraction(entries[i].red);
         image->colors[i][1] = fraction(entries[i].green);
         image->colors[i][2] = fraction(entries[i].blue);
@@ -125,8 +125,7 @@ bool take_pixels(const XImage &grabbed, const Visual &visual, ImageRec *image)
         return false;
     }
     std::memcpy(image->data, grabbed.data,
-                static_cast<std::size_t>(grabbed.height) *
-                    static_cast<std::size_t>(grabbed.bytes_per_line));
+                static_cast<size_t>(grabbed.height) * static_cast<size_t>(grabbed.bytes_per_line));
     return true;
 }
 

@@ -134,7 +134,7 @@ std::string tyr::key_text(XKeyEvent *event)
     if (symbol == XK_Return || symbol == XK_KP_Enter) {
         return "Ret";
     }
-    return {text.data(), static_cast<std::size_t>(std::max(length, 0))};
+    return {text.data(), static_cast<size_t>(std::max(length, 0))};
 }
 
 std::string tyr::button_text(const XButtonEvent &event)

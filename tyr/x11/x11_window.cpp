@@ -204,7 +204,7 @@ int gx_open_display(const std::vector<std::string> &words)
     kernel().ws.x_offset = kernel().ws.y_offset = 0;
     XClearWindow(x.display, x.window);
     gx_fill_background(x.pixmap, 0, 0, attributes.width, attributes.height);
-    for (std::size_t i = 0; i < kNumCursors; i++) {
+    for (size_t i = 0; i < kNumCursors; i++) {
         x.cursors[i] = XCreateFontCursor(x.display, kCursorShapes[i]);
     }
     XSync(x.display, 0);
@@ -316,7 +316,7 @@ int ginq_window_name(char *out)
     const std::string text = name;
     XFree(name);
     const std::string &title = kernel().ws.title;
-    std::size_t behind = STR_has_prefix(text, title.c_str()) ? title.size() : 0;
+    size_t behind = STR_has_prefix(text, title.c_str()) ? title.size() : 0;
     while (behind < text.size() && text[behind] == ' ') {
         behind++;
     }
@@ -373,7 +373,7 @@ int gset_cursor(int n)
         return before;
     }
     if (gis_display() && x.window != 0) {
-        XDefineCursor(x.display, x.window, x.cursors[static_cast<std::size_t>(n)]);
+        XDefineCursor(x.display, x.window, x.cursors[static_cast<size_t>(n)]);
     }
     x.cursor = n;
     return before;

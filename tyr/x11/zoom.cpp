@@ -57,22 +57,22 @@ int corner(int centre, int side, int factor)
 /// Magnifies an image in place: each pixel from (x0, y0) on becomes a square of `factor` pixels.
 void magnify(XImage *image, int x0, int y0, int factor)
 {
-    const std::size_t line = static_cast<std::size_t>(image->bytes_per_line);
+    const size_t line = static_cast<size_t>(image->bytes_per_line);
     const std::vector<char> source(image->data,
-                                   image->data + line * static_cast<std::size_t>(image->height));
-    const auto bytes = static_cast<std::size_t>(image->bits_per_pixel / 8);
+                                   image->data + line * static_cast<size_t>(image->height));
+    const auto bytes = static_cast<size_t>(image->bits_per_pixel / 8);
     const bool is_whole = image->bits_per_pixel % 8 == 0;
     if (!is_whole) {
         return; // screens of less than 8 bits a pixel keep their picture
     }
     for (int y = 0; y < image->height; y++) {
         const int from_y = std::min(y0 + y / factor, image->height - 1);
-        char *goal = image->data + line * static_cast<std::size_t>(y);
-        const char *from = source.data() + line * static_cast<std::size_t>(from_y);
+        char *goal = image->data + line * static_cast<size_t>(y);
+        const char *from = source.data() + line * static_cast<size_t>(from_y);
         for (int x = 0; x < image->width; x++) {
             const int from_x = std::min(x0 + x / factor, image->width - 1);
-            std::memcpy(goal + bytes * static_cast<std::size_t>(x),
-                        from + bytes * static_cast<std::size_t>(from_x), bytes);
+            std::memcpy(goal + bytes * static_cast<size_t>(x),
+                        from + bytes * static_cast<size_t>(from_x), bytes);
         }
     }
 }

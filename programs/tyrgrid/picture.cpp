@@ -1,4 +1,4 @@
-#include "programs/tyrgrid/overlay.h"
+#include "programs/tyrgrid/picture.h"
 
 #include <algorithm>
 #include <deque>
@@ -41,7 +41,7 @@ bool gather_variables(GridShelf *shelf, const char *expression)
         layer.is_wind = count == 2;
         std::swap(layer.first.rec, out[0]);
         std::swap(layer.second.rec, out[1]);
-        if (count < 0) {
+        if (count < 0 && VAR_is_map(layer.record) == 0) {
             layers.pop_back();
         }
     }
@@ -81,7 +81,13 @@ int draw_grids(GridShelf *shelf)
         GRD_close_circle(&layer.second.rec);
     }
     settle_layer_types(&layers);
-    DomainRec domain = layers.front().first.rec.domain;
+    const auto first = std::find_if(layers.begin(), layers.end(),
+                                    [](const FieldLayer &layer) { return !layer.is_map(); });
+    if (first == layers.end()) {
+        MSG_out(kMsgWarn, "%s: no field to draw\n", expression);
+        return kExitNothing;
+    }
+    DomainRec domain = first->first.rec.domain;
     if (RES_get("plot_domain") != nullptr || RES_get("region") != nullptr) {
         constexpr int kPlotFirst = 1;
         DOM_from_resources(&domain, kPlotFirst);
