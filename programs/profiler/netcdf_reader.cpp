@@ -288,6 +288,15 @@ void merge_equal_heights(ProfilerRecord *record)
     }
 }
 
+/// Reads a record's name, of kNameLength characters at most; empty where it can't be read.
+void read_name(int64_t index, char *name)
+{
+    name[0] = '\0';
+    CDF_set_index(1, index);
+    CDF_get_text(state.surface[kName].id, kNameLength, name);
+    STR_strip_trailing(name);
+}
+
 void read_surface(int layout, ProfilerRecord *record)
 {
     record->lat = surface_value(kLat);
@@ -357,9 +366,7 @@ int netcdf_read_record(int layout, int64_t index, ProfilerRecord *record)
         return -1;
     }
     PRF_init_record(record);
-    CDF_set_index(1, index);
-    CDF_get_text(state.surface[kName].id, kNameLength, record->id);
-    STR_strip_trailing(record->id);
+    read_name(index, record->id);
     if (record->id[0] == '\0') {
         return -1;
     }
@@ -373,4 +380,19 @@ int netcdf_read_record(int layout, int64_t index, ProfilerRecord *record)
     }
     merge_equal_heights(record);
     return 1;
+}
+
+int64_t netcdf_find_record(const char *id)
+{
+    std::array<char, kNameLength + 1> name;
+    for (int64_t i = 0; i < state.records; ++i) {
+        read_name(i, name.data());
+        if (name[0] == '\0') {
+            return -1;
+        }
+        if (STR_casecmp(id, name.data()) == 0) {
+            return i;
+        }
+    }
+    return -1;
 }
