@@ -72,6 +72,49 @@ TEST_F(ImageFile, TyrimgForms)
     }
 }
 
+TEST_F(ImageFile, TyrimgKeepsDomainsThatHaveNoWordOfTheOldForm)
+{
+    struct Case {
+        const char *name;
+        int proj, ellipsoid;
+    };
+    const Case cases[] = {
+        {"orthographic", kProjOrtho, 0},
+        {"Mollweide", kProjMollweide, 0},
+        {"azimuthal", kProjLambertAzimuthal, 1},
+    };
+    for (const Case &c : cases) {
+        SCOPED_TRACE(c.name);
+        Image image;
+        fill_row(&image, {0x123456, 0x654321, 0x123456});
+        image.domain.proj = c.proj;
+        image.domain.ellipsoid = c.ellipsoid;
+        image.domain.plat = 40.125F;
+        image.domain.plon = -95.5F;
+        image.domain.clat = 39.0625F;
+        image.domain.clon = -97.25F;
+        image.domain.nx = 5;
+        image.domain.ny = 17;
+        image.domain.dx = 1.5F;
+        image.domain.dy = 2.5F;
+        image.height = 2;
+        image.data = static_cast<unsigned char *>(
+            std::realloc(image.data, 2 * static_cast<size_t>(image.bytes_per_line)));
+        std::memset(image.data, 7, 2 * static_cast<size_t>(image.bytes_per_line));
+        ASSERT_EQ(IMG_write_tyr(path("d.tyr").c_str(), &image, 0), 1);
+        Image back;
+        ASSERT_EQ(IMG_read_file(path("d.tyr").c_str(), &back), 1);
+        EXPECT_EQ(back.width * 10 + back.height, 32);
+        DomainRec wanted = image.domain;
+        wanted.nx = 3; // the same stretch in the picture's pixels
+        wanted.ny = 2;
+        wanted.dx = 3.0F;
+        wanted.dy = 40.0F;
+        EXPECT_TRUE(DOM_equal(&back.domain, &wanted)) << read_file(path("d.tyr"));
+        EXPECT_EQ(back.domain.ellipsoid, c.ellipsoid);
+    }
+}
+
 TEST_F(ImageFile, TyrimgMayBeShortOrStillBeWritten)
 {
     const std::string whole = "TYRIMGZ\n\n\n3 2\n" + deflated("abcd") + deflated("ef");

@@ -13,6 +13,7 @@
 #include "tyr/base/msg.h"
 #include "tyr/base/str.h"
 #include "tyr/base/sys.h"
+#include "tyr/geo/projection_words.h"
 #include "tyr/image/palette_private.h"
 #include "tyr/image/tyrimg_private.h"
 #include "tyr/paper/output_private.h"
@@ -22,6 +23,8 @@
 using namespace tyr;
 
 namespace {
+
+constexpr size_t kLineLength = 160; ///< of a line that is read
 
 std::string real(float value)
 {
@@ -59,16 +62,45 @@ std::string projection_text(const DomainRec &d)
     }
 }
 
-std::string place_text(const ImageRec &image)
+/// A domain without a word of the old form, as a line that DOM_decode reads; empty where it has no
+/// place, or the line would be cut when it is read.
+std::string domain_line(const DomainRec &d)
+{
+    if (!DOM_is_usable(&d)) {
+        return "";
+    }
+    const auto number = [](float value) { return STR_print("%.7g", static_cast<double>(value)); };
+    // the name of the azimuthal map reads as the conic one's
+    const char *word = d.proj == kProjLambertAzimuthal ? "la" : projection_name(d.proj);
+    std::string line = std::string(word) + (d.ellipsoid != 0 ? ":e" : "");
+    for (const float value : {d.plat, d.plon, d.parm1, d.parm2, d.parm3, d.parm4}) {
+        line += ":" + (is_missing(value) ? "" : number(value));
+    }
+    line += "," + number(d.clat) + "," + number(d.clon) + STR_print(",%d,%d,", d.nx, d.ny) +
+            number(d.dx) + "," + number(d.dy);
+    return line.size() < kLineLength ? line + "\n" : "";
+}
+
+/// The line that tells the place, and what it makes of the first line's letters.
+struct PlaceLine {
+    std::string text;
+    const char *letter = "";
+};
+
+PlaceLine place_line(const ImageRec &image)
 {
     DomainRec d = image.domain;
-    const std::string word = projection_text(d);
-    if (word.empty()) {
-        return STR_print("%d %d\n", image.width, image.height);
+    const PlaceLine size = {STR_print("%d %d\n", image.width, image.height)};
+    if (d.proj == kMissingInt) {
+        return size;
     }
     image_fit_domain(&d, image.width, image.height);
-    return word + " " + real(d.clat) + " " + real(d.clon) + " " + real(d.dx) + " " + real(d.dy) +
-           STR_print(" %d %d\n", d.nx, d.ny);
+    if (const std::string word = projection_text(d); !word.empty()) {
+        return {word + " " + real(d.clat) + " " + real(d.clon) + " " + real(d.dx) + " " +
+                real(d.dy) + STR_print(" %d %d\n", d.nx, d.ny)};
+    }
+    const std::string line = is_map_projection(d.proj) ? domain_line(d) : "";
+    return line.empty() ? size : PlaceLine{line, "4"};
 }
 
 unsigned grey_of(std::uint32_t pixel, int bits)
@@ -139,9 +171,10 @@ int IMG_write_tyr(const char *path, ImageRec *image, int compress)
         return 0;
     }
     const bool deflates = compress == 1;
-    const std::string head = std::string(kMagic) + (deflates ? "Z" : "") + "\n" +
+    const PlaceLine place = place_line(*image);
+    const std::string head = std::string(kMagic) + place.letter + (deflates ? "Z" : "") + "\n" +
                              comment_text(image->date_text) + "\n" + comment_text(image->info) +
-                             "\n" + place_text(*image);
+                             "\n" + place.text;
     std::fwrite(head.data(), 1, head.size(), file.stream());
     const bool is_out = write_data(file.stream(), grey_bytes(*image), deflates);
     return is_out && image_close("IMG_write_tyr", path, file) ? 1 : 0;
