@@ -3,6 +3,7 @@
 #include <filesystem>
 
 #include "image/image_cases.h"
+#include "tyr/base/res.h"
 
 namespace {
 
@@ -112,6 +113,29 @@ TEST_F(ImageFile, TyrimgKeepsDomainsThatHaveNoWordOfTheOldForm)
         wanted.dy = 40.0F;
         EXPECT_TRUE(DOM_equal(&back.domain, &wanted)) << read_file(path("d.tyr"));
         EXPECT_EQ(back.domain.ellipsoid, c.ellipsoid);
+    }
+}
+
+TEST_F(ImageFile, TyrimgDomainsMayNameAStationAndNoFile)
+{
+    RES_put("file_path", TYR_SOURCE_DIR "/data");
+    struct Case {
+        const char *name, *line;
+        int result;
+    };
+    const Case cases[] = {
+        {"a station", "ps,id:74533,3,2,1,1", 1},
+        {"a station of a file", "ps,id:/etc/passwd:root,3,2,1,1", -1},
+        {"a station of a command", "ps,id:|ls:x,3,2,1,1", -1},
+        {"a path", "ps,id:../x,3,2,1,1", -1},
+        {"no identifier", "ps,id:,3,2,1,1", -1},
+    };
+    for (const Case &c : cases) {
+        SCOPED_TRACE(c.name);
+        Image image;
+        const std::string bytes = std::string("TYRIMG4\n\n\n") + c.line + "\nabcdef";
+        EXPECT_EQ(IMG_read_tyr(dir_.write("id.tyr", bytes).c_str(), &image, 0), c.result);
+        EXPECT_EQ(is_missing(image.domain.clat), c.result != 1);
     }
 }
 

@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <array>
+#include <cctype>
 #include <cmath>
 #include <cstdint>
 #include <cstring>
@@ -57,16 +58,30 @@ Options read_options(std::string_view letters)
     return {has('4'), has('*'), has('Z'), has('V'), has('C')};
 }
 
+/// A station by its plain identifier: one by a file of cities, or with other signs, is none.
+bool is_plain_station(const std::string &word)
+{
+    constexpr std::string_view kStation = "id:";
+    const std::string_view text(word);
+    return text.size() > kStation.size() && text.substr(0, kStation.size()) == kStation &&
+           std::all_of(word.begin() + kStation.size(), word.end(),
+                       [](char c) { return std::isalnum(static_cast<unsigned char>(c)) != 0; });
+}
+
 /// A domain line may neither name a file, a command or a stream, nor ask the user.
 bool is_plain_domain(std::string line)
 {
     STR_lower(line.data());
-    if (line.find('|') != std::string::npos || line.find("id:") != std::string::npos) {
+    const std::vector<std::string> words = STR_fields(line, ',');
+    const bool has_foreign = std::any_of(words.begin(), words.end(), [](const std::string &word) {
+        return word.find("id:") != std::string::npos && !is_plain_station(word);
+    });
+    if (line.find('|') != std::string::npos || has_foreign) {
         return false;
     }
-    const std::vector<std::string> words = STR_fields(line, ',');
-    return words.size() > 1 || (words.size() == 1 && words[0] != kVariableRegion &&
-                                words[0].find(':') == std::string::npos);
+    return words.size() > 1 ||
+           (words.size() == 1 && words[0] != kVariableRegion &&
+            (words[0].find(':') == std::string::npos || is_plain_station(words[0])));
 }
 
 bool read_domain_line(const std::string &line, DomainRec *domain)
