@@ -204,7 +204,9 @@ TEST_F(ImageFile, XwdBytes)
         const std::string head = std::string(file).replace(4 * c.field, 4, big({c.value}));
         const std::string name = dir_.write("a.xwd", (head + c.rest).substr(0, c.length));
         int result = -1;
-        EXPECT_EQ(said([&] { result = IMG_read_file(name.c_str(), &image); }), c.said);
+        const std::string told = said([&] { result = IMG_read_file(name.c_str(), &image); });
+        const std::string named = "IMG_read: " + name + ": not an image, or a damaged one\n";
+        EXPECT_EQ(told, c.said.empty() ? "" : c.said + named);
         ASSERT_EQ(result, c.said.empty() ? 1 : 0);
         if (result == 1) {
             EXPECT_STREQ(image.info, "w");
@@ -266,7 +268,9 @@ TEST_F(ImageFile, RefusalsAreOneLine)
         }
         Image fresh;
         ImageRec *record = text.find("/proc") == std::string::npos ? &fresh : &image;
-        EXPECT_EQ(said([&] { EXPECT_EQ(c.call(name.c_str(), record), c.result); }), text);
+        const std::string told = said([&] { EXPECT_EQ(c.call(name.c_str(), record), c.result); });
+        const std::string named = "IMG_read: " + name + ": not an image, or a damaged one\n";
+        EXPECT_TRUE(told == text || told == text + named) << told << text;
         EXPECT_EQ(fresh.data, nullptr);
     }
     EXPECT_EQ(said([] {
@@ -292,6 +296,25 @@ TEST_F(ImageFile, PrintsItsHead)
                   "Tranparent colors: -1\n",
                   0),
               0U);
+}
+
+TEST_F(ImageFile, AFileThatIsNoImageIsNamed)
+{
+    const std::string cases[] = {"",
+                                 "plain text that goes on for a while, longer than any magic",
+                                 "GIF8",
+                                 "\x89PNG but no more of it",
+                                 "TYRIMG\n\n\nnowhere\n",
+                                 std::string(300, '\xff')};
+    for (const std::string &bytes : cases) {
+        SCOPED_TRACE(bytes.substr(0, 20));
+        const std::string name = dir_.write("no_image", bytes);
+        Image image;
+        int result = 1;
+        const std::string told = said([&] { result = IMG_read_file(name.c_str(), &image); });
+        EXPECT_NE(result, 1);
+        EXPECT_NE(told.find(name + ": not an image"), std::string::npos) << told;
+    }
 }
 
 } // namespace

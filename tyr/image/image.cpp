@@ -38,6 +38,9 @@ int IMG_read(const char *path, ImageRec *image, int header_only)
     image->depth = gis_x11() ? ginq_depth() : 0;
     const ImageFormat &format = image_format_of(std::string_view(magic.data(), magic.size()));
     const int result = format.read(path, image, header_only);
+    if (result != 1) {
+        MSG_out(kMsgWarn, "IMG_read: %s: not an image, or a damaged one\n", path);
+    }
     if (result == 0) {
         IMG_free(image);
     }
