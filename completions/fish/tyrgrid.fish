@@ -44,5 +44,6 @@ complete -c tyrgrid -o ti -d 'Window title' -x
 complete -c tyrgrid -o ic -d 'Open window iconified'
 complete -c tyrgrid -o bg -d 'Background color' -x
 complete -c tyrgrid -o ge -d 'Window geometry' -x
+complete -c tyrgrid -o inp -d 'Type of input' -r
 complete -c tyrgrid -l help -d 'Print the help'
 complete -c tyrgrid -l version -d 'Print the version'

@@ -253,6 +253,12 @@ TEST_F(Tyrgrid, RealModelsAreConvertedAndDrawn)
     ASSERT_EQ(lines.size(), 7U);
     EXPECT_EQ(lines[2], "3 500 mb 24 hght gpm 93 x 65 5017 to 5915");
     EXPECT_EQ(lines[5], "6 500 mb 24 uwnd m/s 93 x 65 -12 to 51");
+    RunOptions piped;
+    piped.input = read_file(file);
+    const std::vector<std::string> streamed =
+        listing(tyrgrid({"-inp", "grib", "-le", "500", "-"}, piped).out);
+    ASSERT_EQ(streamed.size(), 7U);
+    EXPECT_EQ(streamed[6], "109 500 mb 24 vwnd m/s 93 x 65 -33 to 24");
     for (const char *domain : {"", "ps,45,-100,30,20,1.5", "latlon,40,-100,60,30,1,1"}) {
         SCOPED_TRACE(domain);
         std::vector<std::string> words = {"-va", ":500:avor,:500:wind"};
