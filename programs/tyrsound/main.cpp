@@ -38,19 +38,19 @@ constexpr int kPositional[] = {kOptFiles, 0};
 
 struct PageWord {
     const char *word;
-    PageKind kind;
+    SoundingPage kind;
 };
 constexpr PageWord kPages[] = {
-    {"skewt",   PageKind::kSkewT    },
-    {"tephi",   PageKind::kTephigram},
-    {"upright", PageKind::kUpright  },
-    {"hodo",    PageKind::kHodograph},
+    {"skewt",   SoundingPage::kSkewT    },
+    {"tephi",   SoundingPage::kTephigram},
+    {"upright", SoundingPage::kUpright  },
+    {"hodo",    SoundingPage::kHodograph},
 };
 
 /// What is wanted of each sounding.
 struct Wishes {
     std::vector<std::string> listings;
-    std::vector<PageKind> pages;
+    std::vector<SoundingPage> pages;
     bool lists = false;
 
     bool any() const { return lists || !pages.empty(); }
@@ -86,27 +86,24 @@ bool read_wishes(bool is_named, Wishes *wishes)
             return false;
         }
     }
+    if (wishes->pages.size() > 1) {
+        MSG_out(kMsgError, "More than one picture was asked for\n");
+        return false;
+    }
     wishes->lists = !wishes->listings.empty() || RES_get("table") != nullptr;
     if (!wishes->any() && is_named) {
-        wishes->pages.push_back(PageKind::kSkewT);
+        wishes->pages.push_back(SoundingPage::kSkewT);
     }
     return true;
 }
 
-/// Lists and draws the sounding in force, on further pages where there is one. @return exit code
-int show(const Wishes &wishes, bool *is_begun)
+/// Lists and draws the sounding in force. @return exit code
+int show(const Wishes &wishes)
 {
     if (wishes.lists) {
         print_listings(wishes.listings);
     }
-    for (const PageKind kind : wishes.pages) {
-        const int code = *is_begun ? draw_next_page(kind) : draw_page(kind);
-        *is_begun = true;
-        if (code != kExitNormal) {
-            return code;
-        }
-    }
-    return kExitNormal;
+    return wishes.pages.empty() ? kExitNormal : draw_sounding_page(wishes.pages.front());
 }
 
 std::vector<std::string> file_names()
@@ -135,33 +132,33 @@ int show_raw(const std::string &path)
         return write_sounding(out, RES_get("output"));
     }
     Wishes wishes;
-    bool is_begun = false;
-    if (!read_wishes(true, &wishes)) {
-        return kExitNothing;
-    }
-    const int code = show(wishes, &is_begun);
-    return is_begun && code == kExitNormal ? end_pages() : code;
+    return read_wishes(true, &wishes) ? show(wishes) : kExitNothing;
 }
 
-int show_reports(const std::vector<HeldReport> &chosen, const Wishes &wishes)
+/// Lists all soundings that were chosen, and draws the first: a plot has one picture.
+int show_reports(const std::vector<HeldReport> &chosen, Wishes wishes)
 {
-    int shown = 0;
-    bool is_begun = false;
+    bool is_shown = false;
     for (const HeldReport &held : chosen) {
+        if (is_shown && !wishes.lists) {
+            MSG_out(kMsgMess, "One picture a run: -id chooses another sounding\n");
+            break;
+        }
         if (!analyse(held)) {
             continue;
         }
-        const int code = show(wishes, &is_begun);
+        const int code = show(wishes);
         if (code != kExitNormal) {
             return code;
         }
-        ++shown;
+        is_shown = true;
+        wishes.pages.clear();
     }
-    if (shown == 0) {
+    if (!is_shown) {
         MSG_out(kMsgError, "No sounding to show\n");
         return kExitNothing;
     }
-    return is_begun ? end_pages() : kExitNormal;
+    return kExitNormal;
 }
 
 int run(const std::vector<HeldReport> &held)

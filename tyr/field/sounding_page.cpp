@@ -55,10 +55,11 @@ class Panel {
         GPH_set_text_align(kAlignLeft, kAlignHalf);
         GPH_text_at("%s", x_, y_, name);
         GPH_set_text_align(kAlignRight, kAlignHalf);
-        if (is_missing(value) || value == -1.0F)
+        if (is_missing(value) || value == -1.0F) {
             GPH_text_at("-", x_ + 0.76F * width_, y_);
-        else
+        } else {
             GPH_text_at("%.*f", x_ + 0.76F * width_, y_, decimals, double{value});
+        }
         GPH_set_text_align(kAlignLeft, kAlignHalf);
         GPH_text_at("%s", x_ + 0.80F * width_, y_, unit);
         y_ -= 1.75F * size_;
@@ -102,10 +103,11 @@ void draw_title(const float area[4], float size)
 {
     const SoundingStore &s = THERM_store();
     char date[kDateTextRoom] = "";
-    if (s.date.month > 0)
+    if (s.date.month > 0) {
         TIME_format(&s.date, date);
-    else if (s.date.day > 0 && s.date.hour >= 0) // a bulletin tells no month
+    } else if (s.date.day > 0 && s.date.hour >= 0) { // a bulletin tells no month
         std::snprintf(date, sizeof date, "day %d %02dZ", s.date.day, s.date.hour);
+    }
     use_text(size);
     gset_text_width(2.0F);
     GPH_set_text_align(kAlignLeft, kAlignHalf);
@@ -113,11 +115,11 @@ void draw_title(const float area[4], float size)
     gset_text_width(1.0F);
 }
 
-int projection_of(PageKind kind)
+int projection_of(SoundingPage kind)
 {
-    return kind == PageKind::kTephigram ? kProjTephigram
-           : kind == PageKind::kUpright ? kProjRotatedTephigram
-                                        : kProjSkewT;
+    return kind == SoundingPage::kTephigram ? kProjTephigram
+           : kind == SoundingPage::kUpright ? kProjRotatedTephigram
+                                            : kProjSkewT;
 }
 
 /// The plot area, and parts of it.
@@ -141,7 +143,7 @@ void draw_hodograph(const std::vector<float> &area)
     THERM_plot_hodograph(area.data(), s.winds, s.num_winds, storm, kHodographTop);
 }
 
-void draw_diagram(PageKind kind, const Sheet &sheet)
+void draw_diagram(SoundingPage kind, const Sheet &sheet)
 {
     const std::vector<float> area = sheet.part(0.05F, 0.66F, 0.05F, 0.94F);
     const SoundingStore &s = THERM_store();
@@ -156,25 +158,28 @@ void draw_diagram(PageKind kind, const Sheet &sheet)
     draw_panel(sheet.part(0.765F, 1.0F, 0.05F, 0.555F).data(), size);
 }
 
-int fill_page(PageKind kind)
+void fill_page(SoundingPage kind)
 {
     const Sheet sheet;
-    if (kind == PageKind::kHodograph) {
+    if (kind == SoundingPage::kHodograph) {
         draw_hodograph(sheet.part(0.14F, 0.86F, 0.02F, 0.94F));
     } else {
         draw_diagram(kind, sheet);
     }
     draw_title(sheet.part(0.05F, 1.0F, 0.955F, 1.0F).data(), 0.018F * sheet.height());
     PLT_dump(kCurrentFrame);
-    return PLT_dump_failed() ? kExitNoDump : kExitNormal;
 }
 
-PageKind last_kind = PageKind::kSkewT;
+/// What a window shows.
+SoundingPage last_kind = SoundingPage::kSkewT;
 
 /// A window that took another size is drawn anew.
 int redraw(DomainRec * /*domain*/)
 {
-    return PLT_restart(kAspect) == 0 ? fill_page(last_kind) : 0;
+    if (PLT_restart(kAspect) == 0) {
+        fill_page(last_kind);
+    }
+    return 0;
 }
 
 void on_event(int /*kind*/, const char *event, float x, float y)
@@ -184,7 +189,7 @@ void on_event(int /*kind*/, const char *event, float x, float y)
 
 } // namespace
 
-int draw_page(PageKind kind)
+int draw_sounding_page(SoundingPage kind)
 {
     if (PLT_begin(kAspect) != 0) {
         return kExitNothing;
@@ -192,17 +197,7 @@ int draw_page(PageKind kind)
     last_kind = kind;
     PLT_set_callback(on_event);
     PLT_set_size_callback(redraw);
-    return fill_page(kind);
-}
-
-int draw_next_page(PageKind kind)
-{
-    last_kind = kind;
-    return PLT_restart(kAspect) == 0 ? fill_page(kind) : kExitNothing;
-}
-
-int end_pages()
-{
+    fill_page(kind);
     PLT_end();
     return PLT_dump_failed() ? kExitNoDump : kExitNormal;
 }
