@@ -75,5 +75,5 @@ set(CPACK_DEBIAN_RUNTIME_PACKAGE_RECOMMENDS "libeccodes0")
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_SUGGESTS "ghostscript, man-db, bash-completion")
 set(CPACK_DEBIAN_DEV_PACKAGE_NAME tyr-dev)
 set(CPACK_DEBIAN_DEV_PACKAGE_DEPENDS
-  "tyr (= ${PROJECT_VERSION}), libnetcdf-dev, libx11-dev, libpng-dev, zlib1g-dev, libopenjp2-7-dev")
+  "tyr (= ${PROJECT_VERSION}), libnetcdf-dev, libx11-dev, libpng-dev, zlib1g-dev, libopenjp2-7-dev, libcairo2-dev")
 include(CPack)

@@ -37,6 +37,7 @@ mkdir "$root/in"
 cp "$deb" "$root/in/tyr.deb"
 cp -r "$build/observations" "$root/in"
 chmod -R a+rX "$root/in"
+# shellcheck disable=SC2016
 mmdebstrap --quiet --variant=apt --include=man-db,bash-completion \
     --customize-hook="sync-in '$root/in' /srv" \
     --customize-hook='chroot "$1" apt-get install -y --no-install-recommends /srv/tyr.deb' \
