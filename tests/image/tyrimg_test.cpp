@@ -1,5 +1,7 @@
 // The image container: its forms, its encodings, what is short.
 
+#include <filesystem>
+
 #include "image/image_cases.h"
 
 namespace {
@@ -86,10 +88,19 @@ TEST_F(ImageFile, TyrimgMayBeShortOrStillBeWritten)
     Image given_up;
     ASSERT_EQ(tyr_read(name.c_str(), &given_up, 0, 1), 1);
     EXPECT_EQ(data(given_up), "abcd" + rest);
-    std::thread writer([&] {
+    const auto write_rest = [&] {
         std::this_thread::sleep_for(std::chrono::milliseconds(100));
         std::ofstream(name, std::ios::app | std::ios::binary) << whole.substr(cut.size());
-    });
+    };
+    namespace fs = std::filesystem;
+    fs::last_write_time(name, fs::file_time_type::clock::now() - std::chrono::hours(1));
+    std::thread late(write_rest);
+    Image old;
+    ASSERT_EQ(IMG_read_tyr(name.c_str(), &old, 0), 1);
+    late.join();
+    EXPECT_EQ(data(old), "abcd" + rest) << "nobody writes to a file of an hour ago";
+    dir_.write("a", cut);
+    std::thread writer(write_rest);
     Image waited;
     ASSERT_EQ(IMG_read_tyr(name.c_str(), &waited, 0), 1);
     writer.join();

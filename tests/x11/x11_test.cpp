@@ -227,6 +227,10 @@ TEST_F(X11, ImageFilesAreDrawnAtTheirPlace)
         }
         EXPECT_EQ(wrong, 0);
     }
+    // a picture of 256 MB that says little: what lies outside of the window isn't made
+    const std::string vast = folder.write("vast.img", "TYRIMG\n\n\n16384 16384\n");
+    EXPECT_EQ(gdraw_image_file(vast.c_str(), nullptr, 0, 0), 1);
+    EXPECT_EQ(gdraw_image_file(vast.c_str(), nullptr, 5000, 5000), 1) << "nothing of it is seen";
     ::testing::internal::CaptureStderr();
     EXPECT_EQ(gdraw_image_file(folder.file("none").c_str(), nullptr, 0, 0), 0);
     EXPECT_NE(::testing::internal::GetCapturedStderr(), "");

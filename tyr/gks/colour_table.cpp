@@ -39,6 +39,8 @@ struct State {
 
 State state;
 
+constexpr const char *kNoColourWords[] = {"none", "off", "back"};
+
 struct PrintWord {
     const char *word;
     int index;
@@ -156,7 +158,11 @@ void warn_unopened(const char *path)
 
 void warn_unknown_colour(const char *word)
 {
-    std::vector<std::string_view> known = {"none", "off", "back", "end"};
+    std::vector<std::string_view> known(std::begin(kNoColourWords), std::end(kNoColourWords));
+    if (std::any_of(known.begin(), known.end(),
+                    [word](std::string_view k) { return is_word(word, k.data()); })) {
+        return;
+    }
     for (int i = 0; i < state.count; i++) {
         if (!state.table[i].name.empty()) {
             known.emplace_back(state.table[i].name);
@@ -197,7 +203,7 @@ void CLR_read_table(const char *files)
     }
 }
 
-int CLR_lookup(const char *word)
+int CLR_find(const char *word)
 {
     if (word == nullptr || word[0] == '\0') {
         return kColourNone;
@@ -205,8 +211,10 @@ int CLR_lookup(const char *word)
     if (is_word(word, "end")) {
         return kColourEnd;
     }
-    if (is_word(word, "none") || is_word(word, "off") || is_word(word, "back")) {
-        return kColourNone;
+    for (const char *none : kNoColourWords) {
+        if (is_word(word, none)) {
+            return kColourNone;
+        }
     }
     for (const PrintWord &print : kPrintWords) {
         if (is_word(word, print.word)) {
@@ -225,10 +233,16 @@ int CLR_lookup(const char *word)
     if (std::isdigit(static_cast<unsigned char>(word[0])) != 0) {
         return static_cast<int>(std::clamp(std::strtol(word, nullptr, 10), 0L, 1000000L));
     }
-    if (state.count > 0) {
+    return kColourNone;
+}
+
+int CLR_lookup(const char *word)
+{
+    const int index = CLR_find(word);
+    if (index == kColourNone && state.count > 0 && word != nullptr && word[0] != '\0') {
         warn_unknown_colour(word);
     }
-    return kColourNone;
+    return index;
 }
 
 int CLR_add(const char *name, float red, float green, float blue)

@@ -3,9 +3,12 @@
 #include <cmath>
 #include <cstdint>
 #include <cstring>
+#include <ctime>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include <sys/stat.h>
 
 #include <zlib.h>
 
@@ -294,6 +297,15 @@ void read_deflated(std::FILE *file, unsigned char *out, size_t size, int most_tr
     }
 }
 
+/// Whether more of a file may come: a plain one that was written to a moment ago.
+bool may_grow(std::FILE *file)
+{
+    constexpr std::time_t kMoment = 10; // seconds
+    struct stat about = {};
+    return fstat(fileno(file), &about) == 0 && S_ISREG(about.st_mode) &&
+           std::time(nullptr) - about.st_mtime <= kMoment;
+}
+
 /// Opens the file whose name stands in the place of the data: a plain file only.
 FilePtr open_named(std::FILE *file)
 {
@@ -329,7 +341,7 @@ int read_data(FilePtr file, const Options &options, int most_tries, ImageRec *im
     }
     const size_t size = static_cast<size_t>(image->width) * static_cast<size_t>(image->height);
     if (options.is_deflated) {
-        read_deflated(file.get(), image->data, size, most_tries);
+        read_deflated(file.get(), image->data, size, may_grow(file.get()) ? most_tries : 1);
     } else {
         std::fread(image->data, 1, size, file.get());
     }

@@ -44,7 +44,7 @@ void gcolor_background()
         word.clear();
     }
     float rgb[3] = {0.0F, 0.0F, 0.0F};
-    const int index = word.empty() ? kColourNone : CLR_lookup(word.c_str());
+    const int index = word.empty() ? kColourNone : CLR_find(word.c_str());
     const bool is_in_table = index >= 0 && index < CLR_count();
     if (is_in_table) {
         CLR_get_rgb(index, &rgb[0], &rgb[1], &rgb[2]);

@@ -1,5 +1,6 @@
 #include "tyr/x11/draw_image.h"
 
+#include <algorithm>
 #include <array>
 #include <bit>
 #include <cmath>
@@ -29,7 +30,7 @@ using Rgb = std::array<float, 3>;
 Rgb transparent_colour(const char *word)
 {
     Rgb rgb{};
-    const int index = word != nullptr && word[0] != '\0' ? CLR_lookup(word) : -1;
+    const int index = word != nullptr && word[0] != '\0' ? CLR_find(word) : -1;
     if (index >= 0) {
         CLR_get_rgb(index, &rgb[0], &rgb[1], &rgb[2]);
         return rgb;
@@ -120,25 +121,52 @@ struct Shown {
     bool is_drawn;
 };
 
-bool convert(const ImageRec &source, const Rgb &hidden, Screened *out)
+/// The pixels of an image that fall into the window.
+struct Part {
+    int left, top, width, height;
+};
+
+Part shown_part(const ImageRec &image, int left, int top)
+{
+    Window root = 0;
+    int x = 0;
+    int y = 0;
+    unsigned width = 0;
+    unsigned height = 0;
+    unsigned border = 0;
+    unsigned depth = 0;
+    XGetGeometry(x11().display, x11().target, &root, &x, &y, &width, &height, &border, &depth);
+    const auto cut = [](int start, int size, unsigned room, int *from, int *count) {
+        const std::int64_t end = std::min<std::int64_t>(std::int64_t{start} + size, room);
+        *from = start < 0 ? -start : 0;
+        *count = static_cast<int>(std::max<std::int64_t>(end - start - *from, 0));
+    };
+    Part part{};
+    cut(left, image.width, width, &part.left, &part.width);
+    cut(top, image.height, height, &part.top, &part.height);
+    return part;
+}
+
+/// Converts a part of a picture: what lies outside of the window costs nothing.
+bool convert(const ImageRec &source, const Part &part, const Rgb &hidden, Screened *out)
 {
     const X11State &x = x11();
-    out->image = XCreateImage(x.display, x.visual, static_cast<unsigned>(ginq_depth()), ZPixmap, 0,
-                              nullptr, static_cast<unsigned>(source.width),
-                              static_cast<unsigned>(source.height), 32, 0);
+    out->image =
+        XCreateImage(x.display, x.visual, static_cast<unsigned>(ginq_depth()), ZPixmap, 0, nullptr,
+                     static_cast<unsigned>(part.width), static_cast<unsigned>(part.height), 32, 0);
     if (out->image == nullptr) {
         return false;
     }
-    const auto height = static_cast<size_t>(source.height);
-    const size_t mask_line = (static_cast<size_t>(source.width) + 7) / 8;
+    const auto height = static_cast<size_t>(part.height);
+    const size_t mask_line = (static_cast<size_t>(part.width) + 7) / 8;
     out->pixels.resize(static_cast<size_t>(out->image->bytes_per_line) * height);
     out->mask.resize(mask_line * height);
     out->image->data = out->pixels.data();
     std::unordered_map<std::uint32_t, Shown> known;
-    for (int row = 0; row < source.height; row++) {
+    for (int row = 0; row < part.height; row++) {
         char *mask = out->mask.data() + mask_line * static_cast<size_t>(row);
-        for (int column = 0; column < source.width; column++) {
-            const std::uint32_t value = image_pixel(source, column, row);
+        for (int column = 0; column < part.width; column++) {
+            const std::uint32_t value = image_pixel(source, part.left + column, part.top + row);
             auto found = known.find(value);
             if (found == known.end()) {
                 const Rgb rgb = colour_of(source, value);
@@ -178,15 +206,18 @@ int gdraw_image_file(const char *file, const char *transparent, int x, int y)
     if (IMG_read_file(file, &image) != 1) {
         return 0;
     }
-    Screened shown;
-    const bool is_converted = convert(image, transparent_colour(transparent), &shown);
     short clip[4];
     gclip_rect(clip);
     const int left = x < 0 ? clip[0] + clip[2] - image.width + x : clip[0] + x;
     const int top = y < 0 ? clip[1] + clip[3] - image.height + y : clip[1] + y;
+    const Part part = shown_part(image, left, top);
+    const bool is_seen = part.width > 0 && part.height > 0;
+    Screened shown;
+    const bool is_converted =
+        is_seen && convert(image, part, transparent_colour(transparent), &shown);
     IMG_free(&image);
     if (is_converted) {
-        put(shown, left, top);
+        put(shown, left + part.left, top + part.top);
     }
-    return is_converted ? 1 : 0;
+    return is_converted || !is_seen ? 1 : 0;
 }
