@@ -142,8 +142,11 @@ bool apply_word(const std::string &word)
     } else if (is_word(word, "color") || is_word(word, "gray")) {
         w.is_coloured = is_word(word, "color");
     } else if (STR_has_prefix(word, "dpi=")) {
-        w.dpi = static_cast<double>(number(4));
-        return w.dpi >= kMinDpi && w.dpi <= kMaxDpi;
+        const double dpi = static_cast<double>(number(4));
+        if (dpi < kMinDpi || dpi > kMaxDpi) {
+            return false;
+        }
+        w.dpi = dpi;
     } else if (STR_has_prefix(word, "bg=")) {
         return set_background(word.substr(3));
     } else if (STR_has_prefix(word, "scale")) {
