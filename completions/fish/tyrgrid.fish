@@ -39,7 +39,7 @@ complete -c tyrgrid -o coco -d 'Line contour color' -x
 complete -c tyrgrid -o cof -d 'Fill contour colors' -x
 complete -c tyrgrid -o cola -d 'Line label color' -x
 complete -c tyrgrid -o cocl -d 'Fill label color' -x
-complete -c tyrgrid -o de -d 'Output device: d,p,q,w,m' -x -a 'd p q h m w'
+complete -c tyrgrid -o de -d 'Output device: d,p,q,w,m' -x -a 'd p q h m i w'
 complete -c tyrgrid -o ti -d 'Window title' -x
 complete -c tyrgrid -o ic -d 'Open window iconified'
 complete -c tyrgrid -o bg -d 'Background color' -x

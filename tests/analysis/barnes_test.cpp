@@ -192,6 +192,8 @@ TEST(Barnes, EqualsItsDefinition)
         {"two at least", 2.0F, 1.2F, 2, 0.4F, 2, kMissing},
         {"replaced", 3.0F, 3.0F, 2, 0.4F, 1, 5.0F},
         {"narrow filter", 0.05F, 6.0F, 1, 0.2F, 1, kMissing},
+        {"points without weight", 0.0005F, 1000.0F, 2, 0.5F, 1, kMissing},
+        {"counted without weight", 0.0005F, 1000.0F, 1, 0.2F, 2, kMissing},
     };
     for (const auto &[dx, dy] : {std::pair{1.5F, 0.75F}, std::pair{1.0F, 1.0F}}) {
         for (const Case &c : cases) {

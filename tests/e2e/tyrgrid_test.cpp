@@ -253,6 +253,10 @@ TEST_F(Tyrgrid, RealModelsAreConvertedAndDrawn)
     ASSERT_EQ(lines.size(), 7U);
     EXPECT_EQ(lines[2], "3 500 mb 24 hght gpm 93 x 65 5017 to 5915");
     EXPECT_EQ(lines[5], "6 500 mb 24 uwnd m/s 93 x 65 -12 to 51");
+    const std::vector<std::string> fields = {"-va", ":500:hght:m:ln,:500:wind"};
+    const PsPage of_grib = draw(file, fields);
+    const PsPage of_netcdf = draw(out, fields);
+    EXPECT_EQ(describe(of_grib.strokes), describe(of_netcdf.strokes)) << "dates among them";
     RunOptions piped;
     piped.input = read_file(file);
     const std::vector<std::string> streamed =

@@ -19,10 +19,10 @@ struct OutputCase {
     const char *device; ///< before the file's name
     const char *behind;
 };
-constexpr OutputCase kOutputs[] = {{"plot.ps", "p,", ""},
-                                   {"plot.hpgl", "h,", ""},
-                                   {"plot.meta", "m,", ""},
-                                   {"plot.cgm", "m,", ",cgm"}};
+constexpr OutputCase kOutputs[] = {{"plot.ps", "p,", ""},   {"plot.hpgl", "h,", ""},
+                                   {"plot.meta", "m,", ""}, {"plot.cgm", "m,", ",cgm"},
+                                   {"plot.png", "i,", ""},  {"plot.svg", "i,", ""},
+                                   {"plot.pdf", "i,", ""}};
 
 class WholeOutput : public testing::Test {
   protected:

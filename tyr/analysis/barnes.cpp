@@ -21,6 +21,7 @@ constexpr float kZero = 1e-10F; ///< a value nearer to 0 is 0
 constexpr int kOurModel = 1;
 constexpr int kGridNumber = 2;
 constexpr size_t kBlock = 1024;   ///< stations whose column weights are held at a time
+constexpr double kNoWeight = 750; ///< squared distance by the filter where a weight is exactly 0
 constexpr int kTileStations = 64; ///< worked on together, with the rows that they reach
 constexpr int kTileRows = 8;
 
@@ -310,12 +311,23 @@ void to_grid_coordinates(const DomainRec &domain, float *x, float *y, int statio
     DOM_set(&before);
 }
 
+/// The run without the points whose weights would add exactly 0. They matter to the counts alone.
+Run where_weights_count(const Run &run, double filter)
+{
+    Run cut = run;
+    if (filter > 0.0 && barnes_params().minimum <= 1) {
+        cut.reach = std::min(run.reach, kNoWeight * filter);
+    }
+    return cut;
+}
+
 void pass(const Run &run, int number, const float *const *values)
 {
     MSG_out(kMsgOut3, "Pass: %d...\n", number);
     const auto points = static_cast<size_t>(run.nx) * static_cast<size_t>(run.ny);
     std::vector<Sums> sums(run.fields.size(), Sums(points, barnes_params().minimum > 1));
-    gather(run, barnes_params().filter, values, &sums);
+    const double filter = barnes_params().filter;
+    gather(where_weights_count(run, filter), filter, values, &sums);
     settle(run, sums, number == 1);
 }
 

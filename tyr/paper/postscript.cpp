@@ -87,7 +87,8 @@ void send_colour(int index)
     float green = 0.0F;
     float blue = 0.0F;
     ginq_color(index, &red, &green, &blue);
-    state.out.print("%4.2f %4.2f %4.2f setrgbcolor\n", red, green, blue);
+    state.out << Fixed{red, 2} << " " << Fixed{green, 2} << " " << Fixed{blue, 2}
+              << " setrgbcolor\n";
     state.index = index;
     state.grey = kNoGrey;
 }
@@ -162,6 +163,17 @@ void apply_word(const std::string &word)
     } else if (const auto paper = paper_from_word(word)) {
         state.page = *paper;
     }
+}
+
+/// The line of a point at one go.
+void write_point(float x, float y, std::string_view tail)
+{
+    std::array<char, 2 * kFixedRoom + 8> line;
+    char *end = write_fixed({x, 2}, line.data());
+    *end++ = ' ';
+    end = write_fixed({y, 2}, end);
+    end = std::copy(tail.begin(), tail.end(), end);
+    state.out << std::string_view(line.data(), static_cast<size_t>(end - line.data()));
 }
 
 } // namespace
@@ -293,7 +305,7 @@ void gps_fill_color(int index)
     }
     const float grey = gps_gray(index);
     if (grey != state.grey) {
-        state.out.print("%3.3f setgray\n", grey);
+        state.out << Fixed{grey, 3} << " setgray\n";
         state.grey = grey;
     }
 }
@@ -308,7 +320,7 @@ void gps_width(int index, float width)
     state.width = kept;
     const float dots = static_cast<float>(state.line_base) * kept;
     if (factor == 1) {
-        state.out.print("%2.1f dot lw\n", dots);
+        state.out << Fixed{dots, 1} << " dot lw\n";
     } else {
         state.out.print("%d dot lw\n", static_cast<int>(std::min(dots, 1.0e6F)));
     }
@@ -347,17 +359,27 @@ void gps_draw(float x, float y)
 
 void gps_move_dc(float x, float y)
 {
-    state.out << Fixed{x, 2} << " " << Fixed{y, 2} << " mv\n";
+    write_point(x, y, " mv\n");
 }
 
 void gps_draw_dc(float x, float y)
 {
-    state.out << Fixed{x, 2} << " " << Fixed{y, 2} << " ln\n";
+    write_point(x, y, " ln\n");
 }
 
 void tyr::gps_put(std::string_view text)
 {
     state.out << text;
+}
+
+void tyr::gps_put_count(std::string_view what, int n)
+{
+    state.out << what << n << "\n";
+}
+
+void tyr::gps_put_place(std::string_view what, const float pos[2], std::string_view text)
+{
+    state.out << what << Fixed{pos[0], 6} << " " << Fixed{pos[1], 6} << " " << text << "\n";
 }
 
 void gps_printf(const char *format, ...)

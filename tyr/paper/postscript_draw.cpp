@@ -26,7 +26,7 @@ void write_path(int n, const float *points)
 void tyr::gps_polyline(int n, const float *points)
 {
     const LineState &line = kernel().line;
-    gps_printf("%%%%PL:%d\n", n);
+    gps_put_count("%%PL:", n);
     gps_width(line.colour, line.width);
     gps_line_color(line.colour);
     gps_dash(line.type);
@@ -40,7 +40,8 @@ void tyr::gps_area(int n, const float *points)
     if (kernel().fill.int_style != kSolid) {
         return;
     }
-    gps_printf("%%%%FA:%d\nnp\n", n);
+    gps_put_count("%%FA:", n);
+    gps_put("np\n");
     write_path(n, points);
     gps_put("cp\n");
     gps_fill_color(kernel().fill.colour);
@@ -50,7 +51,7 @@ void tyr::gps_area(int n, const float *points)
 void tyr::gps_begin_markers(int n)
 {
     const MarkerState &marker = kernel().marker;
-    gps_printf("%%%%PM:%d\n", n);
+    gps_put_count("%%PM:", n);
     gps_width(marker.colour, marker.width);
     gps_line_color(marker.colour);
     gps_dash(1);
@@ -69,7 +70,7 @@ void tyr::gps_stroke(int n, const float *points)
 void tyr::gps_begin_text(const float pos[2], const char *text)
 {
     const TextState &attributes = kernel().text;
-    gps_printf("%%%%TE:%f %f %s\n", pos[0], pos[1], comment_text(text).c_str());
+    gps_put_place("%%TE:", pos, comment_text(text));
     gps_width(attributes.colour, attributes.width);
     gps_line_color(attributes.colour);
     gps_dash(1);

@@ -24,6 +24,10 @@ void gps_clear_region(const float rect[4]);
 
 /// Writes a text as it stands.
 void gps_put(std::string_view text);
+/// A line with a count behind `what`.
+void gps_put_count(std::string_view what, int n);
+/// A line with a place and a text behind `what`.
+void gps_put_place(std::string_view what, const float pos[2], std::string_view text);
 
 /// Opens for a redraw of a window's picture: `tyrps_print`, `PSPRINT` or "tyr.ps". False when that
 /// fails.

@@ -1,13 +1,13 @@
 #include <cerrno>
 #include <cmath>
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <ctime>
 #include <numbers>
 
-#include <cairo-pdf.h>
-#include <cairo-svg.h>
+#include <png.h>
 
 #include "tyr/base/date.h"
 #include "tyr/base/str.h"
@@ -34,33 +34,72 @@ cairo_status_t write_to_text(void *text, const unsigned char *bytes, unsigned le
     return CAIRO_STATUS_SUCCESS;
 }
 
+/// An opaque picture, fast rather than small. @return false with errno where it didn't go out
+bool write_opaque_png(cairo_surface_t *surface, std::FILE *stream)
+{
+    cairo().surface_flush(surface);
+    const unsigned char *pixels = cairo().image_surface_get_data(surface);
+    const auto stride = static_cast<size_t>(cairo().image_surface_get_stride(surface));
+    const auto width = static_cast<size_t>(cairo().image_surface_get_width(surface));
+    const auto height = static_cast<size_t>(cairo().image_surface_get_height(surface));
+    std::vector<unsigned char> parts;
+    parts.reserve(width * height * 3);
+    for (size_t y = 0; y < height; ++y) {
+        for (size_t x = 0; x < width; ++x) {
+            std::uint32_t pixel = 0;
+            std::memcpy(&pixel, pixels + y * stride + 4 * x, sizeof pixel);
+            parts.push_back(static_cast<unsigned char>(pixel >> 16U));
+            parts.push_back(static_cast<unsigned char>(pixel >> 8U));
+            parts.push_back(static_cast<unsigned char>(pixel));
+        }
+    }
+    png_image image = {};
+    image.version = PNG_IMAGE_VERSION;
+    image.width = static_cast<png_uint_32>(width);
+    image.height = static_cast<png_uint_32>(height);
+    image.format = PNG_FORMAT_RGB;
+    image.flags = PNG_IMAGE_FLAG_FAST;
+    const int is_out = png_image_write_to_stdio(&image, stream, 0, parts.data(), 0, nullptr);
+    png_image_free(&image);
+    return is_out != 0 && std::ferror(stream) == 0;
+}
+
+cairo_status_t write_png(const Page &page, std::FILE *stream)
+{
+    cairo_surface_t *surface = page.surface.get();
+    if (cairo().surface_get_content(surface) == CAIRO_CONTENT_COLOR) {
+        return write_opaque_png(surface, stream) ? CAIRO_STATUS_SUCCESS : CAIRO_STATUS_WRITE_ERROR;
+    }
+    return cairo().surface_write_to_png_stream(surface, write_to_stream, stream);
+}
+
 void paint(cairo_t *context, const Page &page)
 {
-    cairo_set_source_surface(context, page.surface.get(), 0.0, 0.0);
-    cairo_paint(context);
+    cairo().set_source_surface(context, page.surface.get(), 0.0, 0.0);
+    cairo().paint(context);
 }
 
 /// Text that readers find, in the box of its strokes.
 void show_hidden(cairo_t *context, const HiddenText &hidden)
 {
-    cairo_save(context);
-    cairo_translate(context, hidden.x, hidden.y);
-    cairo_rotate(context, hidden.turn);
-    cairo_set_font_size(context, hidden.height);
+    cairo().save(context);
+    cairo().translate(context, hidden.x, hidden.y);
+    cairo().rotate(context, hidden.turn);
+    cairo().set_font_size(context, hidden.height);
     cairo_text_extents_t extents;
-    cairo_text_extents(context, hidden.text.c_str(), &extents);
+    cairo().text_extents(context, hidden.text.c_str(), &extents);
     if (extents.x_advance > 0.0 && hidden.width > 0.0) {
-        cairo_scale(context, hidden.width / extents.x_advance, 1.0);
+        cairo().scale(context, hidden.width / extents.x_advance, 1.0);
     }
-    cairo_set_source_rgba(context, 1.0, 1.0, 1.0, kUnseen);
-    cairo_move_to(context, 0.0, 0.0);
-    cairo_show_text(context, hidden.text.c_str());
-    cairo_restore(context);
+    cairo().set_source_rgba(context, 1.0, 1.0, 1.0, kUnseen);
+    cairo().move_to(context, 0.0, 0.0);
+    cairo().show_text(context, hidden.text.c_str());
+    cairo().restore(context);
 }
 
 cairo_status_t write_pdf(const std::vector<Page> &pages, std::FILE *stream)
 {
-    const CairoSurface surface(cairo_pdf_surface_create_for_stream(
+    const CairoSurface surface(cairo().pdf_surface_create_for_stream(
         write_to_stream, stream, pages[0].width, pages[0].height));
     const char *epoch = std::getenv("SOURCE_DATE_EPOCH");
     if (epoch != nullptr) { // else the clock
@@ -70,21 +109,21 @@ cairo_status_t write_pdf(const std::vector<Page> &pages, std::FILE *stream)
         if (gmtime_r(&time, &parts) != nullptr) {
             std::strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%SZ", &parts);
         }
-        cairo_pdf_surface_set_metadata(surface.get(), CAIRO_PDF_METADATA_CREATE_DATE, text);
+        cairo().pdf_surface_set_metadata(surface.get(), CAIRO_PDF_METADATA_CREATE_DATE, text);
     }
     {
-        const CairoContext context(cairo_create(surface.get()));
+        const CairoContext context(cairo().create(surface.get()));
         for (const Page &page : pages) {
-            cairo_pdf_surface_set_size(surface.get(), page.width, page.height);
+            cairo().pdf_surface_set_size(surface.get(), page.width, page.height);
             paint(context.get(), page);
             for (const HiddenText &text : page.texts) {
                 show_hidden(context.get(), text);
             }
-            cairo_show_page(context.get());
+            cairo().show_page(context.get());
         }
     }
-    cairo_surface_finish(surface.get());
-    return cairo_surface_status(surface.get());
+    cairo().surface_finish(surface.get());
+    return cairo().surface_status(surface.get());
 }
 
 std::string escaped(const std::string &text)
@@ -102,13 +141,13 @@ cairo_status_t write_svg(const Page &page, std::FILE *stream)
 {
     std::string svg;
     const CairoSurface surface(
-        cairo_svg_surface_create_for_stream(write_to_text, &svg, page.width, page.height));
+        cairo().svg_surface_create_for_stream(write_to_text, &svg, page.width, page.height));
     {
-        const CairoContext context(cairo_create(surface.get()));
+        const CairoContext context(cairo().create(surface.get()));
         paint(context.get(), page);
     }
-    cairo_surface_finish(surface.get());
-    const cairo_status_t status = cairo_surface_status(surface.get());
+    cairo().surface_finish(surface.get());
+    const cairo_status_t status = cairo().surface_status(surface.get());
     std::string texts = "<g fill-opacity=\"0\" font-family=\"sans-serif\">\n";
     for (const HiddenText &text : page.texts) {
         texts += STR_print("<text transform=\"translate(%.2f,%.2f) rotate(%.2f)\" "
@@ -137,8 +176,7 @@ std::string tyr::write_pages(PictureForm form, const std::vector<Page> &pages,
     cairo_status_t status = CAIRO_STATUS_SUCCESS;
     switch (form) {
     case PictureForm::png:
-        status = cairo_surface_write_to_png_stream(pages.back().surface.get(), write_to_stream,
-                                                   file.stream());
+        status = write_png(pages.back(), file.stream());
         break;
     case PictureForm::svg:
         status = write_svg(pages.back(), file.stream());
@@ -148,7 +186,8 @@ std::string tyr::write_pages(PictureForm form, const std::vector<Page> &pages,
         break;
     }
     if (status != CAIRO_STATUS_SUCCESS) {
-        const std::string why = errno != 0 ? std::strerror(errno) : cairo_status_to_string(status);
+        const std::string why =
+            errno != 0 ? std::strerror(errno) : cairo().status_to_string(status);
         file.drop();
         return why;
     }

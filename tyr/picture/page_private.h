@@ -4,15 +4,15 @@
 #include <string>
 #include <vector>
 
-#include <cairo.h>
+#include "tyr/picture/cairo_library_private.h"
 
 // Pages of the picture device and the files made of them.
 
 namespace tyr {
 
 struct CairoEnd {
-    void operator()(cairo_surface_t *surface) const { cairo_surface_destroy(surface); }
-    void operator()(cairo_t *context) const { cairo_destroy(context); }
+    void operator()(cairo_surface_t *surface) const { cairo().surface_destroy(surface); }
+    void operator()(cairo_t *context) const { cairo().destroy(context); }
 };
 using CairoSurface = std::unique_ptr<cairo_surface_t, CairoEnd>;
 using CairoContext = std::unique_ptr<cairo_t, CairoEnd>;

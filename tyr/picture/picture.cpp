@@ -142,8 +142,11 @@ bool apply_word(const std::string &word)
     } else if (is_word(word, "color") || is_word(word, "gray")) {
         w.is_coloured = is_word(word, "color");
     } else if (STR_has_prefix(word, "dpi=")) {
-        w.dpi = static_cast<double>(number(4));
-        return w.dpi >= kMinDpi && w.dpi <= kMaxDpi;
+        const double dpi = static_cast<double>(number(4));
+        if (dpi < kMinDpi || dpi > kMaxDpi) {
+            return false;
+        }
+        w.dpi = dpi;
     } else if (STR_has_prefix(word, "bg=")) {
         return set_background(word.substr(3));
     } else if (STR_has_prefix(word, "scale")) {
@@ -160,8 +163,8 @@ bool apply_word(const std::string &word)
 
 void set_rgb(float red, float green, float blue)
 {
-    cairo_set_source_rgb(state.context.get(), static_cast<double>(red), static_cast<double>(green),
-                         static_cast<double>(blue));
+    cairo().set_source_rgb(state.context.get(), static_cast<double>(red),
+                           static_cast<double>(green), static_cast<double>(blue));
 }
 
 void set_grey(float grey)
@@ -228,25 +231,26 @@ void set_width(int index, float width)
     const double dots =
         static_cast<double>(state.wishes.line_base * factor) * static_cast<double>(width);
     const double kept = factor == 1 ? std::round(dots * 10.0) / 10.0 : std::trunc(dots);
+    // as PostScript's readers have it: no line is thinner than a pixel
     const double thinnest =
         state.form == PictureForm::png ? kPointsPerInch / state.wishes.dpi : 0.1;
-    cairo_set_line_width(state.context.get(), kept > 0.0 ? kept * kDot : thinnest);
+    cairo().set_line_width(state.context.get(), std::max(kept * kDot, thinnest));
 }
 
 void set_dash(int type)
 {
     const bool is_known = type >= 1 && type < static_cast<int>(std::size(kDashes));
     const Dash &dash = kDashes[is_known ? type : 1];
-    cairo_set_dash(state.context.get(), dash.parts, dash.count, 0.0);
+    cairo().set_dash(state.context.get(), dash.parts, dash.count, 0.0);
 }
 
 void make_path(int n, const float *points)
 {
     cairo_t *context = state.context.get();
-    cairo_new_path(context);
+    cairo().new_path(context);
     for (std::ptrdiff_t i = 0; i < n; i++) {
-        cairo_line_to(context, static_cast<double>(points[2 * i]),
-                      static_cast<double>(points[2 * i + 1]));
+        cairo().line_to(context, static_cast<double>(points[2 * i]),
+                        static_cast<double>(points[2 * i + 1]));
     }
 }
 
@@ -265,7 +269,7 @@ void keep_text()
     if (!box.is_empty && state.form != PictureForm::png) {
         double x = box.low_u * box.along_x - box.low_v * box.along_y;
         double y = box.low_u * box.along_y + box.low_v * box.along_x;
-        cairo_user_to_device(state.context.get(), &x, &y);
+        cairo().user_to_device(state.context.get(), &x, &y);
         const double scale = static_cast<double>(state.wishes.scale);
         state.pages.back().texts.push_back({box.text, x, y, -std::atan2(box.along_y, box.along_x),
                                             (box.high_u - box.low_u) * scale,
@@ -282,13 +286,13 @@ Page make_page()
     page.height = static_cast<double>(w.paper.height) * kPointsPerInch;
     if (state.form == PictureForm::png) {
         const double zoom = w.dpi / kPointsPerInch;
-        page.surface.reset(
-            cairo_image_surface_create(w.has_background ? CAIRO_FORMAT_RGB24 : CAIRO_FORMAT_ARGB32,
-                                       static_cast<int>(std::lround(page.width * zoom)),
-                                       static_cast<int>(std::lround(page.height * zoom))));
+        page.surface.reset(cairo().image_surface_create(
+            w.has_background ? CAIRO_FORMAT_RGB24 : CAIRO_FORMAT_ARGB32,
+            static_cast<int>(std::lround(page.width * zoom)),
+            static_cast<int>(std::lround(page.height * zoom))));
     } else {
         const cairo_rectangle_t extents = {0.0, 0.0, page.width, page.height};
-        page.surface.reset(cairo_recording_surface_create(CAIRO_CONTENT_COLOR_ALPHA, &extents));
+        page.surface.reset(cairo().recording_surface_create(CAIRO_CONTENT_COLOR_ALPHA, &extents));
     }
     return page;
 }
@@ -296,19 +300,19 @@ Page make_page()
 void begin_page(const Page &page)
 {
     const Wishes &w = state.wishes;
-    state.context.reset(cairo_create(page.surface.get()));
+    state.context.reset(cairo().create(page.surface.get()));
     cairo_t *context = state.context.get();
     if (w.has_background) {
         const Rgb paper = w.background.value_or(Rgb{});
         set_rgb(paper.red, paper.green, paper.blue);
-        cairo_paint(context);
+        cairo().paint(context);
     }
     if (state.form == PictureForm::png) {
-        cairo_scale(context, w.dpi / kPointsPerInch, w.dpi / kPointsPerInch);
+        cairo().scale(context, w.dpi / kPointsPerInch, w.dpi / kPointsPerInch);
     }
-    cairo_translate(context, kMargin * kPointsPerInch, page.height - kMargin * kPointsPerInch);
-    cairo_scale(context, static_cast<double>(w.scale), -static_cast<double>(w.scale));
-    cairo_set_line_join(context, CAIRO_LINE_JOIN_BEVEL);
+    cairo().translate(context, kMargin * kPointsPerInch, page.height - kMargin * kPointsPerInch);
+    cairo().scale(context, static_cast<double>(w.scale), -static_cast<double>(w.scale));
+    cairo().set_line_join(context, CAIRO_LINE_JOIN_BEVEL);
 }
 
 bool read_words(const std::vector<std::string> &words)
@@ -353,6 +357,9 @@ int tyr::gpic_open_ws(const std::vector<std::string> &words)
     ws.depth = kFileDepth;
     const std::string target = output_target(words, {"tyrpic_print"}, kDefaultTarget);
     const auto form = form_of(target);
+    if (!has_cairo()) {
+        return -1;
+    }
     if (!form) {
         gerror("gopen_ws", "no ending .png, .svg or .pdf: %s\n", target.c_str());
         return -1;
@@ -373,8 +380,8 @@ int tyr::gpic_open_ws(const std::vector<std::string> &words)
     }
     state.pages.push_back(make_page());
     begin_page(state.pages.back());
-    if (cairo_status(state.context.get()) != CAIRO_STATUS_SUCCESS) {
-        gerror("gopen_ws", "%s\n", cairo_status_to_string(cairo_status(state.context.get())));
+    if (cairo().status(state.context.get()) != CAIRO_STATUS_SUCCESS) {
+        gerror("gopen_ws", "%s\n", cairo().status_to_string(cairo().status(state.context.get())));
         state.context.reset();
         return -1;
     }
@@ -393,11 +400,11 @@ int tyr::gpic_close()
         return -1;
     }
     keep_text();
-    const cairo_status_t status = cairo_status(state.context.get());
+    const cairo_status_t status = cairo().status(state.context.get());
     state.context.reset();
     const std::string why = status == CAIRO_STATUS_SUCCESS
                                 ? write_pages(state.form, state.pages, state.path)
-                                : cairo_status_to_string(status);
+                                : cairo().status_to_string(status);
     if (!why.empty()) {
         MSG_out(kMsgWarn, "gpic_close: unable to write: %s: %s\n", state.path.c_str(), why.c_str());
         return -1;
@@ -414,7 +421,7 @@ void tyr::gpic_polyline(int n, const float *points)
     set_line_colour(line.colour);
     set_dash(line.type);
     make_path(n, points);
-    cairo_stroke(state.context.get());
+    cairo().stroke(state.context.get());
 }
 
 void tyr::gpic_area(int n, const float *points)
@@ -424,9 +431,9 @@ void tyr::gpic_area(int n, const float *points)
     }
     keep_text();
     make_path(n, points);
-    cairo_close_path(state.context.get());
+    cairo().close_path(state.context.get());
     set_fill_colour(kernel().fill.colour);
-    cairo_fill(state.context.get());
+    cairo().fill(state.context.get());
 }
 
 void tyr::gpic_begin_markers()
@@ -439,9 +446,9 @@ void tyr::gpic_stroke(int n, const float *points)
 {
     make_path(n, points);
     if (n == 1) {
-        cairo_rel_line_to(state.context.get(), 1.0, 0.0);
+        cairo().rel_line_to(state.context.get(), 1.0, 0.0);
     }
-    cairo_stroke(state.context.get());
+    cairo().stroke(state.context.get());
 }
 
 void tyr::gpic_begin_text(const char *text)
@@ -461,14 +468,14 @@ void tyr::gpic_glyph(std::span<const GlyphPoint> points)
 {
     cairo_t *context = state.context.get();
     TextBox &box = state.text;
-    cairo_new_path(context);
+    cairo().new_path(context);
     for (const GlyphPoint &point : points) {
         const double x = static_cast<double>(point.x);
         const double y = static_cast<double>(point.y);
         if (point.begins) {
-            cairo_move_to(context, x, y);
+            cairo().move_to(context, x, y);
         } else {
-            cairo_line_to(context, x, y);
+            cairo().line_to(context, x, y);
         }
         const double u = x * box.along_x + y * box.along_y;
         const double v = y * box.along_x - x * box.along_y;
@@ -478,18 +485,18 @@ void tyr::gpic_glyph(std::span<const GlyphPoint> points)
         box.high_v = box.is_empty ? v : std::max(box.high_v, v);
         box.is_empty = false;
     }
-    cairo_stroke(context);
+    cairo().stroke(context);
 }
 
 void tyr::gpic_clip(float x0, float y0, float x1, float y1)
 {
     cairo_t *context = state.context.get();
     const double slack = 0.1;
-    cairo_reset_clip(context);
-    cairo_rectangle(context, static_cast<double>(x0) - slack, static_cast<double>(y0) - slack,
-                    static_cast<double>(x1 - x0) + 2.0 * slack,
-                    static_cast<double>(y1 - y0) + 2.0 * slack);
-    cairo_clip(context);
+    cairo().reset_clip(context);
+    cairo().rectangle(context, static_cast<double>(x0) - slack, static_cast<double>(y0) - slack,
+                      static_cast<double>(x1 - x0) + 2.0 * slack,
+                      static_cast<double>(y1 - y0) + 2.0 * slack);
+    cairo().clip(context);
 }
 
 void tyr::gpic_clear_region(const float rect[4])
@@ -504,5 +511,5 @@ void tyr::gpic_clear_region(const float rect[4])
     } else {
         set_fill_colour(-1);
     }
-    cairo_fill(state.context.get());
+    cairo().fill(state.context.get());
 }
