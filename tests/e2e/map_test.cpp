@@ -190,7 +190,7 @@ TEST(LevelMap, DomainsOfAllKindsAndBadOnes)
         {{"-re", "us", "-pp", "lalo:1e-9:1e-9"},
          0,
          "MAP_draw_lalo: no lines at intervals 1e-09, 1e-09\n"},
-        {{"-re", "nowhere"}, 43, "Invalid domain\n"},
+        {{"-re", "nowhere"}, 43, "region: nowhere is not known\nInvalid domain\n"},
         {{"-pd", "39,-97,0"}, 43, "Invalid domain\n"},
         {{"-pd", "39,-97,25,1,1"}, 43, "Invalid domain\n"},
         {{"-pd", "none"}, 43, "Invalid domain\n"},

@@ -153,7 +153,7 @@ TEST(Output, MissingPermissionIsTold)
 TEST(Output, DevicesThatAreNotThereDoNotOpen)
 {
     int result = 0;
-    for (const int device : {0, 2, 7}) {
+    for (const int device : {0, 2, 8}) {
         EXPECT_EQ(failure_of("plot", device, 1, &result),
                   "gopen_ws: device not available: " + std::to_string(device) + "\n\n");
         EXPECT_EQ(result, -1);
