@@ -119,7 +119,7 @@ std::vector<std::string> file_names()
     return names;
 }
 
-/// All of a raw sounding file, which holds one.
+/// The one sounding of a raw sounding file: drawn where a device is told, else listed.
 int show_raw(const std::string &path)
 {
     THERM_read_raw(path.c_str());
@@ -132,7 +132,11 @@ int show_raw(const std::string &path)
         return write_sounding(out, RES_get("output"));
     }
     Wishes wishes;
-    return read_wishes(true, &wishes) ? show(wishes) : kExitNothing;
+    if (!read_wishes(RES_get("device") != nullptr, &wishes)) {
+        return kExitNothing;
+    }
+    wishes.lists = wishes.lists || !wishes.any();
+    return show(wishes);
 }
 
 /// Lists all soundings that were chosen, and draws the first: a plot has one picture.

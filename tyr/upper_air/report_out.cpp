@@ -2,7 +2,6 @@
 
 #include "tyr/base/missing.h"
 #include "tyr/base/msg.h"
-#include "tyr/base/res.h"
 #include "tyr/base/str.h"
 #include "tyr/base/sys.h"
 #include "tyr/names/out_file.h"
@@ -65,9 +64,7 @@ bool may_write(const std::string &name)
 
 int write_raw(const std::string &name)
 {
-    RES_put("out_file", ("raw=" + name).c_str());
-    THERM_out_raw();
-    return kExitNormal;
+    return THERM_write_raw(name.c_str()) == 0 ? kExitNormal : kExitNoDump;
 }
 
 UpaFileHeader header_of(const DateRec &d)
