@@ -10,7 +10,7 @@ import sys
 # words that an option takes; what isn't here takes file names
 WORDS = {
     "message": "none print error warn mess out1 out2 out3 out4 debug",
-    "device": "d p q h m w",
+    "device": "d p q h m i w",
     "plot_type": "cf lcf ln dln ndln value none",
     "draw": "text data sum map none",
     "file_param": "use calc over app",

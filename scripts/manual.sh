@@ -14,6 +14,7 @@ failed=0
 for chapter in "$source"/docs/manual/*.md; do
     name=$(basename "$chapter" .md)
     grep -q '^!\[' "$chapter" || continue
+    # shellcheck disable=SC2016
     sed -n '/^```sh$/,/^```$/p; /^```$/q' "$chapter" | sed '/^```/d' >command.sh
     if ! bash -e command.sh || ! grep -q '^%%EOF' "$name.ps"; then
         echo "$name: the command draws nothing" >&2

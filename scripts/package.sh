@@ -37,6 +37,7 @@ mkdir "$root/in"
 cp "$deb" "$root/in/tyr.deb"
 cp -r "$build/observations" "$root/in"
 chmod -R a+rX "$root/in"
+# shellcheck disable=SC2016
 mmdebstrap --quiet --variant=apt --include=man-db,bash-completion \
     --customize-hook="sync-in '$root/in' /srv" \
     --customize-hook='chroot "$1" apt-get install -y --no-install-recommends /srv/tyr.deb' \
@@ -52,11 +53,12 @@ profiler -me warn -de p,section.ps,eps,port,color -id PLTC2 -va wbrb /srv/observ
 profiler -me warn -de p,map.ps,eps,port,color -le 3000m -re us -va wbrb -mf tyr.map:DGray \
     /srv/observations/20261122_0000_prf.nc
 profiler -me warn -de m,section.met -id PLTC2 -va wbrb /srv/observations/*.nc
+profiler -me warn -de i,map.png -le 3000m -re us -va wbrb /srv/observations/20261122_0000_prf.nc
 tyrplay -me warn -de p,played.ps,eps,port,color section.met
 exec 2>&1
 [ ! -s warnings ] || { cat warnings; exit 1; }
-ls -l section.ps map.ps played.ps
-man -w profiler tyrplay tyrloop
+ls -l section.ps map.ps map.png played.ps
+man -w profiler tyrplay tyrloop tyrgrid tyrraw tyr-options
 man profiler | head -n 4
 bash -c '. /usr/share/bash-completion/bash_completion; _completion_loader profiler;
     COMP_WORDS=(profiler -n); COMP_CWORD=1; _profiler; echo "completion of -n: ${COMPREPLY[*]}"'

@@ -1,10 +1,11 @@
 # Sourced by the scripts at the root: installs what is missing from Debian's packages.
 # shellcheck shell=bash disable=SC2034
 
-BUILD_PACKAGES="g++ cmake ninja-build libnetcdf-dev libx11-dev libpng-dev zlib1g-dev pkg-config libopenjp2-7-dev"
+BUILD_PACKAGES="g++ cmake ninja-build libnetcdf-dev libx11-dev libpng-dev zlib1g-dev pkg-config libopenjp2-7-dev libcairo2-dev"
 DEMO_PACKAGES="$BUILD_PACKAGES ghostscript"
 TEST_PACKAGES="$DEMO_PACKAGES libeccodes-dev python3 libgtest-dev libbenchmark-dev netcdf-bin libxml2-utils libeccodes-tools xvfb imagemagick"
-CHECK_PACKAGES="clang-format clang-tidy cppcheck shellcheck"
+# what only CI asks for: the checks, and programs that tests skip without
+CHECK_PACKAGES="clang-format clang-tidy cppcheck shellcheck parallel pandoc slurm-wlm zsh fish"
 DEB_PACKAGES="$BUILD_PACKAGES libeccodes-dev dpkg-dev file mmdebstrap"
 
 # need_packages PACKAGE...: does nothing where all are there.

@@ -33,6 +33,7 @@ TABLES = {
     "places": ("tyr/plot/style.cpp", "kPlaces", FIRST, ""),
     "print_colours": ("tyr/gks/colour_table.cpp", "kPrintWords", FIRST, ""),
     "paper": ("tyr/paper/paper.cpp", "kPapers", FIRST, ""),
+    "devices": ("tyr/base/device_kind.h", "kDeviceLetters", r"'(\w)'", ""),
     "regions": ("tyr/place/region.cpp", "kBuiltin", FIRST, ""),
     "name_paths": ("tyr/names/name_template.cpp", "kPaths", r"\{'(\w)'", "%"),
     "name_dates": ("tyr/names/name_template.cpp", "kDates", r"\{'(\w)'", "%"),
@@ -60,6 +61,7 @@ def code_tables():
     for name, (file, array, row, front) in TABLES.items():
         rows = re.findall(row, body((SOURCE / file).read_text(), array))
         tables[name] = {front + word.replace("\\\\", "\\") for word in rows}
+    tables["devices"].add("d")  # what any other letter means
     options = (SOURCE / "tyr/start/option_table.cpp").read_text()
     tables["options"] = {"-" + key for key in re.findall(r'\{kOpt\w+,\s*"(\w+)"', options)}
     forms = "".join(file.read_text() for file in (SOURCE / "tyr/geo/projections").glob("*.cpp"))

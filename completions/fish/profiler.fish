@@ -53,7 +53,7 @@ complete -c profiler -o coco -d 'Line contour color' -x
 complete -c profiler -o cof -d 'Fill contour colors' -x
 complete -c profiler -o cola -d 'Line label color' -x
 complete -c profiler -o cocl -d 'Fill label color' -x
-complete -c profiler -o de -d 'Output device: d,p,q,w,m' -x -a 'd p q h m w'
+complete -c profiler -o de -d 'Output device: d,p,q,w,m' -x -a 'd p q h m i w'
 complete -c profiler -o ti -d 'Window title' -x
 complete -c profiler -o ic -d 'Open window iconified'
 complete -c profiler -o bg -d 'Background color' -x

@@ -39,10 +39,11 @@ complete -c tyrgrid -o coco -d 'Line contour color' -x
 complete -c tyrgrid -o cof -d 'Fill contour colors' -x
 complete -c tyrgrid -o cola -d 'Line label color' -x
 complete -c tyrgrid -o cocl -d 'Fill label color' -x
-complete -c tyrgrid -o de -d 'Output device: d,p,q,w,m' -x -a 'd p q h m w'
+complete -c tyrgrid -o de -d 'Output device: d,p,q,w,m' -x -a 'd p q h m i w'
 complete -c tyrgrid -o ti -d 'Window title' -x
 complete -c tyrgrid -o ic -d 'Open window iconified'
 complete -c tyrgrid -o bg -d 'Background color' -x
 complete -c tyrgrid -o ge -d 'Window geometry' -x
+complete -c tyrgrid -o inp -d 'Type of input' -r
 complete -c tyrgrid -l help -d 'Print the help'
 complete -c tyrgrid -l version -d 'Print the version'

@@ -8,7 +8,7 @@ complete -c tyrloop -o ip -d 'Image file path' -r
 complete -c tyrloop -o fl -d 'List of fonts to use' -r
 complete -c tyrloop -o pp -d 'Plot parameters' -x
 complete -c tyrloop -o pa -d 'Program parameters' -x
-complete -c tyrloop -o de -d 'Output device: d,p,q,w,m' -x -a 'd p q h m w'
+complete -c tyrloop -o de -d 'Output device: d,p,q,w,m' -x -a 'd p q h m i w'
 complete -c tyrloop -o ti -d 'Window title' -x
 complete -c tyrloop -o ic -d 'Open window iconified'
 complete -c tyrloop -o ge -d 'Window geometry' -x

@@ -9,7 +9,7 @@ complete -c tyrplay -o ip -d 'Image file path' -r
 complete -c tyrplay -o fl -d 'List of fonts to use' -r
 complete -c tyrplay -o ct -d 'Color table file name' -r
 complete -c tyrplay -o pp -d 'Plot parameters' -x
-complete -c tyrplay -o de -d 'Output device: d,p,q,w,m' -x -a 'd p q h m w'
+complete -c tyrplay -o de -d 'Output device: d,p,q,w,m' -x -a 'd p q h m i w'
 complete -c tyrplay -o ti -d 'Window title' -x
 complete -c tyrplay -o ic -d 'Open window iconified'
 complete -c tyrplay -o bg -d 'Background color' -x

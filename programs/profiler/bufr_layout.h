@@ -17,8 +17,8 @@ void close_bufr();
 inline constexpr int kLayoutBufr = 31;
 
 inline constexpr LayoutRow kBufrLayout = {
-    kLayoutBufr,      probe_bufr,       open_bufr,   read_bufr_header,
-    read_bufr_record, bufr_record_date, rewind_bufr, close_bufr,
+    kLayoutBufr, probe_bufr,       open_bufr,   read_bufr_header, read_bufr_record,
+    nullptr,     bufr_record_date, rewind_bufr, close_bufr,
 };
 
 } // namespace tyr

@@ -15,7 +15,7 @@
 #include "tyr/met/wind.h"
 
 #ifdef TYR_HAVE_ECCODES
-#include <eccodes.h>
+#include "programs/profiler/eccodes_calls.h"
 #endif
 
 namespace {
@@ -58,12 +58,12 @@ enum Element : long {
 };
 
 struct HandleCloser {
-    void operator()(codes_handle *h) const { codes_handle_delete(h); }
+    void operator()(codes_handle *h) const { codes().handle_delete(h); }
 };
 using Handle = std::unique_ptr<codes_handle, HandleCloser>;
 
 struct IteratorCloser {
-    void operator()(codes_bufr_keys_iterator *k) const { codes_bufr_keys_iterator_delete(k); }
+    void operator()(codes_bufr_keys_iterator *k) const { codes().bufr_keys_iterator_delete(k); }
 };
 using Iterator = std::unique_ptr<codes_bufr_keys_iterator, IteratorCloser>;
 
@@ -250,20 +250,20 @@ bool is_name(long element)
 /// A message of one subset, whose elements come in the order of its template.
 void gather(codes_handle *h, std::vector<LibraryReport> *out)
 {
-    codes_set_long(h, "unpack", 1);
+    codes().set_long(h, "unpack", 1);
     Gatherer gatherer(out);
-    const Iterator keys(codes_bufr_keys_iterator_new(h, 0));
-    while (keys && codes_bufr_keys_iterator_next(keys.get()) != 0) {
-        const char *text = codes_bufr_keys_iterator_get_name(keys.get());
+    const Iterator keys(codes().bufr_keys_iterator_new(h, 0));
+    while (keys && codes().bufr_keys_iterator_next(keys.get()) != 0) {
+        const char *text = codes().bufr_keys_iterator_get_name(keys.get());
         const std::string key = text != nullptr ? text : "";
         long element = 0;
-        if (codes_get_long(h, (key + "->code").c_str(), &element) != CODES_SUCCESS) {
+        if (codes().get_long(h, (key + "->code").c_str(), &element) != CODES_SUCCESS) {
             continue; // of the header
         }
         if (is_name(element)) {
             char value[128] = "";
             size_t length = sizeof value;
-            if (codes_get_string(h, key.c_str(), value, &length) == CODES_SUCCESS) {
+            if (codes().get_string(h, key.c_str(), value, &length) == CODES_SUCCESS) {
                 gatherer.name(value);
             }
             continue;
@@ -271,8 +271,8 @@ void gather(codes_handle *h, std::vector<LibraryReport> *out)
         double value = 0.0;
         double mark = 0.0; // of the associated field: 1 is bad
         const std::string associated = key + "->associatedField";
-        const bool has_mark = codes_get_double(h, associated.c_str(), &mark) == CODES_SUCCESS;
-        if (codes_get_double(h, key.c_str(), &value) == CODES_SUCCESS &&
+        const bool has_mark = codes().get_double(h, associated.c_str(), &mark) == CODES_SUCCESS;
+        if (codes().get_double(h, key.c_str(), &value) == CODES_SUCCESS &&
             std::fabs(value) < 1e9) { // the library's missing value is -1e100
             gatherer.take(element, value, has_mark && mark == 1.0);
         }
@@ -284,15 +284,16 @@ void gather(codes_handle *h, std::vector<LibraryReport> *out)
 bool decode(std::string_view message, std::vector<LibraryReport> *out)
 {
     const auto copy = [message] {
-        return Handle(codes_handle_new_from_message_copy(nullptr, message.data(), message.size()));
+        return Handle(
+            codes().handle_new_from_message_copy(nullptr, message.data(), message.size()));
     };
     const Handle whole = copy();
     long subsets = 0;
-    if (!whole || codes_get_long(whole.get(), "numberOfSubsets", &subsets) != CODES_SUCCESS) {
+    if (!whole || codes().get_long(whole.get(), "numberOfSubsets", &subsets) != CODES_SUCCESS) {
         return false;
     }
     if (subsets == 1) {
-        const bool is_good = codes_set_long(whole.get(), "unpack", 1) == CODES_SUCCESS;
+        const bool is_good = codes().set_long(whole.get(), "unpack", 1) == CODES_SUCCESS;
         if (is_good) {
             gather(whole.get(), out);
         }
@@ -300,12 +301,12 @@ bool decode(std::string_view message, std::vector<LibraryReport> *out)
     }
     for (long i = 1; i <= subsets; ++i) {
         const Handle h = copy();
-        if (!h || codes_set_long(h.get(), "unpack", 1) != CODES_SUCCESS ||
-            codes_set_long(h.get(), "extractSubset", i) != CODES_SUCCESS ||
-            codes_set_long(h.get(), "doExtractSubsets", 1) != CODES_SUCCESS) {
+        if (!h || codes().set_long(h.get(), "unpack", 1) != CODES_SUCCESS ||
+            codes().set_long(h.get(), "extractSubset", i) != CODES_SUCCESS ||
+            codes().set_long(h.get(), "doExtractSubsets", 1) != CODES_SUCCESS) {
             return false;
         }
-        const Handle one(codes_handle_clone(h.get()));
+        const Handle one(codes().handle_clone(h.get()));
         if (!one) {
             return false;
         }
@@ -323,7 +324,7 @@ static_assert(std::is_trivially_copyable_v<LibraryReport>);
 
 bool send(std::string_view message, int descriptor)
 {
-    codes_context_set_logging_proc(nullptr, [](const codes_context *, int, const char *) {});
+    codes().context_set_logging_proc(nullptr, [](const codes_context *, int, const char *) {});
     std::vector<LibraryReport> reports;
     const bool is_good = decode(message, &reports);
     const Answer answer = {is_good, static_cast<int>(reports.size())};
@@ -380,6 +381,9 @@ std::vector<LibraryReport> tyr::bufr_library_read([[maybe_unused]] std::string_v
 {
     std::vector<LibraryReport> reports;
 #ifdef TYR_HAVE_ECCODES
+    if (!has_eccodes()) {
+        return reports;
+    }
     const std::vector<std::string_view> messages = bufr_messages(bytes);
     const auto count = static_cast<int>(messages.size());
     int refused = 0;

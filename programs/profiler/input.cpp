@@ -7,6 +7,8 @@
 #include <cstring>
 #include <string_view>
 
+#include <sys/stat.h>
+
 #include <zlib.h>
 
 #include "tyr/base/file.h"
@@ -17,17 +19,35 @@ using tyr::kMostInputBytes;
 
 constexpr size_t kPiece = 65536;
 constexpr std::string_view kGzipMagic = "\x1f\x8b";
+constexpr const char *kTooLarge = "larger than an observation file can be";
 constexpr int kGzipWindow = 15 + 16; ///< zlib's largest window, and gzip's wrapping
 
-/// Takes in a stream to its end. @return empty, or the reason why not
+/// Bytes of a plain file; 0 of what tells none beforehand.
+size_t size_of(std::FILE *stream)
+{
+    struct stat info = {};
+    const bool is_plain = fstat(fileno(stream), &info) == 0 && S_ISREG(info.st_mode);
+    return is_plain && info.st_size > 0 ? static_cast<size_t>(info.st_size) : 0;
+}
+
+/// Takes in a stream to its end: a plain file at one go. @return empty, or the reason why not
 std::string take_stream(std::FILE *stream, std::string *bytes)
 {
+    const size_t size = size_of(stream);
+    if (size > kMostInputBytes) {
+        return kTooLarge;
+    }
+    bytes->resize(size);
+    bytes->resize(std::fread(bytes->data(), 1, size, stream));
+    if (bytes->size() < size && std::ferror(stream) != 0) {
+        return std::strerror(errno);
+    }
     std::array<char, kPiece> piece;
-    for (;;) {
+    for (;;) { // what came since, and what isn't plain
         const size_t n = std::fread(piece.data(), 1, piece.size(), stream);
         bytes->append(piece.data(), n);
         if (bytes->size() > kMostInputBytes) {
-            return "larger than an observation file can be";
+            return kTooLarge;
         }
         if (n < piece.size()) {
             return std::ferror(stream) != 0 ? std::strerror(errno) : "";

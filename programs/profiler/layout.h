@@ -19,6 +19,8 @@ struct LayoutRow {
     void (*header)(const ProfilerInput &input, PrfFileInfo *info);
     /// The record of an index, or the next one of a stream. @return 1, or -1 at the end
     int (*read)(const ProfilerInput &input, int64_t index, ProfilerRecord *record);
+    /// Index of a station's first record, or -1; null where records have to be read for it.
+    int64_t (*find)(const char *id);
     /// Date of the record last read, where records tell one; null where the header does.
     bool (*date)(DateRec *date);
     void (*rewind)(); ///< null where nothing has to be done

@@ -1,10 +1,8 @@
 #include "programs/profiler/netcdf_layout.h"
 
-#include <limits>
 #include <string_view>
 
 #include "programs/profiler/netcdf_reader.h"
-#include "tyr/base/classic_extent_private.h"
 #include "tyr/base/msg.h"
 #include "tyr/base/netcdf.h"
 
@@ -18,7 +16,7 @@ using namespace std::string_view_literals;
 constexpr std::string_view kClassicMagic = "CDF"sv;
 constexpr std::string_view kHdfMagic = "\x89HDF\r\n\x1a\n"sv; ///< of netCDF-4
 
-/// The file the library has open: it is opened by the probe, and stays open for the reader.
+/// The file that is open: it is opened by the probe, and stays open for the reader.
 struct State {
     const ProfilerInput *input = nullptr;
     int id = -1;
@@ -32,19 +30,7 @@ bool is_netcdf(const ProfilerInput &input)
     return input.bytes.starts_with(kClassicMagic) || input.bytes.starts_with(kHdfMagic);
 }
 
-/// Whether a file can be given to the library, which would make zeros of what isn't there.
-bool is_sound(const ProfilerInput &input)
-{
-    state.whole_records = std::numeric_limits<int64_t>::max();
-    if (input.bytes.starts_with(kHdfMagic)) {
-        return true; // the library holds the length against the one the file tells
-    }
-    const ClassicExtent extent = classic_extent(input.bytes);
-    state.whole_records = extent.whole_records;
-    return extent.is_whole && extent.fixed_part;
-}
-
-/// Hands the file to the library, once.
+/// Opens the file, once.
 bool is_current(const ProfilerInput &input)
 {
     if (state.input == &input && state.id != -1) {
@@ -55,9 +41,7 @@ bool is_current(const ProfilerInput &input)
     if (!is_netcdf(input)) {
         return false;
     }
-    if (is_sound(input)) {
-        state.id = CDF_open_memory(input.bytes);
-    }
+    state.id = CDF_open_memory(input.bytes, &state.whole_records);
     state.input = &input;
     return state.id != -1;
 }

@@ -18,12 +18,12 @@ int read_recnum_record(const ProfilerInput &input, int64_t index, ProfilerRecord
 void close_netcdf();
 
 inline constexpr LayoutRow kStationLayout = {
-    kLayoutStation,      probe_station, open_netcdf, read_station_header,
-    read_station_record, nullptr,       nullptr,     close_netcdf,
+    kLayoutStation,     probe_station, open_netcdf, read_station_header, read_station_record,
+    netcdf_find_record, nullptr,       nullptr,     close_netcdf,
 };
 inline constexpr LayoutRow kRecNumLayout = {
-    kLayoutRecNum,      probe_recnum, open_netcdf, read_recnum_header,
-    read_recnum_record, nullptr,      nullptr,     close_netcdf,
+    kLayoutRecNum,      probe_recnum, open_netcdf, read_recnum_header, read_recnum_record,
+    netcdf_find_record, nullptr,      nullptr,     close_netcdf,
 };
 
 } // namespace tyr

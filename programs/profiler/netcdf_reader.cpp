@@ -121,6 +121,7 @@ float celsius(Role role)
 /// Reads one row; what can't be read is Missing.
 void read_row(const Variable &var, std::span<float> out)
 {
+    std::fill(out.begin(), out.end(), kMissing); // a variable may have fewer dimensions
     if (CDF_get_float_array(var.id, out.data()) != 0) {
         std::fill(out.begin(), out.end(), kMissing);
     }
@@ -247,6 +248,7 @@ void read_levels(const Mode &mode, int64_t index, ProfilerLevel *out)
     fill(mode.w, &ProfilerLevel::w);
     fill(mode.hdev, &ProfilerLevel::hdev);
     fill(mode.vdev, &ProfilerLevel::vdev);
+    row.fill(-1.0F);
     if (CDF_get_float_array(mode.quality.id, row.data()) != 0) {
         row.fill(-1.0F);
     }
@@ -284,6 +286,15 @@ void merge_equal_heights(ProfilerRecord *record)
             --record->num_level;
         }
     }
+}
+
+/// Reads a record's name, of kNameLength characters at most; empty where it can't be read.
+void read_name(int64_t index, char *name)
+{
+    name[0] = '\0';
+    CDF_set_index(1, index);
+    CDF_get_text(state.surface[kName].id, kNameLength, name);
+    STR_strip_trailing(name);
 }
 
 void read_surface(int layout, ProfilerRecord *record)
@@ -327,13 +338,17 @@ void netcdf_read_header(int layout, const char *name, int64_t whole_records, Prf
     if (has_modes) {
         state.mode_count = 2;
         state.modes = {find_mode("low"), find_mode("high")};
-        read_station_date(info);
+        if (state.records > 0) {
+            read_station_date(info);
+        }
         read_heights(state.modes[0], "low_level");
         read_heights(state.modes[1], "high_level");
     } else {
         state.mode_count = 1;
         state.modes[0] = find_only_mode();
-        read_time_date(info);
+        if (state.records > 0) {
+            read_time_date(info);
+        }
         read_heights(state.modes[0], "levels");
     }
     for (int m = 0; m < state.mode_count; ++m) {
@@ -351,9 +366,7 @@ int netcdf_read_record(int layout, int64_t index, ProfilerRecord *record)
         return -1;
     }
     PRF_init_record(record);
-    CDF_set_index(1, index);
-    CDF_get_text(state.surface[kName].id, kNameLength, record->id);
-    STR_strip_trailing(record->id);
+    read_name(index, record->id);
     if (record->id[0] == '\0') {
         return -1;
     }
@@ -367,4 +380,19 @@ int netcdf_read_record(int layout, int64_t index, ProfilerRecord *record)
     }
     merge_equal_heights(record);
     return 1;
+}
+
+int64_t netcdf_find_record(const char *id)
+{
+    std::array<char, kNameLength + 1> name;
+    for (int64_t i = 0; i < state.records; ++i) {
+        read_name(i, name.data());
+        if (name[0] == '\0') {
+            return -1;
+        }
+        if (STR_casecmp(id, name.data()) == 0) {
+            return i;
+        }
+    }
+    return -1;
 }

@@ -15,3 +15,7 @@ void netcdf_read_header(int layout, const char *name, int64_t whole_records, Prf
 
 /// Reads record `index`. @return 1, or -1 at the end and for a blank station name
 int netcdf_read_record(int layout, int64_t index, ProfilerRecord *record);
+
+/// Index of the first record of a station, whatever the case of its letters, by the names alone;
+/// -1 where there is none before the end or a blank name.
+int64_t netcdf_find_record(const char *id);

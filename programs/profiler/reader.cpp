@@ -160,6 +160,14 @@ int PROF_read(int handle, ProfilerRecord *record, int /*flags*/, const int *inde
     return state.row->read(state.input, state.next, record);
 }
 
+int PROF_find(int handle, const char *id)
+{
+    if (!is_open(handle) || state.row->find == nullptr) {
+        return 0;
+    }
+    return static_cast<int>(state.row->find(id));
+}
+
 bool PROF_record_date(DateRec *date)
 {
     return state.row != nullptr && state.row->date != nullptr && state.row->date(date);

@@ -31,6 +31,10 @@ int PROF_read_header(int handle, PrfFileInfo *info);
 /// @return 1, or -1 at the end, on a failure, or for a handle that isn't open
 int PROF_read(int handle, ProfilerRecord *record, int flags, const int *index);
 
+/// Where to begin to look for a station's record: at its index where the layout knows it without
+/// reading records, else at 0. @return -1 where it is known that the file hasn't got it
+int PROF_find(int handle, const char *id);
+
 /// Date of the last record, where records tell one rather than the header (BUFR). False where not.
 bool PROF_record_date(DateRec *date);
 

@@ -20,8 +20,9 @@ void close_consensus();
 inline constexpr int kLayoutConsensus = 21;
 
 inline constexpr LayoutRow kConsensusLayout = {
-    kLayoutConsensus,      probe_consensus,       open_consensus, read_consensus_header,
-    read_consensus_record, consensus_record_date, nullptr,        close_consensus,
+    kLayoutConsensus,      probe_consensus, open_consensus,        read_consensus_header,
+    read_consensus_record, nullptr,         consensus_record_date, nullptr,
+    close_consensus,
 };
 
 } // namespace tyr

@@ -66,7 +66,8 @@ int PRF_find_station(const char *name, const char *id, ProfilerRecord *record)
     }
     PROF_read_header(handle, &state.info);
     int found = 0;
-    for (int i = 0; found == 0 && read_record(handle, record, &i) != -1; ++i) {
+    for (int i = PROF_find(handle, id);
+         i != -1 && found == 0 && read_record(handle, record, &i) != -1; ++i) {
         found = STR_casecmp(id, record->id) == 0 ? 1 : 0;
     }
     if (found == 1) {

@@ -13,6 +13,7 @@
 #include "tyr/base/msg.h"
 #include "tyr/base/prm.h"
 #include "tyr/base/res.h"
+#include "tyr/base/str.h"
 #include "tyr/base/sys.h"
 #include "tyr/start/option_codes.h"
 #include "tyr/start/options.h"
@@ -24,17 +25,16 @@ using namespace tyr;
 
 namespace {
 
-constexpr int kKeyed[] = {kOptHelp,       kOptBatch,       kOptMessage,   kOptFilePath,
-                          kOptGridPath,   kOptImagePath,   kOptCityFile,  kOptMapFile,
-                          kOptGridNum,    kOptVariable,    kOptLevel,     kOptTime,
-                          kOptTable,      kOptOutFile,     kOptOutput,    kOptFileParam,
-                          kOptGridDomain, kOptPlotDomain,  kOptRegion,    kOptPlotType,
-                          kOptPlotScale,  kOptPlotFormat,  kOptPlotParam, kOptDraw,
-                          kOptLabel,      kOptConInterval, kOptConBase,   kOptFontList,
-                          kOptColorTable, kOptColorText,   kOptColorMap,  kOptColorGrid,
-                          kOptColorLine,  kOptColorCmap,   kOptColorCont, kOptColorFill,
-                          kOptColorLabel, kOptColorClabel, kOptDevice,    kOptTitle,
-                          kOptIcon,       kOptBackground,  kOptGeometry,  0};
+constexpr int kKeyed[] = {
+    kOptHelp,        kOptBatch,      kOptMessage,     kOptFilePath,   kOptGridPath,
+    kOptImagePath,   kOptCityFile,   kOptMapFile,     kOptGridNum,    kOptVariable,
+    kOptLevel,       kOptTime,       kOptTable,       kOptOutFile,    kOptOutput,
+    kOptFileParam,   kOptGridDomain, kOptPlotDomain,  kOptRegion,     kOptPlotType,
+    kOptPlotScale,   kOptPlotFormat, kOptPlotParam,   kOptDraw,       kOptLabel,
+    kOptConInterval, kOptConBase,    kOptFontList,    kOptColorTable, kOptColorText,
+    kOptColorMap,    kOptColorGrid,  kOptColorLine,   kOptColorCmap,  kOptColorCont,
+    kOptColorFill,   kOptColorLabel, kOptColorClabel, kOptDevice,     kOptTitle,
+    kOptIcon,        kOptBackground, kOptGeometry,    kOptInputLong,  0};
 constexpr int kPositional[] = {kOptFiles, 0};
 
 void print_usage()
@@ -91,7 +91,8 @@ bool open_files(GridShelf *shelf)
     for (const std::string &name : names) {
         std::array<char, kFileNameRoom> path = {};
         FILE_join(RES_get("grid_path"), name.c_str(), path.data());
-        if (shelf->add(path.data()) == 0) {
+        const bool is_grib = STR_casecmp(RES_get("input"), "grib") == 0;
+        if (shelf->add(path.data(), is_grib ? kGridGrib : kGridUnknown) == 0) {
             MSG_out(kMsgWarn, "%s: no grid in it\n", path.data());
         }
     }

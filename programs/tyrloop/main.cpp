@@ -90,9 +90,10 @@ void save_loop()
         MSG_out(kMsgWarn, "tyrloop: no frames to save\n");
         return;
     }
-    std::vector<int> delays;
+    std::vector<int> delays(static_cast<size_t>(count));
     for (int i = 0; i < count; i++) {
-        delays.push_back(static_cast<int>(std::lround(ginq_frame_dwell(i) * kHundredths)));
+        delays[static_cast<size_t>(i)] =
+            static_cast<int>(std::lround(ginq_frame_dwell(i) * kHundredths));
     }
     const char *name = RES_get("out_file");
     std::array<char, kFileNameRoom> path{};
@@ -116,6 +117,8 @@ void on_event(int, const char *event, float, float)
         gclear_ws(1, 1); // the frames are gone, and the pixmap is another
         gupdate_ws();
         publish();
+    } else if (std::strcmp(event, "d-Alt") == 0) {
+        publish(); // the last frame's pixmap is the one that others draw into
     } else if (std::strcmp(event, "s-Alt") == 0) {
         save_loop();
     } else if (std::strcmp(event, "r-Alt") == 0) {

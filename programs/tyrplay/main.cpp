@@ -117,7 +117,8 @@ std::array<float, 4> panel_of(int i, int count)
     const float gap_x = columns > 1 ? kGap * width : 0.0F;
     const float gap_y = rows > 1 ? kGap * height : 0.0F;
     const float x = page[0] + width * static_cast<float>(i % columns);
-    const float y = page[3] - height * static_cast<float>(i / columns + 1);
+    const int row = i / columns;
+    const float y = page[3] - height * static_cast<float>(row + 1);
     return {x + gap_x, x + width - gap_x, y + gap_y, y + height - gap_y};
 }
 

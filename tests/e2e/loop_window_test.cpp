@@ -200,6 +200,36 @@ TEST_F(LoopWindow, RocksToAndFro)
     EXPECT_EQ(user.wait_for_exit(), 0);
 }
 
+TEST_F(LoopWindow, GoesOnWhenFramesAreDeleted)
+{
+    NEED_SCREEN(screen);
+    const std::vector<std::string> files = make_samples(dir.file("obs"), "12", 3);
+    WindowUser user(screen, words(), dir.file("log"), "tyrloop");
+    ASSERT_TRUE(user.sees_window(title())) << log();
+    for (const int frames : {3, 2, 1}) { // each time the last of them is deleted
+        SCOPED_TRACE(frames);
+        for (int i = 0; i < frames; i++) {
+            ASSERT_EQ(draw_map(files[static_cast<size_t>(i)]).code, 0);
+        }
+        user.press_key("l", true);
+        std::this_thread::sleep_for(milliseconds(1200)); // the frame's time runs out
+        const std::string last = "[" + std::to_string(frames - 1) + "]";
+        for (int i = 0; i < frames && user.title().find(last) == std::string::npos; i++) {
+            user.press_key("bracketright", true);
+            user.look();
+        }
+        for (int i = 0; i < frames; i++) {
+            user.press_key("d", true);
+            user.look();
+        }
+    }
+    EXPECT_EQ(draw_map(files[2]).code, 0) << log();
+    EXPECT_GT(user.look().differences(Picture{300, 240, std::vector<unsigned>(300 * 240)}), 1000);
+    EXPECT_EQ(log().find("X11 error"), std::string::npos) << log();
+    user.press_key("q", true);
+    EXPECT_EQ(user.wait_for_exit(), 0);
+}
+
 TEST_F(LoopWindow, ProgramThatDiesHalfWayIsToldAndTheNextOneDraws)
 {
     NEED_SCREEN(screen);

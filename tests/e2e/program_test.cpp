@@ -113,6 +113,67 @@ TEST(Program, ExitCodesTellTheReason)
     EXPECT_FALSE(std::filesystem::exists(dir.file("n.ps")));
 }
 
+TEST(Program, MistypedWordsAreNamedAndTheRunGoesOn)
+{
+    const TempDir dir;
+    const std::vector<std::string> files = make_samples(dir.file("data"), "12", 1);
+    struct Case {
+        const char *name;
+        std::vector<std::string> words;
+        const char *told; ///< empty for nothing to say
+        int code = 0;
+    };
+    const Case cases[] = {
+        {"nothing mistyped", {"-va", "wbrb", "-pp", "lower,noredraw,top=5000,labm"}, ""},
+        {"colour", {"-va", "wbrb", "-cowd", "gren"}, "colour: gren is not known; near it: green"},
+        {"plot parameter",
+         {"-va", "wbrb", "-pp", "noredrw"},
+         "plot_param: noredrw is not known; near it: noredraw"},
+        {"colour table", {"-va", "wbrb", "-ct", "no.clr"}, "no.clr: No such file"},
+        {"unit", {"-va", "wbrb:+wspd"}, "unit: +wspd is not known"},
+        {"region",
+         {"-va", "wbrb", "-le", "3000", "-re", "use"},
+         "region: use is not known; near it: us, se",
+         43},
+    };
+    for (const Case &c : cases) {
+        SCOPED_TRACE(c.name);
+        std::vector<std::string> words = {"-id", "PLTC2", "-de", "p," + dir.file("s.ps")};
+        words.insert(words.end(), c.words.begin(), c.words.end());
+        words.push_back(files[0]);
+        const RunResult result = run_profiler(words);
+        const std::string told = result.out + result.err;
+        const bool is_told = contains(told, "is not known") || contains(told, "color_table: ");
+        EXPECT_EQ(is_told, c.told[0] != '\0') << told;
+        EXPECT_TRUE(contains(told, c.told)) << told;
+        if (is_told) {
+            EXPECT_EQ(told.find(c.told), told.rfind(c.told)) << "said once: " << told;
+        }
+        EXPECT_EQ(result.code, c.code) << told;
+        EXPECT_EQ(std::filesystem::exists(dir.file("s.ps")), c.code == 0) << told;
+        std::filesystem::remove(dir.file("s.ps"));
+    }
+}
+
+TEST(Program, AFileNamedLikeAWordIsToldOf)
+{
+    const TempDir dir;
+    const std::vector<std::string> files = make_samples(dir.file("data"), "12", 1);
+    std::filesystem::create_directory(dir.file("here"));
+    std::filesystem::copy_file(files[0], dir.file("here/current.nc"));
+    const std::vector<std::string> words = {
+        profiler_path(), "-id", "PLTC2", "-va", "wbrb", "-de", "p," + dir.file("s.ps")};
+    for (const bool is_named : {false, true}) {
+        std::vector<std::string> all = words;
+        all.push_back(is_named ? "./current.nc" : "current.nc");
+        const RunResult result = run(all, {.folder = dir.file("here")});
+        EXPECT_EQ(contains(result.out + result.err, "the file of that name is ./current.nc"),
+                  !is_named)
+            << result.out << result.err;
+        EXPECT_TRUE(!is_named || result.code == 0) << result.err;
+    }
+}
+
 TEST(Program, AsksForWhatItNeeds)
 {
     const TempDir dir;

@@ -253,6 +253,16 @@ TEST_F(Tyrgrid, RealModelsAreConvertedAndDrawn)
     ASSERT_EQ(lines.size(), 7U);
     EXPECT_EQ(lines[2], "3 500 mb 24 hght gpm 93 x 65 5017 to 5915");
     EXPECT_EQ(lines[5], "6 500 mb 24 uwnd m/s 93 x 65 -12 to 51");
+    const std::vector<std::string> fields = {"-va", ":500:hght:m:ln,:500:wind"};
+    const PsPage of_grib = draw(file, fields);
+    const PsPage of_netcdf = draw(out, fields);
+    EXPECT_EQ(describe(of_grib.strokes), describe(of_netcdf.strokes)) << "dates among them";
+    RunOptions piped;
+    piped.input = read_file(file);
+    const std::vector<std::string> streamed =
+        listing(tyrgrid({"-inp", "grib", "-le", "500", "-"}, piped).out);
+    ASSERT_EQ(streamed.size(), 7U);
+    EXPECT_EQ(streamed[6], "109 500 mb 24 vwnd m/s 93 x 65 -33 to 24");
     for (const char *domain : {"", "ps,45,-100,30,20,1.5", "latlon,40,-100,60,30,1,1"}) {
         SCOPED_TRACE(domain);
         std::vector<std::string> words = {"-va", ":500:avor,:500:wind"};

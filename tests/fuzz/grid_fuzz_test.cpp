@@ -1,4 +1,5 @@
-// Replays the corpora of the readers of grid files, and damages of each seed.
+// Replays the corpora of the readers of grid files and of expressions on grids, and damages of each
+// seed.
 
 #include <gtest/gtest.h>
 
@@ -13,6 +14,9 @@
 #undef LLVMFuzzerTestOneInput
 #define LLVMFuzzerTestOneInput grid_coded_target
 #include "fuzz/grid_coded_fuzz.cpp"
+#undef LLVMFuzzerTestOneInput
+#define LLVMFuzzerTestOneInput grid_expression_target
+#include "fuzz/grid_expression_fuzz.cpp"
 #undef LLVMFuzzerTestOneInput
 
 namespace {
@@ -30,6 +34,11 @@ TEST(GridFuzz, NetcdfFiles)
 TEST(GridFuzz, CodedProducts)
 {
     EXPECT_GE(fuzz_replay(grid_coded_target, "grid_coded", 500), 1000);
+}
+
+TEST(GridFuzz, Expressions)
+{
+    EXPECT_GE(fuzz_replay(grid_expression_target, "grid_expression", 500), 5000);
 }
 
 } // namespace

@@ -108,6 +108,7 @@ TEST_F(GridGribFile, EveryEnvelopeIsReadInAnyOrder)
                     EXPECT_EQ(index, place);
                     EXPECT_EQ(grid.level, levels[place]);
                     ASSERT_EQ(grid.values != nullptr, mode == 0);
+                    EXPECT_STREQ(grid.date, "12Z WED  4 MAR 20"); // six hours on
                     if (mode == 0) {
                         EXPECT_EQ(grid.values[11], is_second ? 101.0F : 111.0F);
                     }

@@ -8,6 +8,7 @@
 #include "tyr/base/res.h"
 #include "tyr/grid_math/evaluate.h"
 #include "tyr/grid_math/grid_math_file.h"
+#include "tyr/var/expression.h"
 
 using namespace tyr;
 
@@ -51,6 +52,7 @@ TEST_F(EvaluateTest, ExpressionsOfFunctionsConstantsAndVectors)
         {"12:500:wind(uwnd,vwnd)", 2, 3.0F, 4.0F},
         {"12:500:dot(<12:500:uwnd,12:500:vwnd>,vwnd,uwnd)", 1, 24.0F, 0.0F},
         {"12:500:grad(temp)", 2, 0.0F, 0.0F},
+        {"12:500:wind(uwnd,vwnd)[0.5:barb]", 2, 6.0F, 8.0F},
         {"12:500:vdiff(uwnd,vwnd,vwnd,uwnd)", 2, -1.0F, 1.0F},
         {"12:500:mag(vdiff(uwnd,vwnd,vwnd,vwnd))", 1, 1.0F, 0.0F},
         {"12:500:mul(+uwnd,#2)[knt]", 1, 6.0F, 0.0F},
@@ -94,6 +96,34 @@ TEST_F(EvaluateTest, TellsInOneLineWhatIsWrong)
                   c.message);
         EXPECT_EQ(grids, 0);
         EXPECT_EQ(out[0].values, nullptr);
+    }
+}
+
+TEST_F(EvaluateTest, ItemsOfAListComeOneByOne)
+{
+    ASSERT_EQ(VAR_decode(nullptr, "12:500:{temp,<uwnd,vwnd>},map,12:500:grad(temp),uwnd"), 1);
+    const struct {
+        int grids;
+        float first;
+    } wanted[] = {
+        {-1, 0},                         // the head of the group
+        {1, 300.0F}, {2, 3.0F}, {-1, 0}, // the map
+        {2, 0.0F},   {0, 0},             // no level of its own
+    };
+    int next = 0;
+    for (const auto &w : wanted) {
+        SCOPED_TRACE(next);
+        GridRec out[2];
+        int grids = -2;
+        const std::string told =
+            told_by([&] { grids = GRD_evaluate_item(&next, find, "nowhere", out); });
+        ASSERT_EQ(grids, w.grids);
+        EXPECT_EQ(told.empty(), w.grids != 0);
+        if (w.grids > 0) {
+            EXPECT_EQ(out[0].values[4], w.first);
+        }
+        GRD_free(&out[0]);
+        GRD_free(&out[1]);
     }
 }
 

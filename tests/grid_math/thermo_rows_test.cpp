@@ -8,8 +8,8 @@
 #include <gtest/gtest.h>
 
 #include "tyr/base/missing.h"
-#include "tyr/grid_math/thermo_rows.h"
-#include "tyr/grid_math/vector_math.h"
+#include "tyr/grid_math/thermo_rows_private.h"
+#include "tyr/grid_math/vector_math_private.h"
 #include "tyr/met/thermo.h"
 
 using namespace tyr;

@@ -84,6 +84,26 @@ TEST_F(ImageFile, GifOfAPartOfItsScreen)
     }
 }
 
+TEST_F(ImageFile, GifOfLocalColoursAlone)
+{
+    // clear, 1, (1, 1), end, with three bits each
+    const std::string frame = bytes_of({0x2C, 0, 0, 0, 0, 3, 0, 1, 0, 0x80, 0, 0, 0, 255, 0, 51});
+    const std::string data = bytes_of({2, 2, 0x8C, 0x0B, 0, 0x3B});
+    const std::string with = bytes_of({1, 2, 3, 4, 5, 6});
+    const auto head = [](int flags) { return "GIF89a" + bytes_of({3, 0, 1, 0, flags, 0, 0}); };
+    Image local;
+    ASSERT_EQ(GIF_read(dir_.write("l.gif", head(0) + frame + data).c_str(), &local, 0), 1);
+    ASSERT_EQ(local.ncolors, 2);
+    EXPECT_EQ(local.colors[1][0], 1.0F);
+    EXPECT_EQ(local.colors[1][2], 0.2F);
+    EXPECT_EQ(local.data[0], 1);
+    Image both;
+    ASSERT_EQ(GIF_read(dir_.write("b.gif", head(0x80) + with + frame + data).c_str(), &both, 0), 1);
+    ASSERT_EQ(both.ncolors, 2);
+    EXPECT_FLOAT_EQ(both.colors[1][0], 4.0F / 255.0F);
+    EXPECT_EQ(both.data[0], 1);
+}
+
 TEST_F(ImageFile, GifTableMayStayFull)
 {
     // each pixel a code of its own, and never a clear: strings are made until all codes are taken

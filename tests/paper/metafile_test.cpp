@@ -211,6 +211,8 @@ TEST(Metafile, AnyDamageEndsInAPageThatCanBeRead)
             const std::string path = dir.write("damaged.meta", text);
             KernelPlot plot(kDevicePostScript);
             gread_metafile(path.c_str());
+            constexpr float kPanel[4] = {0.5F, 1.0F, 0.0F, 0.4F};
+            gread_metafile_panel(path.c_str(), kPanel, 1);
             ASSERT_EQ(plot.page().error, "") << i;
         }
     }

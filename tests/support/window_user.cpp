@@ -38,8 +38,16 @@ bool has_title(Display *display, Window window, const std::string &title)
     return is_found;
 }
 
+int pass_over(Display *, XErrorEvent *)
+{
+    return 0;
+}
+
 Window find_window(Display *display, const std::string &title)
 {
+    // a window of the list may be gone when it is asked for its name
+    XSync(display, 0);
+    const XErrorHandler before = XSetErrorHandler(pass_over);
     Window root = 0;
     Window parent = 0;
     Window *children = nullptr;
@@ -50,6 +58,8 @@ Window find_window(Display *display, const std::string &title)
         found = has_title(display, children[i], title) ? children[i] : found;
     }
     XFree(children);
+    XSync(display, 0);
+    XSetErrorHandler(before);
     return found;
 }
 

@@ -11,7 +11,7 @@
 #include "tyr/base/missing.h"
 #include "tyr/base/msg.h"
 #include "tyr/grid_math/row_bands.h"
-#include "tyr/grid_math/vector_math.h"
+#include "tyr/grid_math/vector_math_private.h"
 
 using namespace tyr;
 

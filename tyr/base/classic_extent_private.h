@@ -5,6 +5,8 @@
 
 namespace tyr {
 
+struct ClassicHeader;
+
 /// How much of a netCDF classic file is really there. The library reads what lies beyond the end
 /// of a file as zeros, and a wind of zero is a calm: so a file that was cut in transfer has to be
 /// told from its header.
@@ -16,9 +18,9 @@ struct ClassicExtent {
 };
 
 /// Reads the header of a classic file (formats 1, 2 and 5).
-/// Source of the layout: Unidata, NetCDF User's Guide, appendix on file formats.
-/// It is stricter than the library, which may chew on a damaged header for minutes.
 ClassicExtent classic_extent(std::string_view bytes);
+/// The same from a header that was read.
+ClassicExtent classic_extent(const ClassicHeader &header, int64_t file_size);
 /// The same of a file on disk, which isn't read but where its header stands.
 ClassicExtent classic_file_extent(const char *path);
 

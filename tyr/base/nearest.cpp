@@ -4,13 +4,23 @@
 #include <array>
 #include <cctype>
 #include <numeric>
+#include <set>
 #include <utility>
 #include <vector>
+
+#include "tyr/base/msg.h"
 
 namespace {
 
 constexpr size_t kMostShown = 3;
 constexpr size_t kLongestWord = 64;
+constexpr size_t kMostTold = 1000; ///< words that are remembered as told
+
+struct State {
+    std::set<std::string> told;
+};
+
+State state;
 
 int lower(char c)
 {
@@ -42,7 +52,9 @@ std::string tyr::nearest_words(std::string_view word, std::span<const std::strin
     std::vector<std::pair<size_t, std::string_view>> near;
     for (const std::string_view k : known) {
         const size_t distance = edit_distance(sought, k);
-        if (distance <= std::max<size_t>(1, std::max(sought.size(), k.size()) / 2)) {
+        const bool is_new = std::none_of(near.begin(), near.end(),
+                                         [k](const auto &other) { return other.second == k; });
+        if (is_new && distance <= std::max<size_t>(1, std::max(sought.size(), k.size()) / 2)) {
             near.emplace_back(distance, k);
         }
     }
@@ -53,4 +65,16 @@ std::string tyr::nearest_words(std::string_view word, std::span<const std::strin
         text += (i > 0 ? ", " : "") + std::string(near[i].second);
     }
     return text;
+}
+
+void tyr::warn_unknown(std::string_view where, std::string_view word,
+                       std::span<const std::string_view> known)
+{
+    const std::string start = std::string(where) + ": " + std::string(word.substr(0, kLongestWord));
+    if (state.told.size() >= kMostTold || !state.told.insert(start).second) {
+        return;
+    }
+    const std::string near = nearest_words(word, known);
+    MSG_out(kMsgWarn, "%s is not known%s%s\n", start.c_str(),
+            near.empty() ? "" : "; near it: ", near.c_str());
 }

@@ -9,7 +9,7 @@
 /// says what a getter reads. Values come out in the type asked for, converted by the library; a
 /// variable of characters can't be read as a number, and reads as a failure.
 
-/// Lets the netCDF library print its complaints (1) or not (0).
+/// Lets complaints of the netCDF library be printed (1) or not (0).
 void CDF_set_quiet(int flag);
 
 /// Opens a file read-only (mode 0) or creates one (mode 1) and makes it current.
@@ -17,9 +17,12 @@ void CDF_set_quiet(int flag);
 int CDF_open(const char *name, int mode);
 
 /// Opens a file that is in memory, read-only, in any format of the library, and makes it current.
-/// The bytes stay as they are until it is closed.
-/// @return its id, or -1
-int CDF_open_memory(std::string_view bytes);
+/// Formats 1 and 2 are read directly, the others by the library, which is loaded only then. The
+/// bytes stay as they are until it is closed.
+/// @param[out] whole_records  records that lie wholly in the bytes; of netCDF-4 the largest number
+/// @return its id, or -1; -1 too for a classic file whose header or fixed part is cut short, of
+///         which the library would make zeros
+int CDF_open_memory(std::string_view bytes, int64_t *whole_records);
 
 /// The names of the current file's variables, `most` of them, between commas.
 std::string CDF_variable_names(int most);

@@ -8,6 +8,7 @@
 #include "tyr/paper/metafile.h"
 #include "tyr/paper/output_private.h"
 #include "tyr/paper/postscript_private.h"
+#include "tyr/picture/picture_private.h"
 #include "tyr/x11/frames.h"
 #include "tyr/x11/x11_colour.h"
 #include "tyr/x11/x11_default.h"
@@ -25,13 +26,23 @@ namespace {
 
 constexpr int kWishClear = 1;
 
-constexpr DeviceTraits kNone = {false, false, false, 0.0F, 10.0F, kTranX11, nullptr};
-constexpr DeviceTraits kDisplay = {true, true, false, 0.0F, 10.0F, kTranX11, nullptr};
-constexpr DeviceTraits kExtern = {true, false, false, 0.0F, 10.0F, kTranX11, nullptr};
-constexpr DeviceTraits kMetafile = {false, false, true, 0.0F, 10.0F, kTranMetafile, "metafile"};
+const float *white_paper()
+{
+    static constexpr float kWhite[] = {1.0F, 1.0F, 1.0F};
+    return kWhite;
+}
+
+constexpr DeviceTraits kNone = {false, false, false, 0.0F, 10.0F, kTranX11, nullptr, nullptr};
+constexpr DeviceTraits kDisplay = {true, true, false, 0.0F, 10.0F, kTranX11, nullptr, nullptr};
+constexpr DeviceTraits kExtern = {true, false, false, 0.0F, 10.0F, kTranX11, nullptr, nullptr};
+constexpr DeviceTraits kMetafile = {false, false,         true,       0.0F,
+                                    10.0F, kTranMetafile, "metafile", nullptr};
 constexpr DeviceTraits kPostScript = {
-    false, false, false, 1.0F, 10.0F * 0.72F, kTranPostScript, "postscript file"};
-constexpr DeviceTraits kHpgl = {false, false, false, 0.0F, 10.0F * 10.15F, kTranHpgl, nullptr};
+    false, false, false, 1.0F, 10.0F * 0.72F, kTranPostScript, "postscript file", white_paper};
+constexpr DeviceTraits kPicture = {false,         false,           false,   1.0F,
+                                   10.0F * 0.72F, kTranPostScript, nullptr, gpic_paper};
+constexpr DeviceTraits kHpgl = {false,          false,     false,   0.0F,
+                                10.0F * 10.15F, kTranHpgl, nullptr, nullptr};
 
 DeviceKind kind()
 {
@@ -53,32 +64,12 @@ const DeviceTraits &device_traits()
         return kPostScript;
     case kDeviceHpgl:
         return kHpgl;
+    case kDevicePicture:
+        return kPicture;
     case kDeviceNone:
         break;
     }
     return kNone;
-}
-
-DeviceKind device_of_letter(char letter)
-{
-    switch (letter) {
-    case 'm':
-    case 'M':
-        return kDeviceMetafile;
-    case 'p':
-    case 'P':
-        return kDevicePostScript;
-    case 'h':
-    case 'H':
-    case 'q':
-    case 'Q':
-        return kDeviceHpgl;
-    case 'w':
-    case 'W':
-        return kDeviceExtern;
-    default:
-        return kDeviceDisplay;
-    }
 }
 
 int device_open(const std::vector<std::string> &words, int device)
@@ -94,6 +85,8 @@ int device_open(const std::vector<std::string> &words, int device)
         return gps_open_ws(words);
     case kDeviceHpgl:
         return ghp_open_ws(words);
+    case kDevicePicture:
+        return gpic_open_ws(words);
     case kDeviceNone:
         break;
     }
@@ -138,6 +131,8 @@ int device_close()
         return gps_close();
     case kDeviceHpgl:
         return ghp_close();
+    case kDevicePicture:
+        return gpic_close();
     case kDeviceNone:
         break;
     }
@@ -154,6 +149,7 @@ bool device_open_print()
     case kDevicePostScript:
         is_open = gps_open_print();
         break;
+    case kDevicePicture:
     case kDeviceHpgl:
     case kDeviceDisplay:
     case kDeviceExtern:
@@ -179,6 +175,9 @@ void device_polyline(int n, const float *points)
     case kDeviceHpgl:
         ghp_polyline(n, points);
         break;
+    case kDevicePicture:
+        gpic_polyline(n, points);
+        break;
     case kDeviceMetafile: // keeps the call
     case kDeviceNone:
         break;
@@ -197,6 +196,9 @@ void device_area(int n, const float *points)
         break;
     case kDeviceHpgl:
         ghp_area(n, points);
+        break;
+    case kDevicePicture:
+        gpic_area(n, points);
         break;
     case kDeviceMetafile:
     case kDeviceNone:
@@ -217,6 +219,9 @@ void device_stroke(int n, const float *points)
     case kDeviceHpgl:
         ghp_stroke(n, points);
         break;
+    case kDevicePicture:
+        gpic_stroke(n, points);
+        break;
     case kDeviceMetafile:
     case kDeviceNone:
         break;
@@ -235,6 +240,9 @@ void device_glyph(std::span<const GlyphPoint> points)
         break;
     case kDeviceHpgl:
         ghp_glyph(points);
+        break;
+    case kDevicePicture:
+        gpic_glyph(points);
         break;
     case kDeviceMetafile:
     case kDeviceNone:
@@ -256,6 +264,9 @@ void device_begin_markers(int n)
     case kDeviceHpgl:
         ghp_begin_markers();
         break;
+    case kDevicePicture:
+        gpic_begin_markers();
+        break;
     case kDeviceDisplay:
     case kDeviceExtern:
     case kDeviceMetafile:
@@ -272,6 +283,9 @@ void device_begin_text(const float pos[2], const char *text)
         break;
     case kDeviceHpgl:
         ghp_begin_text();
+        break;
+    case kDevicePicture:
+        gpic_begin_text(text);
         break;
     case kDeviceDisplay:
     case kDeviceExtern:
@@ -291,6 +305,9 @@ void device_clear_region(const float rect[4])
     case kDevicePostScript:
         gps_clear_region(rect);
         break;
+    case kDevicePicture:
+        gpic_clear_region(rect);
+        break;
     case kDeviceHpgl: // paper can't be cleared by a pen
     case kDeviceMetafile:
     case kDeviceNone:
@@ -307,6 +324,7 @@ void device_message(const char *text)
     case kDeviceMetafile:
         gmeta_printf("ME %s\n", comment_text(text).c_str());
         break;
+    case kDevicePicture:
     case kDeviceHpgl:
     case kDeviceDisplay:
     case kDeviceExtern:
@@ -327,6 +345,9 @@ void device_clip(float x0, float y0, float x1, float y1)
         break;
     case kDeviceHpgl:
         ghp_clip(x0, y0, x1, y1);
+        break;
+    case kDevicePicture:
+        gpic_clip(x0, y0, x1, y1);
         break;
     case kDeviceMetafile:
         gcgm_clip(x0, y0, x1, y1);

@@ -1,6 +1,8 @@
 #include "tyr/field/overlay.h"
 
 #include <algorithm>
+#include <cmath>
+#include <cstring>
 #include <string>
 
 #include "tyr/base/prm.h"
@@ -65,14 +67,53 @@ void draw_field(FieldLayer *layer, DomainRec *domain, bool *is_bar_due)
     }
 }
 
+/// Columns of a grid that a domain shows, about.
+float columns_across(const DomainRec &grid, const DomainRec &domain)
+{
+    constexpr float kDegree = 1.11F; // 100 km
+    const auto spacing = [](const DomainRec &d) {
+        return std::fabs(d.dx) * (d.proj == kProjLatLon ? kDegree : 1.0F);
+    };
+    const float columns =
+        spacing(domain) * static_cast<float>(domain.nx - 1) / std::fmax(spacing(grid), 1e-6F);
+    return std::clamp(columns, 1.0F, static_cast<float>(std::max(grid.nx, 1)));
+}
+
+/// Words for signs that don't cover one another, where the user tells neither how many nor of what
+/// size.
+std::string sign_words(const FieldLayer &layer, const VarRec &record, const DomainRec &domain)
+{
+    constexpr float kSigns = 25.0F; // across the picture
+    constexpr float kLines = 60.0F; // starts of streamlines
+    constexpr float kBarb = 0.75F;  // of the distance of two
+    const std::string format = record.format;
+    const std::vector<std::string> words = RES_list("plot_param");
+    const bool is_told = format.find("sk=") != std::string::npos ||
+                         std::any_of(words.begin(), words.end(), [](const std::string &word) {
+                             return STR_has_prefix(word, "wv_skip");
+                         });
+    const bool is_line = record.type == kTypeStream;
+    const float columns = columns_across(layer.first.rec.domain, domain);
+    const float skip = std::fmax(1.0F, std::round(columns / (is_line ? kLines : kSigns)));
+    std::string text = is_told ? "" : STR_print("sk=%.0f:", static_cast<double>(skip));
+    if (!is_told && !is_line && format.find("sc=") == std::string::npos) {
+        const float size = record.type == kTypeBarb ? skip * kBarb : skip;
+        text += STR_print("sc=%.2f:", static_cast<double>(size));
+    }
+    return text;
+}
+
 void draw_wind(FieldLayer *layer, DomainRec *domain)
 {
     const VarRec &record = *VAR_get(layer->record);
-    // the legend stands where other layers have their labels
-    const char *arrows = state.layers->size() == 1 ? "vect:vbar:" : "vect:";
-    const std::string word = record.type == kTypeBarb     ? "barb:"
-                             : record.type == kTypeStream ? "strm:"
-                                                          : arrows;
+    // the legend counts in m/s and stands where other layers have their labels
+    const bool is_legend =
+        state.layers->size() == 1 && std::strcmp(layer->first.rec.units, "m/s") == 0;
+    const char *arrows = is_legend ? "vect:vbar:" : "vect:";
+    const std::string word = (record.type == kTypeBarb     ? "barb:"
+                              : record.type == kTypeStream ? "strm:"
+                                                           : arrows) +
+                             sign_words(*layer, record, *domain);
     VECT_set_kind(record.type, (word + record.format).c_str());
     VECT_setup(state.is_drawn ? 1 : 0, layer->record, &layer->first.rec, &layer->second.rec, domain,
                nullptr);

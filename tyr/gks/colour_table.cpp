@@ -3,13 +3,17 @@
 #include <algorithm>
 #include <array>
 #include <cctype>
+#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "tyr/base/file.h"
+#include "tyr/base/msg.h"
+#include "tyr/base/nearest.h"
 #include "tyr/base/res.h"
 #include "tyr/base/str.h"
 #include "tyr/gks/gks.h"
@@ -30,6 +34,7 @@ struct State {
     std::array<Entry, kMaxTableColours> table;
     int count = 0;
     int fill_count = 0;
+    std::string unopened; ///< the table last told of
 };
 
 State state;
@@ -139,6 +144,27 @@ int add_word(const char *word, int digits)
                    static_cast<float>(b) / 255.0F);
 }
 
+/// Tells of a table that can't be opened, once while the same one is asked for.
+void warn_unopened(const char *path)
+{
+    const int why = errno;
+    if (state.unopened != path) {
+        state.unopened = path;
+        MSG_out(kMsgWarn, "color_table: %s: %s\n", path, std::strerror(why));
+    }
+}
+
+void warn_unknown_colour(const char *word)
+{
+    std::vector<std::string_view> known = {"none", "off", "back", "end"};
+    for (int i = 0; i < state.count; i++) {
+        if (!state.table[i].name.empty()) {
+            known.emplace_back(state.table[i].name);
+        }
+    }
+    tyr::warn_unknown("colour", word, known);
+}
+
 } // namespace
 
 void CLR_read_table(const char *files)
@@ -164,6 +190,8 @@ void CLR_read_table(const char *files)
                 state.fill_count = result.end >= 0 ? result.end : highest;
             }
             base = state.count;
+        } else if (has_resource && by_default) {
+            warn_unopened(path);
         }
         first = false;
     }
@@ -196,6 +224,9 @@ int CLR_lookup(const char *word)
     }
     if (std::isdigit(static_cast<unsigned char>(word[0])) != 0) {
         return static_cast<int>(std::clamp(std::strtol(word, nullptr, 10), 0L, 1000000L));
+    }
+    if (state.count > 0) {
+        warn_unknown_colour(word);
     }
     return kColourNone;
 }

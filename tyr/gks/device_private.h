@@ -26,6 +26,7 @@ struct DeviceTraits {
     float marker_unit;    ///< size of a marker of factor 1, device units
     TranMode first_mode;  ///< of ginit_ws at opening
     const char *print_of; ///< what a redraw on this device is called; null where there is none
+    const float *(*paper)(); ///< red, green and blue of what is drawn on; null where nobody knows
 };
 const DeviceTraits &device_traits();
 
@@ -41,8 +42,6 @@ inline constexpr int kMaxRun = 30;
 // ---------------------------------------------------------------------------------------------
 // Opening and closing
 
-/// The device that a letter of the user names; the display for others.
-DeviceKind device_of_letter(char letter);
 /// Opens a device: `words` are the target and the device words. It sets kind, depth, size and
 /// offset of the view surface. 0, or -1 with a report.
 int device_open(const std::vector<std::string> &words, int device);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "tyr/base/device_kind.h"
+
 /// The graphics kernel, in the manner of GKS: one workstation, six normalisation transformations,
 /// polyline, polymarker, fill area and stroke text with attributes of their own, colours by index.
 ///
@@ -8,16 +10,6 @@
 /// Routines return 0 or, on a failure that they report through gerror, -1, unless told otherwise;
 /// after a report the call has had no effect. The one workstation has the number 1; the routines
 /// that take a workstation number accept any.
-
-/// The kinds of device.
-enum DeviceKind {
-    kDeviceNone = 0,       ///< no device; as a request: ask the user
-    kDeviceDisplay = 1,    ///< an X11 window of our own
-    kDeviceMetafile = 3,   ///< text metafile or binary CGM
-    kDevicePostScript = 4, ///< PostScript file or pipe
-    kDeviceHpgl = 5,       ///< HPGL or PCL file or pipe
-    kDeviceExtern = 6,     ///< window and pixmap of another program
-};
 
 inline constexpr int kNumTransformations = 6;
 inline constexpr int kAppNameRoom = 32; ///< bytes of the application name with its end

@@ -152,6 +152,7 @@ bool read_product2(Section s, Product *product, GridRec *grid)
                      ? grib_time2(unit, first, -1, 0, 0)
                      : grib_time2(unit, first, static_cast<int>(s.u8(statistic)),
                                   static_cast<int>(s.u8(statistic + 2)), s.s32(statistic + 3));
+    set_date_text(product->date, grid); // it tells the time that the forecast is valid for
     grib_level2(surface(s, 23), surface(s, 29), &grid->ltype, &grid->level);
     if (known->ensemble != 0) {
         read_member(s, known->ensemble, &product->ensemble);

@@ -3,10 +3,9 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include <netcdf.h>
-
 #include "tyr/base/missing.h"
 #include "tyr/base/msg.h"
+#include "tyr/base/netcdf_library_private.h"
 #include "tyr/base/str.h"
 #include "tyr/grid/grid_label_private.h"
 #include "tyr/grid/netcdf_grids_private.h"
@@ -106,11 +105,11 @@ NetcdfModel::NetcdfModel(NcFile *file)
 void NetcdfModel::find_variables()
 {
     int count = 0;
-    nc_inq_nvars(file_->id(), &count);
+    nc().inq_nvars(file_->id(), &count);
     const char *single = std::getenv("GRIDVAR");
     for (int id = 0; id < count; ++id) {
         std::array<char, NC_MAX_NAME + 1> name{};
-        if (nc_inq_varname(file_->id(), id, name.data()) != NC_NOERR) {
+        if (nc().inq_varname(file_->id(), id, name.data()) != NC_NOERR) {
             continue;
         }
         const int code = single != nullptr && STR_casecmp(single, name.data()) == 0
@@ -282,7 +281,7 @@ bool NetcdfModel::read_values(const Place &place, GridRec *grid) const
         start[dims.size() - 2] = y;
         float *row = grid->values + (ny - 1 - y) * width;
         const int status =
-            nc_get_vara_float(file_->id(), place.variable->id, start.data(), count.data(), row);
+            nc().get_vara_float(file_->id(), place.variable->id, start.data(), count.data(), row);
         if (status != NC_NOERR && status != NC_ERANGE) {
             return false;
         }
@@ -305,7 +304,7 @@ void NetcdfModel::set_label(const Place &place, GridRec *grid) const
         first[d] = dims[d] == time_dim_ ? place.time : dims[d] == level_dim_ ? place.level : 0;
     }
     float value = 0.0F;
-    const int status = nc_get_var1_float(file_->id(), id, first.data(), &value);
+    const int status = nc().get_var1_float(file_->id(), id, first.data(), &value);
     if ((status != NC_NOERR && status != NC_ERANGE) || value >= kHuge) {
         grid->source = grid->var = grid->ltype = grid->level = grid->time = 0;
     }

@@ -2,10 +2,9 @@
 #include <array>
 #include <cstring>
 
-#include <netcdf.h>
-
 #include "tyr/base/missing.h"
 #include "tyr/base/msg.h"
+#include "tyr/base/netcdf_library_private.h"
 #include "tyr/base/str.h"
 #include "tyr/grid/netcdf_grids_private.h"
 
@@ -71,14 +70,14 @@ constexpr Words kCoordinates[] = {
 void put_text(int id, int var, const char *name, const char *text)
 {
     if (text != nullptr) {
-        nc_put_att_text(id, var, name, std::strlen(text), text);
+        nc().put_att_text(id, var, name, std::strlen(text), text);
     }
 }
 
 int define_var(int id, const Words &words, nc_type type, int rank, const int *dims)
 {
     int var = -1;
-    nc_def_var(id, words.id, type, rank, dims, &var);
+    nc().def_var(id, words.id, type, rank, dims, &var);
     put_text(id, var, "name", words.name);
     put_text(id, var, "long_name", words.long_name);
     put_text(id, var, "units", words.units);
@@ -88,7 +87,7 @@ int define_var(int id, const Words &words, nc_type type, int rank, const int *di
 void define_values(int id, const Words &words, const int *dims)
 {
     const int var = define_var(id, words, NC_FLOAT, 3, dims);
-    nc_put_att_float(id, var, "_FillValue", NC_FLOAT, 1, &kMissing);
+    nc().put_att_float(id, var, "_FillValue", NC_FLOAT, 1, &kMissing);
 }
 
 bool write_text(const NcFile &file, const char *name, size_t index, const char *text)
@@ -97,7 +96,7 @@ bool write_text(const NcFile &file, const char *name, size_t index, const char *
     std::memcpy(row.data(), text, std::min(std::strlen(text), row.size()));
     const std::array<size_t, 2> start = {index, 0};
     const std::array<size_t, 2> count = {1, kTextLength};
-    return nc_put_vara_text(file.id(), file.var(name), start.data(), count.data(), row.data()) ==
+    return nc().put_vara_text(file.id(), file.var(name), start.data(), count.data(), row.data()) ==
            NC_NOERR;
 }
 
@@ -171,8 +170,9 @@ int NetcdfOwn::read(GridRec *grid, int mode, const int *index)
         count[2] > file_->length(file_->dim("x")) || count[1] > file_->length(file_->dim("y")) ||
         file_->dims_of(var).size() != count.size()) {
         reason = "nx and ny don't fit what the file holds";
-    } else if (GRD_alloc(grid) == 0 || nc_get_vara_float(file_->id(), var, start.data(),
-                                                         count.data(), grid->values) != NC_NOERR) {
+    } else if (GRD_alloc(grid) == 0 ||
+               nc().get_vara_float(file_->id(), var, start.data(), count.data(), grid->values) !=
+                   NC_NOERR) {
         reason = "its values can't be read";
     }
     if (reason != nullptr) {
@@ -194,10 +194,10 @@ bool NetcdfOwn::define(size_t nx, size_t ny)
     const int id = file_->id();
     std::array<int, 3> dims{};
     int text_length = -1;
-    nc_def_dim(id, "grid", NC_UNLIMITED, &dims[0]);
-    nc_def_dim(id, "y", ny, &dims[1]);
-    nc_def_dim(id, "x", nx, &dims[2]);
-    nc_def_dim(id, "string_len", kTextLength, &text_length);
+    nc().def_dim(id, "grid", NC_UNLIMITED, &dims[0]);
+    nc().def_dim(id, "y", ny, &dims[1]);
+    nc().def_dim(id, "x", nx, &dims[2]);
+    nc().def_dim(id, "string_len", kTextLength, &text_length);
     put_text(id, NC_GLOBAL, "source", "TYR");
     put_text(id, NC_GLOBAL, "version", "1.0");
     const std::pair<const char *, int> numbers[] = {
@@ -208,7 +208,7 @@ bool NetcdfOwn::define(size_t nx, size_t ny)
         {"hour",      info_.date.hour }
     };
     for (const auto &[name, number] : numbers) {
-        nc_put_att_int(id, NC_GLOBAL, name, NC_INT, 1, &number);
+        nc().put_att_int(id, NC_GLOBAL, name, NC_INT, 1, &number);
     }
     define_values(id, kValues, dims.data());
     const bool has_projection = info_.grid_type != kHasCoordinates;
@@ -235,7 +235,7 @@ bool NetcdfOwn::define(size_t nx, size_t ny)
         }
     }
     is_defined_ = true;
-    return nc_enddef(id) == NC_NOERR;
+    return nc().enddef(id) == NC_NOERR;
 }
 
 void NetcdfOwn::finish()
@@ -267,23 +267,23 @@ const char *NetcdfOwn::put(const GridRec &grid, size_t index)
     const std::array<size_t, 3> start = {index, 0, 0};
     const std::array<size_t, 3> count = {1, static_cast<size_t>(grid.domain.ny),
                                          static_cast<size_t>(grid.domain.nx)};
-    bool is_written = nc_put_vara_float(id, file_->var("values"), start.data(), count.data(),
-                                        grid.values) == NC_NOERR;
+    bool is_written = nc().put_vara_float(id, file_->var("values"), start.data(), count.data(),
+                                          grid.values) == NC_NOERR;
     for (const IntField &f : kIntFields) {
-        is_written = is_written && nc_put_var1_int(id, file_->var(f.words.id), &index,
-                                                   &(grid.*f.field)) == NC_NOERR;
+        is_written = is_written && nc().put_var1_int(id, file_->var(f.words.id), &index,
+                                                     &(grid.*f.field)) == NC_NOERR;
     }
     for (const SizeField &f : kSizeFields) {
         const int var = file_->var(f.words.id);
         is_written =
             is_written &&
-            (var == -1 || nc_put_var1_int(id, var, &index, &(grid.domain.*f.field)) == NC_NOERR);
+            (var == -1 || nc().put_var1_int(id, var, &index, &(grid.domain.*f.field)) == NC_NOERR);
     }
     for (const RealField &f : kRealFields) {
         const int var = file_->var(f.words.id);
-        is_written =
-            is_written &&
-            (var == -1 || nc_put_var1_float(id, var, &index, &(grid.domain.*f.field)) == NC_NOERR);
+        is_written = is_written &&
+                     (var == -1 ||
+                      nc().put_var1_float(id, var, &index, &(grid.domain.*f.field)) == NC_NOERR);
     }
     is_written = is_written && write_text(*file_, "datim", index, grid.date) &&
                  write_text(*file_, "info", index, grid.info) &&

@@ -5,10 +5,9 @@
 #include <memory>
 #include <string>
 
-#include <netcdf.h>
-
 #include "tyr/base/file.h"
 #include "tyr/base/msg.h"
+#include "tyr/base/netcdf_library_private.h"
 #include "tyr/base/str.h"
 #include "tyr/base/whole_file.h"
 #include "tyr/grid/coded_grids_private.h"
@@ -69,8 +68,9 @@ bool open_netcdf(Entry *entry)
 {
     int id = -1;
     if (entry->is_written) {
-        if (!entry->out.open_by_name(entry->name.c_str()) ||
-            nc_create(entry->out.path().c_str(), NC_CLOBBER | NC_64BIT_OFFSET, &id) != NC_NOERR) {
+        if (!tyr::has_netcdf_library() || !entry->out.open_by_name(entry->name.c_str()) ||
+            tyr::nc().create(entry->out.path().c_str(), NC_CLOBBER | NC_64BIT_OFFSET, &id) !=
+                NC_NOERR) {
             return false;
         }
     } else {

@@ -59,7 +59,7 @@ bool GridShelf::open(File *file)
     return file->handle != -1;
 }
 
-int GridShelf::add(const std::string &path)
+int GridShelf::add(const std::string &path, int kind)
 {
     const bool is_stream = FILE_is_std(path.c_str()) != 0;
     if (!is_stream && (FILE_exists(path.c_str()) == 0 || FILE_is_dir(path.c_str()) != 0)) {
@@ -68,7 +68,7 @@ int GridShelf::add(const std::string &path)
                 is_folder ? "it is a folder" : "there is no such file");
         return -1;
     }
-    File file{path};
+    File file{path, kind};
     if (!open(&file)) {
         MSG_out(kMsgWarn, "%s: not a grid file that can be read\n", path.c_str());
         return -1;

@@ -27,8 +27,10 @@ class GridShelf {
     GridShelf &operator=(const GridShelf &) = delete;
 
     /// Reads the heads of a file, told where that fails. A standard stream is read whole.
+    /// @param kind  a GridKind; the usual one is found out, which a standard stream, then taken for
+    ///              text, doesn't allow
     /// @return number of grids found; -1 where the file doesn't open
-    int add(const std::string &path);
+    int add(const std::string &path, int kind = kGridUnknown);
 
     const std::vector<ShelfGrid> &grids() const { return grids_; }
     const std::string &path(const ShelfGrid &grid) const

@@ -2,7 +2,7 @@
 #include <limits>
 
 #include "tyr/base/angle.h"
-#include "tyr/grid_math/direction_rows.h"
+#include "tyr/grid_math/direction_rows_private.h"
 #include "tyr/grid_math/pointwise.h"
 
 using namespace tyr;

@@ -10,7 +10,7 @@
 #include "tyr/base/msg.h"
 #include "tyr/grid_math/grid_places.h"
 #include "tyr/grid_math/row_bands.h"
-#include "tyr/grid_math/vector_math.h"
+#include "tyr/grid_math/vector_math_private.h"
 
 using namespace tyr;
 

@@ -1,12 +1,11 @@
-#include "tyr/grid_math/direction_rows.h"
-
 #include <algorithm>
 #include <array>
 #include <cmath>
 
 #include "tyr/base/missing.h"
+#include "tyr/grid_math/direction_rows_private.h"
 #include "tyr/grid_math/grid_places.h"
-#include "tyr/grid_math/vector_math.h"
+#include "tyr/grid_math/vector_math_private.h"
 
 namespace tyr {
 

@@ -56,6 +56,9 @@ class Evaluator {
         }
         switch (record.role % 10) {
         case kRoleFunction:
+            // two groups deep a variable has the role of a function's head, but nothing in it
+            if (!is_inside(record) && GRD_is_vector_func(record.name) == 0)
+                return variable(level_in_front(record), value);
             return function(record, value);
         case kRoleVector:
             return vector(record, value);
@@ -146,7 +149,9 @@ class Evaluator {
             if (!item(&operands.back()))
                 return false;
         }
-        return is_pair(head) ? pair(&operands, value) : calculate(head, is_vector, operands, value);
+        if (is_pair(head))
+            return pair(&operands, value) && units(head, value);
+        return calculate(head, is_vector, operands, value);
     }
 
     /// "wind" and its like only tell how to draw their two operands.

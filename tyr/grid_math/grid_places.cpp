@@ -1,32 +1,26 @@
 #include "tyr/grid_math/grid_places.h"
 
 #include <algorithm>
+#include <array>
 
 #include "tyr/base/missing.h"
 #include "tyr/geo/projection.h"
+#include "tyr/geo/projection_rows_private.h"
 #include "tyr/grid_math/row_bands.h"
 
 namespace {
 
 constexpr float kBeyond = 0.9999F; // of a grid width beyond the last point counts as outside
 constexpr int kSlice = 4096;       // points that one step of a band takes
+constexpr size_t kBatch = 256;     // points projected together
 
-using PointTurn = int (*)(float *, float *, float, float);
-
-/// Runs a projection routine over pairs in place, first and second.
-void turn_all(float *a, float *b, size_t count, PointTurn turn)
+/// Runs `turn(first, last)` over pieces of so many pairs, side by side.
+template <class Turn> void over_pairs(size_t count, Turn turn)
 {
     const int slices = static_cast<int>((count + kSlice - 1) / kSlice);
     tyr::over_rows(slices, count, tyr::kCostlyPoints, [=](int first, int last) {
-        const size_t end = std::min(count, static_cast<size_t>(last) * kSlice);
-        for (size_t i = static_cast<size_t>(first) * kSlice; i < end; ++i) {
-            float to_a = kMissing;
-            float to_b = kMissing;
-            if (is_missing(a[i]) || is_missing(b[i]) || turn(&to_a, &to_b, a[i], b[i]) == 0)
-                to_a = to_b = kMissing;
-            a[i] = to_a;
-            b[i] = to_b;
-        }
+        turn(static_cast<size_t>(first) * kSlice,
+             std::min(count, static_cast<size_t>(last) * kSlice));
     });
 }
 
@@ -69,12 +63,33 @@ double row_latitude(const DomainRec &domain, int row)
 
 void to_earth(float *x, float *y, size_t count)
 {
-    turn_all(x, y, count, MAP_xy_to_ll);
+    over_pairs(count, [=](size_t first, size_t last) {
+        for (size_t i = first; i < last; ++i) {
+            float lat = kMissing;
+            float lon = kMissing;
+            if (is_missing(x[i]) || is_missing(y[i]) || MAP_xy_to_ll(&lat, &lon, x[i], y[i]) == 0)
+                lat = lon = kMissing;
+            x[i] = lat;
+            y[i] = lon;
+        }
+    });
 }
 
 void to_plot(float *lat, float *lon, size_t count)
 {
-    turn_all(lat, lon, count, MAP_ll_to_xy);
+    over_pairs(count, [=](size_t first, size_t last) {
+        std::array<bool, kBatch> is_there;
+        for (size_t at = first; at < last; at += kBatch) {
+            const size_t n = std::min(kBatch, last - at);
+            for (size_t i = 0; i < n; ++i)
+                is_there[i] = !is_missing(lat[at + i]) && !is_missing(lon[at + i]);
+            project_places(lat + at, lon + at, n, lat + at, lon + at);
+            for (size_t i = 0; i < n; ++i) {
+                if (!is_there[i])
+                    lat[at + i] = lon[at + i] = kMissing;
+            }
+        }
+    });
 }
 
 void row_places(const DomainRec &domain, Corner corner, int row, float *lat, float *lon)

@@ -2,7 +2,7 @@
 #include <cmath>
 
 #include "tyr/grid_math/pointwise.h"
-#include "tyr/grid_math/thermo_rows.h"
+#include "tyr/grid_math/thermo_rows_private.h"
 #include "tyr/met/comfort.h"
 #include "tyr/met/thermo.h"
 #include "tyr/var/level.h"

@@ -2,7 +2,7 @@
 
 #include "tyr/base/angle.h"
 #include "tyr/geo/projection.h"
-#include "tyr/grid_math/direction_rows.h"
+#include "tyr/grid_math/direction_rows_private.h"
 #include "tyr/grid_math/pointwise.h"
 #include "tyr/grid_math/sample.h"
 

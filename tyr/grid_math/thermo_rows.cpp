@@ -1,5 +1,3 @@
-#include "tyr/grid_math/thermo_rows.h"
-
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -7,7 +5,8 @@
 
 #include "tyr/base/missing.h"
 #include "tyr/grid_math/grid_places.h"
-#include "tyr/grid_math/vector_math.h"
+#include "tyr/grid_math/thermo_rows_private.h"
+#include "tyr/grid_math/vector_math_private.h"
 #include "tyr/met/thermo.h"
 
 namespace tyr {

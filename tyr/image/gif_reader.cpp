@@ -170,6 +170,19 @@ void read_extension(std::FILE *file, ImageRec *image)
     }
 }
 
+/// The colours of this picture alone, which serve a file that has no others.
+bool take_own_colors(std::FILE *file, unsigned flags, ImageRec *image)
+{
+    if (image->ncolors == 0) {
+        image->ncolors = table_size(flags);
+        return read_colors(file, flags, image);
+    }
+    for (int i = 0; (flags & kGifTableFlag) != 0 && i < 3 * table_size(flags); ++i) {
+        get_byte(file);
+    }
+    return true;
+}
+
 /// Goes to the first picture of the file. False when there is none.
 bool find_frame(std::FILE *file, ImageRec *image, Frame &frame)
 {
@@ -189,8 +202,8 @@ bool find_frame(std::FILE *file, ImageRec *image, Frame &frame)
     frame.flags = get_byte(file);
     MSG_out(kMsgDebug, "X: %3d Y: %3d W: %3d H: %3d\n", frame.left, frame.top, frame.width,
             frame.height);
-    for (int i = 0; (frame.flags & kGifTableFlag) != 0 && i < 3 * table_size(frame.flags); ++i) {
-        get_byte(file); // colours of this picture alone
+    if (!take_own_colors(file, frame.flags, image)) {
+        return false;
     }
     return std::feof(file) == 0;
 }

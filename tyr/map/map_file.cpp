@@ -1,5 +1,6 @@
 #include "tyr/map/map_file.h"
 
+#include <algorithm>
 #include <array>
 #include <bit>
 #include <cmath>
@@ -11,6 +12,7 @@
 #include "tyr/base/missing.h"
 #include "tyr/geo/domain.h"
 #include "tyr/geo/projection.h"
+#include "tyr/geo/projection_rows_private.h"
 #include "tyr/gks/gks.h"
 #include "tyr/map/map_file_private.h"
 #include "tyr/map/map_sides_private.h"
@@ -23,6 +25,7 @@ constexpr float kJump = 20.0F; ///< plot units in x: over the side of the map
 constexpr size_t kBlock = 65536;
 constexpr size_t kHeaderBytes = 22;
 constexpr size_t kPointBytes = 8;
+constexpr size_t kBatch = 256; ///< points projected together
 constexpr float kMostLat = 90.1F;
 constexpr float kMostLon = 721.0F;
 
@@ -192,31 +195,49 @@ void add_point(int proj, float x, float y)
     run.insert(run.end(), {x, y});
 }
 
+/// Points of a segment that are projected together.
+struct Batch {
+    std::array<float, kBatch> lat, lon, x, y;
+    size_t count;
+};
+
+/// Reads points, `most` of them. @return false at the first that isn't there or isn't on earth
+bool read_batch(BlockReader &reader, bool is_text, size_t most, Batch &batch)
+{
+    for (batch.count = 0; batch.count < most; ++batch.count) {
+        float &lat = batch.lat[batch.count];
+        float &lon = batch.lon[batch.count];
+        if (!read_point(reader, is_text, &lat, &lon) || !is_on_earth(lat, lon)) {
+            return false;
+        }
+    }
+    return true;
+}
+
 bool draw_segment(BlockReader &reader, bool is_text, long count, int proj)
 {
     state.run.clear();
+    Batch batch;
     float old_lon = 0.0F;
-    for (long i = 0; i < count; ++i) {
-        float lat = 0.0F;
-        float lon = 0.0F;
-        if (!read_point(reader, is_text, &lat, &lon) || !is_on_earth(lat, lon)) {
-            draw_run();
-            return false;
+    bool is_good = true;
+    for (long left = count; left > 0 && is_good; left -= static_cast<long>(batch.count)) {
+        const auto most = static_cast<size_t>(std::min(left, static_cast<long>(kBatch)));
+        is_good = read_batch(reader, is_text, most, batch);
+        tyr::project_places(batch.lat.data(), batch.lon.data(), batch.count, batch.x.data(),
+                            batch.y.data());
+        for (size_t i = 0; i < batch.count; ++i) {
+            const bool is_shown = !is_missing(batch.x[i]) && !is_missing(batch.y[i]);
+            if (!is_shown || (proj == kProjLambert && crosses_cone_cut(old_lon, batch.lon[i]))) {
+                draw_run();
+            }
+            if (is_shown) {
+                add_point(proj, batch.x[i], batch.y[i]);
+            }
+            old_lon = batch.lon[i];
         }
-        float x = 0.0F;
-        float y = 0.0F;
-        MAP_ll_to_xy(&x, &y, lat, lon);
-        const bool is_shown = !is_missing(x) && !is_missing(y);
-        if (!is_shown || (proj == kProjLambert && crosses_cone_cut(old_lon, lon))) {
-            draw_run();
-        }
-        if (is_shown) {
-            add_point(proj, x, y);
-        }
-        old_lon = lon;
     }
     draw_run();
-    return true;
+    return is_good;
 }
 
 } // namespace

@@ -207,11 +207,21 @@ int current_or_exit(const char *word, char *out)
     SYS_exit(kExitNoFile);
 }
 
+/// Tells of a file whose name is taken for a word of the user that asks for the current file.
+void warn_of_namesake(const char *word)
+{
+    if (STR_has_prefix(word, "cu") && FILE_is_regular(word)) {
+        MSG_out(kMsgWarn, "%s: taken for the word current; the file of that name is ./%s\n", word,
+                word);
+    }
+}
+
 /// The name for what was typed at the prompt.
 void name_from_answer(const char *word, char *out)
 {
     FILE_set_literal(1);
     if (is_current_word(word)) {
+        warn_of_namesake(word);
         FILE_current(word, out);
         tell_current(out);
     } else {
@@ -292,6 +302,7 @@ int FILE_parse_name(const char *input, char *out)
         SYS_exit(kExitNormal);
     }
     if (is_search_word) {
+        warn_of_namesake(name.c_str());
         FILE_current(without_cu(name.c_str()), out);
         tell_current(out);
     } else {

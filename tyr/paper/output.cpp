@@ -20,7 +20,6 @@ using namespace tyr;
 namespace {
 
 constexpr size_t kBufferSize = size_t{1} << 16;
-constexpr size_t kNumberRoom = 352; // the greatest double in full, sign and digits
 
 /// The C locale for the time of a printf.
 class CLocale {
@@ -44,7 +43,7 @@ class CLocale {
 bool Output::open(const char *target)
 {
     buffer_.clear();
-    buffer_.reserve(kBufferSize + kNumberRoom);
+    buffer_.reserve(kBufferSize + kFixedRoom);
     error_ = 0;
     kind_ = target[0] == '|' ? Kind::pipe : target[0] == '+' ? Kind::append : Kind::file;
     name_ = kind_ == Kind::file ? target : target + 1;
@@ -101,10 +100,8 @@ Output &Output::operator<<(int number)
 
 Output &Output::operator<<(Fixed number)
 {
-    std::array<char, kNumberRoom> text;
-    const auto end = std::to_chars(text.data(), text.data() + text.size(), number.value,
-                                   std::chars_format::fixed, number.digits)
-                         .ptr;
+    std::array<char, kFixedRoom> text;
+    const char *end = write_fixed(number, text.data());
     return *this << std::string_view(text.data(), static_cast<size_t>(end - text.data()));
 }
 
@@ -122,7 +119,7 @@ void Output::vprint(const char *format, std::va_list args)
     const CLocale locale;
     std::va_list again;
     va_copy(again, args);
-    std::array<char, kNumberRoom> text;
+    std::array<char, kFixedRoom> text;
     const int length = std::vsnprintf(text.data(), text.size(), format, args);
     if (length >= static_cast<int>(text.size())) {
         std::string longer(static_cast<size_t>(length) + 1, '\0');

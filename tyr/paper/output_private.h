@@ -6,14 +6,9 @@
 #include <string_view>
 
 #include "tyr/base/whole_file.h"
+#include "tyr/paper/fixed_private.h"
 
 namespace tyr {
-
-/// A number with that many digits behind the point.
-struct Fixed {
-    double value;
-    int digits;
-};
 
 /// The output of a file device: a file, a pipe (`|command`), the end of a file (`+file`) or the
 /// standard output. It keeps its first error to itself until it is closed and asked. Numbers are

@@ -30,7 +30,6 @@ constexpr float kZoomSpacing = 1.0F;
 constexpr int kMostNested = 8; ///< region texts that name regions
 constexpr std::string_view kStationPrefix = "id:";
 constexpr const char *kCityFile = "sao.cty";
-constexpr const char *kRegionFile = "tyr.reg";
 
 enum class Field { kProj, kPlon, kClat, kClon, kNx, kNy, kDx, kDy, kRegion };
 using enum Field;
@@ -182,6 +181,7 @@ int read_region(const std::string &word, DomainRec *out)
             return decode_region_text(text.data(), out);
         }
         if (DOM_builtin_region(word.c_str(), out) == 0) {
+            DOM_warn_region(word.c_str());
             out->proj = kUnknown;
         }
         return kDomainRegion;

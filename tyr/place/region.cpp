@@ -6,11 +6,14 @@
 #include <cstdlib>
 #include <cstring>
 #include <string>
+#include <string_view>
+#include <vector>
 
 #include "tyr/base/ask.h"
 #include "tyr/base/file.h"
 #include "tyr/base/missing.h"
 #include "tyr/base/msg.h"
+#include "tyr/base/nearest.h"
 #include "tyr/base/res.h"
 #include "tyr/base/str.h"
 
@@ -232,6 +235,20 @@ int DOM_builtin_region(const char *word, DomainRec *out)
     out->dy = spacing;
     DOM_set_priority(static_cast<float>(kGridHeight - 1) * spacing);
     return 1;
+}
+
+void DOM_warn_region(const char *word)
+{
+    std::vector<std::string> names;
+    RegionLine line;
+    const FilePtr stream = open_regions(kRegionFile);
+    while (stream && next_line(stream.get(), &line) && line.fields >= 1) {
+        names.emplace_back(line.word.data());
+    }
+    for (const BuiltinRegion &region : kBuiltin) {
+        names.emplace_back(region.word);
+    }
+    warn_unknown("region", word, std::vector<std::string_view>(names.begin(), names.end()));
 }
 
 void DOM_set_priority(float height)

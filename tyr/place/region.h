@@ -14,6 +14,7 @@
 
 /// Room of a domain text that DOM_region_lookup gives.
 inline constexpr size_t kDomainTextRoom = 501;
+inline constexpr const char *kRegionFile = "tyr.reg"; ///< where `file_path` leads
 inline constexpr int kMaxRegions = 20; ///< rows of the region table with its row 0, "back"
 
 /// The built-in region that asks the user for its centre.
@@ -39,6 +40,9 @@ int DOM_region_lookup(const char *file, const char *word, char *out);
 /// Domain of a built-in region: us ne at se mw sp nw sw, or var, which asks for its centre.
 /// @return 1; 0 for an unknown word
 int DOM_builtin_region(const char *word, DomainRec *out);
+
+/// Tells at warn that a word is no region, with the nearest of the file and the built-in ones.
+void DOM_warn_region(const char *word);
 
 /// Fixes the station priority, 1 (chief stations only) to 6, from the height of a domain in plot
 /// units; the resource `stat_prior` sets it ("4") or shifts it ("+1", "-1").

@@ -93,6 +93,11 @@ int PLT_get_dump()
     return state.kind;
 }
 
+std::string PLT_dump_path()
+{
+    return state.kind == kDumpNone ? "" : path_of("win");
+}
+
 int PLT_dump(int frame)
 {
     if (state.kind == kDumpNone) {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string>
+
 #include "tyr/image/dump_kind.h"
 
 /// The picture of a plot on the screen as a file, without the user's help.
@@ -9,6 +11,8 @@
 /// "tyr.png", else "tyr.xwd".
 void PLT_set_dump(int kind, const char *name);
 int PLT_get_dump();
+/// Path of the file of a picture without frames; empty when no dump is asked for.
+std::string PLT_dump_path();
 /// Whether a file of this run couldn't be written.
 bool PLT_dump_failed();
 

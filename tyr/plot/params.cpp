@@ -5,8 +5,11 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <string_view>
+#include <vector>
 
 #include "tyr/base/msg.h"
+#include "tyr/base/nearest.h"
 #include "tyr/base/res.h"
 #include "tyr/base/str.h"
 #include "tyr/gks/gks.h"
@@ -285,14 +288,46 @@ void apply(const Word &row, const char *word)
 }
 
 /// A dump in the format whose word begins this one; the rest is the file's name.
-void set_dump(const char *word)
+bool set_dump(const char *word)
 {
     for (const ImageFormat &format : image_formats()) {
         if (STR_has_prefix(word, format.word)) {
             PLT_set_dump(format.kind, value_of(word, std::strlen(format.word)));
-            return;
+            return true;
         }
     }
+    return false;
+}
+
+/// Beginnings of words that others read: values, contours, vectors, grids, soundings, programs.
+constexpr std::string_view kElsewhere[] = {
+    "ul",   "uc",   "ur",      "tl",     "tc",     "tr",      "cl",      "cc",     "cr",     "bl",
+    "bc",   "br",   "ll",      "lc",     "lr",     "skip",    "text",    "mark",   "line",   "ybar",
+    "xy=",  "rlab", "hlab",    "grid",   "mapcon", "conmap",  "conmin",  "conmax", "maxl",   "fill",
+    "lab",  "vect", "vbar",    "uvgrid", "uvew",   "strm_sc", "wv_skip", "page",   "nopage", "par",
+    "miss", "top=", "bottom=", "step=",  "time=",  "lower",   "heads",   "cols=",  "keep",
+};
+
+bool is_read_elsewhere(const char *word)
+{
+    return std::any_of(std::begin(kElsewhere), std::end(kElsewhere), [word](std::string_view k) {
+        const bool is_whole = k.size() == 2; // a place
+        return is_whole ? STR_casecmp(word, k.data()) == 0
+                        : STR_ncasecmp(word, k.data(), static_cast<int>(k.size())) == 0;
+    });
+}
+
+void warn_unknown_word(const char *word)
+{
+    std::vector<std::string_view> known(std::begin(kElsewhere), std::end(kElsewhere));
+    for (const Word &row : kWords) {
+        known.emplace_back(row.word);
+    }
+    for (const ImageFormat &format : image_formats()) {
+        known.emplace_back(format.word);
+    }
+    const std::string_view text(word);
+    warn_unknown("plot_param", text.substr(0, text.find('=')), known);
 }
 
 void apply_word(const char *word)
@@ -303,7 +338,9 @@ void apply_word(const char *word)
             return;
         }
     }
-    set_dump(word);
+    if (!set_dump(word) && word[0] != '\0' && !is_read_elsewhere(word)) {
+        warn_unknown_word(word);
+    }
 }
 
 } // namespace

@@ -1,8 +1,12 @@
 #include "tyr/plot/plot_session.h"
 
 #include <array>
+#include <cstdlib>
+#include <string>
 
+#include "tyr/base/device_kind.h"
 #include "tyr/base/prm.h"
+#include "tyr/base/res.h"
 #include "tyr/base/sys.h"
 #include "tyr/base/whole_file.h"
 #include "tyr/gks/gks.h"
@@ -31,6 +35,20 @@ bool is_type_none()
 
 using Opener = void (*)(int *ws, int *device, float *margins, float aspect);
 
+/// A dump that no display is there for is drawn by the picture device.
+void dump_without_display()
+{
+    const char *device = RES_get("device");
+    const bool is_display =
+        device == nullptr || device_of_letter(device[0]) == kDeviceDisplay;
+    const char *display = std::getenv("DISPLAY");
+    const std::string path = PLT_dump_path();
+    if (is_display && (display == nullptr || *display == '\0') && path.ends_with(".png")) {
+        RES_put("device", ("i," + path).c_str());
+        PLT_set_dump(kDumpNone, nullptr);
+    }
+}
+
 int open_plot(Opener open, float aspect)
 {
     if (PRM_get_draw(kDrawAll) == 0 || is_type_none()) {
@@ -48,6 +66,7 @@ int open_plot(Opener open, float aspect)
 int PLT_begin(float aspect)
 {
     PLT_read_params();
+    dump_without_display();
     return open_plot(GPH_open, aspect);
 }
 

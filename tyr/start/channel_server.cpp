@@ -36,7 +36,8 @@ constexpr int kNoClient = 0;    ///< the loop window itself, which wants no answ
 constexpr int kEnd = 1;         ///< code that ends a reply
 constexpr size_t kLongestText = kChannelRoom - 2;
 constexpr std::chrono::seconds kLongestSilence{25}; ///< a client itself waits for 20
-constexpr int kTick = 10;                           ///< s between looks for clients that are gone
+constexpr std::chrono::seconds kShortSilence{3};    ///< then its process is looked for
+constexpr int kTick = 2;                            ///< s between looks for clients that are gone
 constexpr timespec kShortPause = {0, 5'000'000};
 
 struct Message {
@@ -47,6 +48,9 @@ struct Message {
 struct Client {
     Clock::time_point heard;
     std::deque<Message> replies; ///< not in the queue yet
+    pid_t process = 0;           ///< who sent last when it asked for its number
+
+    bool has_died() const { return process > 0 && kill(process, 0) != 0 && errno == ESRCH; }
 };
 
 // for the signal handler
@@ -72,6 +76,7 @@ class Server {
     {
         for (;;) {
             take_all();
+            forget_the_gone();
             send_replies();
             const bool has_replies =
                 std::any_of(clients_.begin(), clients_.end(),
@@ -81,7 +86,6 @@ class Server {
             } else {
                 take(0);
             }
-            forget_the_gone();
         }
     }
 
@@ -116,10 +120,12 @@ class Server {
 
     void welcome()
     {
+        msqid_ds about = {};
+        msgctl(queue_, IPC_STAT, &about); // a newcomer waits for its number and sends nothing more
         const int id = next_;
         next_ = next_ == kLastClient ? kFirstClient : next_ + 1;
         drain(id);
-        clients_[id] = Client{Clock::now(), {}};
+        clients_[id] = Client{Clock::now(), {}, about.msg_lspid};
         queue_reply(id, kToNewcomer, kChannelClient, std::to_string(id));
     }
 
@@ -209,12 +215,15 @@ class Server {
     void forget_the_gone()
     {
         std::erase_if(clients_, [&](const auto &client) {
-            if (Clock::now() - client.second.heard < kLongestSilence) {
+            const auto silence = Clock::now() - client.second.heard;
+            if (silence < kShortSilence ||
+                (silence < kLongestSilence && !client.second.has_died())) {
                 return false;
             }
             MSG_out(kMsgWarn, "A program that asked for its resources has gone: client %d\n",
                     client.first);
             drain(client.first);
+            leaving_.erase(client.first);
             return true;
         });
     }

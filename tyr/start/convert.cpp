@@ -11,6 +11,7 @@
 #include <string>
 
 #include "tyr/base/date.h"
+#include "tyr/base/device_kind.h"
 #include "tyr/base/msg.h"
 #include "tyr/base/prm.h"
 #include "tyr/base/res.h"
@@ -194,28 +195,6 @@ void set_hour(const char *value)
     TIME_set_hour(&hour);
 }
 
-int device_code(char first)
-{
-    switch (first) {
-    case 'P':
-    case 'p':
-        return 4;
-    case 'H':
-    case 'h':
-    case 'Q':
-    case 'q':
-        return 5;
-    case 'M':
-    case 'm':
-        return 3;
-    case 'W':
-    case 'w':
-        return 6;
-    default:
-        return 1;
-    }
-}
-
 void set_file_param(const char *value)
 {
     if (const Word *word = find_word(kFileParamWords, value)) {
@@ -330,7 +309,7 @@ int RES_convert(const char *value, void *destination, int type)
         return 1;
     }
     if (type == kResDevice) {
-        PRM_set(kPrmDevice, device_code(value[0]));
+        PRM_set(kPrmDevice, device_of_letter(value[0]));
         const char *comma = std::strchr(value, ',');
         if (destination && comma) {
             *static_cast<const char **>(destination) = comma + 1;

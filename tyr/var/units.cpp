@@ -4,12 +4,15 @@
 #include <array>
 #include <cmath>
 #include <cstdio>
+#include <set>
 #include <sstream>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "tyr/base/missing.h"
 #include "tyr/base/msg.h"
+#include "tyr/base/nearest.h"
 #include "tyr/base/number.h"
 #include "tyr/base/str.h"
 #include "tyr/var/data_file.h"
@@ -106,18 +109,32 @@ void read_conversion(std::string_view text, UnitConversion *conversion)
     }
 }
 
+/// Tells of a unit that no line of the file has; a known one that no line leads to is left alone.
+void warn_unknown_unit(const std::set<std::string> &names, const std::string &unit)
+{
+    const auto is_unit = [&unit](const std::string &name) { return is_same(name, unit); };
+    if (!unit.empty() && std::none_of(names.begin(), names.end(), is_unit)) {
+        tyr::warn_unknown("unit", unit, std::vector<std::string_view>(names.begin(), names.end()));
+    }
+}
+
 /// Finds a pair in the file, case ignored as everywhere with units; without it nothing changes.
 void find_pair(FILE *file, const std::string &from, const std::string &to,
                UnitConversion *conversion)
 {
     std::string line;
+    std::set<std::string> names;
     while (VAR_next_line(file, &line)) {
         std::istringstream words(line);
         std::string first;
         std::string second;
         std::string third;
         words >> first >> second >> third;
-        if (first.empty() || first[0] == '#' || !is_same(first, from) || !is_same(second, to)) {
+        if (first.empty() || first[0] == '#') {
+            continue;
+        }
+        names.insert({first, second});
+        if (!is_same(first, from) || !is_same(second, to)) {
             continue;
         }
         read_conversion(third, conversion);
@@ -125,6 +142,7 @@ void find_pair(FILE *file, const std::string &from, const std::string &to,
                 double{conversion->scale}, double{conversion->offset});
         return;
     }
+    warn_unknown_unit(names, to);
 }
 
 } // namespace

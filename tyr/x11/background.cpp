@@ -4,6 +4,7 @@
 #include "tyr/base/str.h"
 #include "tyr/gks/colour_private.h"
 #include "tyr/gks/colour_table.h"
+#include "tyr/gks/device_private.h"
 #include "tyr/gks/state_private.h"
 #include "tyr/x11/x11_colour.h"
 #include "tyr/x11/x11_default.h"
@@ -28,8 +29,9 @@ bool is_no_background(const std::string &word)
 
 void gcolor_background()
 {
-    if (gis_postscript()) {
-        colour_set_background(1.0F, 1.0F, 1.0F);
+    if (device_traits().paper != nullptr) {
+        const float *paper = device_traits().paper();
+        colour_set_background(paper[0], paper[1], paper[2]);
         return;
     }
     if (!gis_x11()) {

@@ -1,6 +1,7 @@
 #include "tyr/x11/x11_colour.h"
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
 #include <cstdlib>
 #include <vector>
@@ -85,6 +86,43 @@ bool get_cell(unsigned long *pixel, bool *read_write)
     return *read_write;
 }
 
+/// Where the eight bits of a part of a colour stand in a pixel; -1 where they are others.
+int shift_of(unsigned long mask)
+{
+    constexpr unsigned long kByte = 0xFF;
+    const int shift = mask == 0 ? 0 : std::countr_zero(mask);
+    return mask != 0 && mask >> shift == kByte ? shift : -1;
+}
+
+/// Makes the pixel of a colour from the masks of a true-colour screen of eight bits a part, as the
+/// server does: asking it takes a round trip for each colour.
+/// @return false on other screens
+bool compose_pixel(XColor *colour)
+{
+    constexpr int kDroppedBits = 8;
+    constexpr int kPlainDepth = 24; // a deeper one has bits that the server alone knows
+    const X11State &x = x11();
+    const Visual *visual = x.visual;
+    const int red = shift_of(visual->red_mask);
+    const int green = shift_of(visual->green_mask);
+    const int blue = shift_of(visual->blue_mask);
+    if (visual->c_class != TrueColor || visual->bits_per_rgb != 8 || red < 0 || green < 0 ||
+        blue < 0 || kernel().ws.depth != kPlainDepth) {
+        return false;
+    }
+    const auto bits = [](unsigned short part, int shift) {
+        return static_cast<unsigned long>(part >> kDroppedBits) << shift;
+    };
+    colour->pixel = bits(colour->red, red) | bits(colour->green, green) | bits(colour->blue, blue);
+    return true;
+}
+
+/// A cell for a colour that won't change. @return whether there is one
+bool share_cell(XColor *colour)
+{
+    return compose_pixel(colour) || XAllocColor(x11().display, ginq_colormap(), colour) != 0;
+}
+
 } // namespace
 
 int ginq_pixel(int index)
@@ -151,7 +189,7 @@ int gx_store_colour(int index, float red, float green, float blue, bool *read_wr
         colour.pixel = static_cast<unsigned>(pixel);
         XStoreColor(x.display, ginq_colormap(), &colour); // what is drawn in it changes as well
         XFlush(x.display);                                // at once
-    } else if (XAllocColor(x.display, ginq_colormap(), &colour) != 0) {
+    } else if (share_cell(&colour)) {
         pixel = static_cast<int>(colour.pixel);
     } else {
         pixel = nearest_cell(rgb);

@@ -204,9 +204,6 @@ int gx_open_display(const std::vector<std::string> &words)
     kernel().ws.x_offset = kernel().ws.y_offset = 0;
     XClearWindow(x.display, x.window);
     gx_fill_background(x.pixmap, 0, 0, attributes.width, attributes.height);
-    for (size_t i = 0; i < kNumCursors; i++) {
-        x.cursors[i] = XCreateFontCursor(x.display, kCursorShapes[i]);
-    }
     XSync(x.display, 0);
     return 0;
 }
@@ -373,7 +370,11 @@ int gset_cursor(int n)
         return before;
     }
     if (gis_display() && x.window != 0) {
-        XDefineCursor(x.display, x.window, x.cursors[static_cast<size_t>(n)]);
+        Cursor &cursor = x.cursors[static_cast<size_t>(n)];
+        if (cursor == 0) { // when it is first shown: the first one loads further libraries
+            cursor = XCreateFontCursor(x.display, kCursorShapes[n]);
+        }
+        XDefineCursor(x.display, x.window, cursor);
     }
     x.cursor = n;
     return before;

@@ -59,6 +59,7 @@ const ProjectionForm kAzimuthalForm = {
     .window = WindowForm::map,
     .set_up = nullptr,
     .forward = forward,
+    .forward_all = nullptr,
     .inverse = inverse,
     .rotate = nullptr,
     .scale = nullptr,

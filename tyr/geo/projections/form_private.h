@@ -29,6 +29,14 @@ enum class WindowForm {
     projected, ///< the projected corners
 };
 
+/// Places side by side, kMostPlaces at most.
+struct Places {
+    int count;
+    const double *lat, *lon; ///< degrees
+    double *x, *y;
+};
+inline constexpr int kMostPlaces = 256;
+
 /// A null function is one that the projection has no need of.
 struct ProjectionForm {
     int code;
@@ -38,6 +46,8 @@ struct ProjectionForm {
     void (*set_up)(CurrentDomain &d); ///< works out the constants
     /// Earth (degrees, wrapped to +-180) or data to plot units.
     MapPoint (*forward)(const CurrentDomain &d, double lat, double lon);
+    /// The same of many places, within a float's accuracy; Missing for what isn't shown.
+    void (*forward_all)(const CurrentDomain &d, Places places);
     MapPoint (*inverse)(const CurrentDomain &d, double x, double y);
     /// A direction relative to north at a plot point, relative to the plot's up direction.
     float (*rotate)(const CurrentDomain &d, float direction, float x, float y);

@@ -22,7 +22,7 @@ constexpr double kEdge = 1.0; ///< of a sine
 constexpr ProjectionForm named(int code, const char *name, const char *word)
 {
     return {code,    name,    {word}, WindowForm::projected, nullptr, nullptr, nullptr, nullptr,
-            nullptr, nullptr, nullptr};
+            nullptr, nullptr, nullptr, nullptr};
 }
 
 constexpr ProjectionForm kGnomonicForm = named(kProjGnomonic, "gnom", "gn");

@@ -1,6 +1,7 @@
 #include <algorithm>
 
 #include "tyr/geo/projections/form_private.h"
+#include "tyr/geo/projections/vector_math_private.h"
 
 using namespace tyr;
 
@@ -41,6 +42,21 @@ MapPoint forward(const CurrentDomain &d, double lat, double lon)
     return {r * std::sin(t), -s * r * std::cos(t)};
 }
 
+TYR_VECTOR_LOOP void forward_all(const CurrentDomain &d, Places p)
+{
+    const double s = d.sign;
+    const double radius = d.radius;
+    const double cone = d.cone;
+    const double plon = d.rec.plon;
+    for (int i = 0; i < p.count; ++i) {
+        const double toward = s * p.lat[i] < -kConeCut ? -kConeCut : s * p.lat[i];
+        const double r = radius * pow(tan((45.0 - toward / 2.0) * kRadiansPerDegree), cone);
+        const double t = wrapped(p.lon[i] - plon) * cone * kRadiansPerDegree;
+        p.x[i] = r * sin(t);
+        p.y[i] = -s * r * sin(t + kQuarter);
+    }
+}
+
 MapPoint inverse(const CurrentDomain &d, double x, double y)
 {
     const double s = d.sign;
@@ -71,6 +87,7 @@ const ProjectionForm kLambertForm = {
     .window = WindowForm::map,
     .set_up = set_up,
     .forward = forward,
+    .forward_all = forward_all,
     .inverse = inverse,
     .rotate = rotate,
     .scale = scale,

@@ -31,6 +31,7 @@ const ProjectionForm kLatLonForm = {
     .window = WindowForm::map,
     .set_up = nullptr,
     .forward = forward,
+    .forward_all = nullptr,
     .inverse = inverse,
     .rotate = nullptr,
     .scale = nullptr,

@@ -1,6 +1,7 @@
 #include <algorithm>
 
 #include "tyr/geo/projections/form_private.h"
+#include "tyr/geo/projections/vector_math_private.h"
 
 using namespace tyr;
 
@@ -16,6 +17,17 @@ MapPoint forward(const CurrentDomain &d, double lat, double lon)
     const double x = wrap_longitude(lon - d.rec.plon) * kEarthRadius * kRadiansPerDegree;
     const double held = std::clamp(lat, -kPolarCut, kPolarCut);
     return {x, -kEarthRadius * std::log(tand(45.0 - held / 2.0))};
+}
+
+TYR_VECTOR_LOOP void forward_all(const CurrentDomain &d, Places p)
+{
+    const double plon = d.rec.plon;
+    for (int i = 0; i < p.count; ++i) {
+        const double most = p.lat[i] > kPolarCut ? kPolarCut : p.lat[i];
+        const double held = most < -kPolarCut ? -kPolarCut : most;
+        p.x[i] = wrapped(p.lon[i] - plon) * kEarthRadius * kRadiansPerDegree;
+        p.y[i] = -kEarthRadius * log(tan((45.0 - held / 2.0) * kRadiansPerDegree));
+    }
 }
 
 MapPoint inverse(const CurrentDomain &d, double x, double y)
@@ -39,6 +51,7 @@ const ProjectionForm kMercatorForm = {
     .window = WindowForm::map,
     .set_up = nullptr,
     .forward = forward,
+    .forward_all = forward_all,
     .inverse = inverse,
     .rotate = nullptr,
     .scale = nullptr,

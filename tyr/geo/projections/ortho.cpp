@@ -1,4 +1,5 @@
 #include "tyr/geo/projections/form_private.h"
+#include "tyr/geo/projections/vector_math_private.h"
 
 using namespace tyr;
 
@@ -26,6 +27,23 @@ MapPoint forward(const CurrentDomain &d, double lat, double lon)
             kEarthRadius * (d.cos_pole * sl - d.sin_pole * cl * cd)};
 }
 
+TYR_VECTOR_LOOP void forward_all(const CurrentDomain &d, Places p)
+{
+    const double sin_pole = d.sin_pole;
+    const double cos_pole = d.cos_pole;
+    const double plon = d.rec.plon;
+    for (int i = 0; i < p.count; ++i) {
+        const double lat = p.lat[i] * kRadiansPerDegree;
+        const double turn = (p.lon[i] - plon) * kRadiansPerDegree;
+        const double sl = sin(lat);
+        const double cl = sin(lat + kQuarter);
+        const double cd = sin(turn + kQuarter);
+        const bool is_shown = sin_pole * sl + cos_pole * cl * cd >= 0.0;
+        p.x[i] = is_shown ? kEarthRadius * cl * sin(turn) : kMissing;
+        p.y[i] = is_shown ? kEarthRadius * (cos_pole * sl - sin_pole * cl * cd) : kMissing;
+    }
+}
+
 MapPoint inverse(const CurrentDomain &d, double x, double y)
 {
     const double w = kEarthRadius * kEarthRadius - x * x - y * y;
@@ -47,6 +65,7 @@ const ProjectionForm kOrthoForm = {
     .window = WindowForm::map,
     .set_up = set_up,
     .forward = forward,
+    .forward_all = forward_all,
     .inverse = inverse,
     .rotate = nullptr,
     .scale = nullptr,

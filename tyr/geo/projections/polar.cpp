@@ -1,4 +1,5 @@
 #include "tyr/geo/projections/form_private.h"
+#include "tyr/geo/projections/vector_math_private.h"
 
 using namespace tyr;
 
@@ -23,6 +24,20 @@ MapPoint forward(const CurrentDomain &d, double lat, double lon)
     const double r = d.radius * tand((held + 90.0) / 2.0);
     const double t = (lon - d.rec.plon) * kRadiansPerDegree;
     return {r * std::sin(t), s * r * std::cos(t)};
+}
+
+TYR_VECTOR_LOOP void forward_all(const CurrentDomain &d, Places p)
+{
+    const double s = d.sign;
+    const double radius = d.radius;
+    const double plon = d.rec.plon;
+    for (int i = 0; i < p.count; ++i) {
+        const double held = s * p.lat[i] > kFarLimit ? kFarLimit : s * p.lat[i];
+        const double r = radius * tan((held + 90.0) / 2.0 * kRadiansPerDegree);
+        const double t = (p.lon[i] - plon) * kRadiansPerDegree;
+        p.x[i] = r * sin(t);
+        p.y[i] = s * r * sin(t + kQuarter);
+    }
 }
 
 MapPoint inverse(const CurrentDomain &d, double x, double y)
@@ -58,6 +73,7 @@ const ProjectionForm kPolarForm = {
     .window = WindowForm::map,
     .set_up = set_up,
     .forward = forward,
+    .forward_all = forward_all,
     .inverse = inverse,
     .rotate = rotate,
     .scale = scale,

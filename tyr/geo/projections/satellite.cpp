@@ -117,6 +117,7 @@ const ProjectionForm kSatelliteForm = {
     .window = WindowForm::map,
     .set_up = set_up,
     .forward = forward,
+    .forward_all = nullptr,
     .inverse = inverse,
     .rotate = rotate,
     .scale = nullptr,

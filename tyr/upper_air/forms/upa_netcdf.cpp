@@ -6,12 +6,11 @@
 #include <string>
 #include <vector>
 
-#include <netcdf.h>
-
 #include "tyr/base/classic_extent_private.h"
 #include "tyr/base/missing.h"
 #include "tyr/base/msg.h"
 #include "tyr/base/netcdf.h"
+#include "tyr/base/netcdf_library_private.h"
 #include "tyr/base/str.h"
 #include "tyr/upper_air/forms/upa_netcdf_private.h"
 
@@ -54,18 +53,18 @@ bool global_text(int file, const char *name, std::string *text)
 {
     size_t length = 0;
     nc_type type = NC_NAT;
-    if (nc_inq_att(file, NC_GLOBAL, name, &type, &length) != NC_NOERR || type != NC_CHAR ||
+    if (nc().inq_att(file, NC_GLOBAL, name, &type, &length) != NC_NOERR || type != NC_CHAR ||
         length > kLongestAttribute) {
         return false;
     }
     text->assign(length, '\0');
-    return nc_get_att_text(file, NC_GLOBAL, name, text->data()) == NC_NOERR;
+    return nc().get_att_text(file, NC_GLOBAL, name, text->data()) == NC_NOERR;
 }
 
 bool has_global(int file, const char *name)
 {
     size_t length = 0;
-    return nc_inq_attlen(file, NC_GLOBAL, name, &length) == NC_NOERR;
+    return nc().inq_attlen(file, NC_GLOBAL, name, &length) == NC_NOERR;
 }
 
 int variable(const UpaNetcdf &file, UpaVariable which)

@@ -3,10 +3,9 @@
 #include <string>
 #include <vector>
 
-#include <netcdf.h>
-
 #include "tyr/base/missing.h"
 #include "tyr/base/msg.h"
+#include "tyr/base/netcdf_library_private.h"
 #include "tyr/base/str.h"
 #include "tyr/upper_air/forms/upa_netcdf.h"
 #include "tyr/upper_air/forms/upa_netcdf_private.h"
@@ -35,7 +34,7 @@ class Calls {
         if (status_ == NC_NOERR) {
             return 0;
         }
-        MSG_out(kMsgWarn, "%s: %s\n", routine, nc_strerror(status_));
+        MSG_out(kMsgWarn, "%s: %s\n", routine, nc().strerror(status_));
         return -1;
     }
 
@@ -71,7 +70,7 @@ struct Dimensions {
 
 void put_text(Calls &call, int file, int variable, const char *name, const std::string &text)
 {
-    call(nc_put_att_text(file, variable, name, text.size(), text.c_str()));
+    call(nc().put_att_text(file, variable, name, text.size(), text.c_str()));
 }
 
 void put_numbers(Calls &call, int file, int variable, const UpaVariableRow &row)
@@ -80,11 +79,12 @@ void put_numbers(Calls &call, int file, int variable, const UpaVariableRow &row)
     const std::array<int, 2> whole = {static_cast<int>(row.low), static_cast<int>(row.high)};
     const int none = 0;
     if (row.type == NC_FLOAT) {
-        call(nc_put_att_float(file, variable, "_FillValue", NC_FLOAT, 1, &kMissing));
-        call(nc_put_att_float(file, variable, "valid_range", NC_FLOAT, range.size(), range.data()));
+        call(nc().put_att_float(file, variable, "_FillValue", NC_FLOAT, 1, &kMissing));
+        call(nc().put_att_float(file, variable, "valid_range", NC_FLOAT, range.size(),
+                                range.data()));
     } else if (row.low < row.high) {
-        call(nc_put_att_int(file, variable, "_FillValue", NC_INT, 1, &none));
-        call(nc_put_att_int(file, variable, "valid_range", NC_INT, whole.size(), whole.data()));
+        call(nc().put_att_int(file, variable, "_FillValue", NC_INT, 1, &none));
+        call(nc().put_att_int(file, variable, "valid_range", NC_INT, whole.size(), whole.data()));
     }
 }
 
@@ -94,8 +94,8 @@ int define_variable(Calls &call, const UpaNetcdf &file, const Dimensions &dimens
     const bool first = file.type == kUpaNetcdf1;
     const std::array<int, 2> shape = {dimensions.record, dimensions.of(row.shape)};
     int id = -1;
-    call(nc_def_var(file.id, first ? row.name1 : row.name2, row.type,
-                    row.shape == UpaShape::one ? 1 : 2, shape.data(), &id));
+    call(nc().def_var(file.id, first ? row.name1 : row.name2, row.type,
+                      row.shape == UpaShape::one ? 1 : 2, shape.data(), &id));
     put_text(call, file.id, id, "long_name", row.long_name);
     if (row.units1 != nullptr) {
         put_text(call, file.id, id, "units", first ? row.units1 : row.units2);
@@ -117,15 +117,15 @@ class RecordWriter {
         padded.resize(kStringSize, '\0');
         const std::array<size_t, 2> start = {index_, 0};
         const std::array<size_t, 2> count = {1, kStringSize};
-        call_(nc_put_vara_text(file_.id, id(which), start.data(), count.data(), padded.c_str()));
+        call_(nc().put_vara_text(file_.id, id(which), start.data(), count.data(), padded.c_str()));
     }
     void number(UpaVariable which, int value)
     {
-        call_(nc_put_var1_int(file_.id, id(which), &index_, &value));
+        call_(nc().put_var1_int(file_.id, id(which), &index_, &value));
     }
     void real(UpaVariable which, float value)
     {
-        call_(nc_put_var1_float(file_.id, id(which), &index_, &value));
+        call_(nc().put_var1_float(file_.id, id(which), &index_, &value));
     }
     /// One field of so many levels.
     template <class Level>
@@ -139,8 +139,8 @@ class RecordWriter {
         const std::array<size_t, 2> start = {index_, 0};
         const std::array<size_t, 2> counts = {1, values.size()};
         if (!values.empty()) {
-            call_(
-                nc_put_vara_float(file_.id, id(which), start.data(), counts.data(), values.data()));
+            call_(nc().put_vara_float(file_.id, id(which), start.data(), counts.data(),
+                                      values.data()));
         }
     }
     int result(const char *routine) const { return call_.result(routine); }
@@ -198,11 +198,11 @@ int write_netcdf_header(UpaNetcdf *file, const UpaFileHeader &header)
     Dimensions dimensions;
     const bool first = file->type == kUpaNetcdf1;
     const int id = file->id;
-    call(nc_def_dim(id, first ? kRecord1 : kRecord2, NC_UNLIMITED, &dimensions.record));
-    call(nc_def_dim(id, kMandLevel, kUpaMandatory, &dimensions.mandatory));
-    call(nc_def_dim(id, kSigLevel, kUpaSignificant, &dimensions.significant));
-    call(nc_def_dim(id, kWindLevel, kUpaWinds, &dimensions.wind));
-    call(nc_def_dim(id, kStringLength, kStringSize, &dimensions.text));
+    call(nc().def_dim(id, first ? kRecord1 : kRecord2, NC_UNLIMITED, &dimensions.record));
+    call(nc().def_dim(id, kMandLevel, kUpaMandatory, &dimensions.mandatory));
+    call(nc().def_dim(id, kSigLevel, kUpaSignificant, &dimensions.significant));
+    call(nc().def_dim(id, kWindLevel, kUpaWinds, &dimensions.wind));
+    call(nc().def_dim(id, kStringLength, kStringSize, &dimensions.text));
     for (size_t i = 0; i < file->variables.size(); ++i) {
         file->variables[i] = define_variable(call, *file, dimensions, kUpaVariableRows[i]);
     }
@@ -211,7 +211,7 @@ int write_netcdf_header(UpaNetcdf *file, const UpaFileHeader &header)
     put_text(call, id, NC_GLOBAL, "history", header.history ? header.history : kHistory);
     put_text(call, id, NC_GLOBAL, "filetime", header.date_text);
     put_text(call, id, NC_GLOBAL, "yymmddhh", header.short_date);
-    call(nc_enddef(id));
+    call(nc().enddef(id));
     const int result = call.result("UPA_write_header");
     file->defined = result == 0;
     return result;
