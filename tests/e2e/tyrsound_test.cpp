@@ -6,8 +6,9 @@
 #include <gtest/gtest.h>
 
 #include "support/program.h"
-#include "support/ps_reader.h"
+#include "support/screen.h"
 #include "support/temp_dir.h"
+#include "support/window_user.h"
 #include "tyr/base/str.h"
 
 namespace {
@@ -171,6 +172,26 @@ TEST_F(TyrSound, TellsWhatItCantDo)
         EXPECT_NE((result.err + result.out).find(c.told), std::string::npos)
             << result.err << result.out;
     }
+}
+
+TEST_F(TyrSound, AWindowTakesANewSize)
+{
+    const VirtualScreen screen;
+    NEED_SCREEN(screen);
+    WindowUser user(
+        screen,
+        {"-de", "d", "-ti", "Sounding", "-me", "mess", "-va", "skewt", folder_.file("oax.txt")},
+        folder_.file("log"), "tyrsound");
+    ASSERT_TRUE(user.sees_window("Sounding")) << read_file(folder_.file("log"));
+    const Picture first = user.look();
+    user.resize(900, 700);
+    const Picture resized = user.look();
+    EXPECT_EQ(resized.width, 900);
+    EXPECT_EQ(resized.height, 700);
+    user.resize(first.width, first.height);
+    EXPECT_EQ(user.look().differences(first), 0);
+    user.press_key("Return");
+    EXPECT_EQ(user.wait_for_exit(), 0) << read_file(folder_.file("log"));
 }
 
 } // namespace
