@@ -204,6 +204,9 @@ int main(int argc, char **argv)
         return kExitNormal;
     }
     MSG_set_paging(0);
+    if (const char *out = RES_get("out_file"); out != nullptr && FILE_is_std(out) != 0) {
+        MSG_set_mask(-1, kMsgMess); // the reports stand there alone
+    }
     std::vector<HeldReport> held;
     const std::vector<std::string> names = file_names();
     if (names.empty()) {

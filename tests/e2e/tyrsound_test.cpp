@@ -122,6 +122,13 @@ TEST_F(TyrSound, ConvertsToEachFormThatItReadsAgain)
     }
 }
 
+TEST_F(TyrSound, StandardOutputHoldsTheReportsAlone)
+{
+    const RunResult result = tyrsound({"wire.txt", "-of", "-"});
+    EXPECT_EQ(result.code, 0);
+    EXPECT_EQ(result.out.rfind("TYRUPAx\n1200Z 22 SEP 06\n72235:JAN ", 0), 0U) << result.out;
+}
+
 TEST_F(TyrSound, WritesARawSoundingWithTheSameAnalysis)
 {
     ASSERT_EQ(tyrsound({"oax.txt", "-of", "oax.raw"}).code, 0);
@@ -160,6 +167,7 @@ TEST_F(TyrSound, TellsWhatItCantDo)
         {{"wire.txt", "-id", "XYZ"}, 31, "XYZ: no such station"},
         {{"wire.txt", "-va", "rainbow"}, 11, "rainbow: neither a picture nor a listing"},
         {{"wire.txt", "-va", "skewt,hodo"}, 11, "More than one picture"},
+        {{"wire.txt", "-of", "-", "-ou", "netcdf"}, 12, "netCDF can't be written to standard"},
         {{"wire.txt", "-of", "x", "-ou", "gif"}, 12, "gif: not a form"},
         {{"wire.txt", "oax.txt", "-of", "x.raw"}, 31, "holds one station"},
         {{"wire.txt", "-of", "/proc/nowhere/x"}, 12, "/proc/nowhere/x: can't be written"},

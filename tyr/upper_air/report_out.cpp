@@ -1,5 +1,6 @@
 #include "tyr/upper_air/report_out.h"
 
+#include "tyr/base/file.h"
 #include "tyr/base/missing.h"
 #include "tyr/base/msg.h"
 #include "tyr/base/str.h"
@@ -84,6 +85,11 @@ UpaFileHeader header_of(const DateRec &d)
 
 int write_form(const std::string &name, int type, const std::vector<HeldReport> &held)
 {
+    const bool is_netcdf = type == kUpaNetcdf1 || type == kUpaNetcdf2;
+    if (is_netcdf && FILE_is_std(name.c_str()) != 0) {
+        MSG_out(kMsgError, "netCDF can't be written to standard output\n");
+        return kExitNoDump;
+    }
     const int handle = UPA_open(name.c_str(), 1, &type);
     if (handle == -1) {
         MSG_out(kMsgError, "%s: can't be written\n", name.c_str());
