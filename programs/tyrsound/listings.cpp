@@ -48,6 +48,13 @@ int known_levels(const UpaReport &report)
         }));
 }
 
+int known_winds(const UpaReport &report)
+{
+    return static_cast<int>(
+        std::count_if(report.wnd, report.wnd + report.num_wnd,
+                      [](const UpaWindLevel &level) { return !is_missing(level.dir); }));
+}
+
 } // namespace
 
 void list_stations(const std::vector<HeldReport> &held)
@@ -59,7 +66,7 @@ void list_stations(const std::vector<HeldReport> &held)
         MSG_out(kMsgPrint, "%-10s %6s %8s %9s %6s %5d %5d %5d  %s\n", station_of(r).c_str(),
                 r.wmo > 0 ? STR_print("%05d", r.wmo).c_str() : "-", number(2, r.lat).c_str(),
                 number(2, r.lon).c_str(), number(0, r.elev).c_str(), known_levels(r), r.num_sig,
-                r.num_wnd, date_text(one.date).c_str());
+                known_winds(r), date_text(one.date).c_str());
     }
 }
 

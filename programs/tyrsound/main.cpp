@@ -119,7 +119,7 @@ std::vector<std::string> file_names()
     return names;
 }
 
-/// All of a raw sounding file, which holds one.
+/// The one sounding of a raw sounding file: drawn where a device is told, else listed.
 int show_raw(const std::string &path)
 {
     THERM_read_raw(path.c_str());
@@ -132,7 +132,11 @@ int show_raw(const std::string &path)
         return write_sounding(out, RES_get("output"));
     }
     Wishes wishes;
-    return read_wishes(true, &wishes) ? show(wishes) : kExitNothing;
+    if (!read_wishes(RES_get("device") != nullptr, &wishes)) {
+        return kExitNothing;
+    }
+    wishes.lists = wishes.lists || !wishes.any();
+    return show(wishes);
 }
 
 /// Lists all soundings that were chosen, and draws the first: a plot has one picture.
@@ -200,6 +204,9 @@ int main(int argc, char **argv)
         return kExitNormal;
     }
     MSG_set_paging(0);
+    if (const char *out = RES_get("out_file"); out != nullptr && FILE_is_std(out) != 0) {
+        MSG_set_mask(-1, kMsgMess); // the reports stand there alone
+    }
     std::vector<HeldReport> held;
     const std::vector<std::string> names = file_names();
     if (names.empty()) {

@@ -248,8 +248,10 @@ struct RefusedCase {
 };
 constexpr RefusedCase kRefused[] = {
     {"missing", nullptr, 0, 0, ""},
-    {"unknown letter", "hello\nworld\n", 0, 0, ""},
-    {"empty", "", 0, 0, ""},
+    {"unknown letter", "hello\nworld\n", 0, 0, "not a file of upper-air reports"},
+    {"empty", "", 0, 0, "an empty file"},
+    {"digest by its head", "12:00Z XXX MAR 06 1999", 0, 0, "can't be read"},
+    {"xml by its head", "<tyrupa date=\"\">", 0, 0, "can't be read"},
     {"digest", "12:00Z XXX MAR", 0, 41, "can't be read"},
     {"xml", "<tyrupa>", 0, 51, "can't be read"},
     {"damaged netCDF", "CDF\0019999", 0, 0, "cut short"},

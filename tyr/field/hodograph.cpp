@@ -119,7 +119,18 @@ void set_space(const float viewport[4], float radius)
     gsel_norm_tran(kRings);
 }
 
-void draw_rings(const Scale &scale)
+/// The side of the upright axis that has less of the curve: -1 left, 1 right.
+float free_side(const std::vector<SoundLevel> &levels)
+{
+    float sum = 0.0F;
+    for (const SoundLevel &level : levels) {
+        sum += end_of(level.dir, level.spd).x;
+    }
+    return sum > 0.0F ? -1.0F : 1.0F;
+}
+
+/// @param side  where the numbers stand, as free_side
+void draw_rings(const Scale &scale, float side)
 {
     constexpr int kSides = 90;
     use_line("color_ring", "#B8B8B8");
@@ -129,7 +140,7 @@ void draw_rings(const Scale &scale)
     gpolyline(2, across);
     gpolyline(2, up);
     use_text("color_text", "", 0.045F * r);
-    GPH_set_text_align(kAlignLeft, kAlignTop);
+    GPH_set_text_align(side < 0.0F ? kAlignRight : kAlignLeft, kAlignTop);
     for (int i = 1; i <= scale.rings; ++i) {
         const float spd = scale.ring * static_cast<float>(i);
         std::array<float, 2 * (kSides + 1)> points{};
@@ -137,8 +148,9 @@ void draw_rings(const Scale &scale)
             MAP_ll_to_xy(&points[2 * k], &points[2 * k + 1],
                          360.0F / kSides * static_cast<float>(k), spd);
         gpolyline(kSides + 1, points.data());
-        if (i < scale.rings)
-            GPH_text_at("%.0f", spd + 0.015F * r, -0.015F * r, double{spd});
+        if (i < scale.rings) {
+            GPH_text_at("%.0f", side * (spd + 0.015F * r), -0.015F * r, double{spd});
+        }
     }
 }
 
@@ -224,7 +236,7 @@ int THERM_plot_hodograph(const float viewport[4], const SoundLevel *winds, int m
         storm != nullptr && !is_missing(storm[0]) && !is_missing(storm[1]) && storm[1] <= kFastest;
     const Scale scale = scale_of(levels, has_storm ? storm[1] : 0.0F);
     set_space(viewport, scale.radius());
-    draw_rings(scale);
+    draw_rings(scale, free_side(levels));
     draw_curve(levels, ground);
     draw_marks(winds, m, ground, top, scale.radius());
     if (has_storm)

@@ -3,8 +3,9 @@
 #include "tyr/met/sounding.h"
 
 // The hodograph: the ends of the wind vectors of a sounding, joined from the ground up, in a polar
-// plot space (kProjPolarPlot). Rings stand every 10 or 20 knots; the curve changes its look at 3, 6
-// and 9 km above the first level, and dots with the height in km stand at 0, 1, 2, 3, 6 and 9.
+// plot space (kProjPolarPlot). Rings stand every 10 or 20 knots, with numbers on the
+// side that has less of the curve; the curve changes its look at 3, 6 and 9 km above the first
+// level, and dots with the height in km stand at 0, 1, 2, 3, 6 and 9.
 //
 // | resource       | default             | what                                          |
 // |----------------|---------------------|-----------------------------------------------|

@@ -152,15 +152,7 @@ void write_file(const std::string &convention)
     if (name[0] == '\0') {
         STR_copy(name.data(), name.size(), word.data());
     }
-    WholeFile file;
-    const std::string text = file_text();
-    if (!file.open(name.data()) ||
-        std::fwrite(text.data(), 1, text.size(), file.stream()) != text.size() ||
-        file.keep() != 0) {
-        MSG_out(kMsgWarn, "THERM_out_raw: Unable to open output file: %s\n", name.data());
-        return;
-    }
-    MSG_out(kWritten, "Written raw file to: %s\n", name.data());
+    THERM_write_raw(name.data());
 }
 
 } // namespace
@@ -219,4 +211,18 @@ void THERM_out_raw()
         }
     }
     STR_free_list(count, words);
+}
+
+int THERM_write_raw(const char *name)
+{
+    WholeFile file;
+    const std::string text = file_text();
+    if (!file.open(name) ||
+        std::fwrite(text.data(), 1, text.size(), file.stream()) != text.size() ||
+        file.keep() != 0) {
+        MSG_out(kMsgWarn, "THERM_out_raw: Unable to open output file: %s\n", name);
+        return -1;
+    }
+    MSG_out(kWritten, "Written raw file to: %s\n", name);
+    return 0;
 }

@@ -26,3 +26,6 @@ void THERM_read_raw(const char *name);
 /// entry of `out_file`: "raw=word" and a word of its own name a convention or a file, "raw" alone
 /// is "upa_snd", and entries that begin "gif" are passed over.
 void THERM_out_raw();
+
+/// Writes it to one file by its name. @return 0; -1 (told) when not all could be written
+int THERM_write_raw(const char *name);

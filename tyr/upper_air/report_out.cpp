@@ -1,8 +1,8 @@
 #include "tyr/upper_air/report_out.h"
 
+#include "tyr/base/file.h"
 #include "tyr/base/missing.h"
 #include "tyr/base/msg.h"
-#include "tyr/base/res.h"
 #include "tyr/base/str.h"
 #include "tyr/base/sys.h"
 #include "tyr/names/out_file.h"
@@ -65,9 +65,7 @@ bool may_write(const std::string &name)
 
 int write_raw(const std::string &name)
 {
-    RES_put("out_file", ("raw=" + name).c_str());
-    THERM_out_raw();
-    return kExitNormal;
+    return THERM_write_raw(name.c_str()) == 0 ? kExitNormal : kExitNoDump;
 }
 
 UpaFileHeader header_of(const DateRec &d)
@@ -87,6 +85,11 @@ UpaFileHeader header_of(const DateRec &d)
 
 int write_form(const std::string &name, int type, const std::vector<HeldReport> &held)
 {
+    const bool is_netcdf = type == kUpaNetcdf1 || type == kUpaNetcdf2;
+    if (is_netcdf && FILE_is_std(name.c_str()) != 0) {
+        MSG_out(kMsgError, "netCDF can't be written to standard output\n");
+        return kExitNoDump;
+    }
     const int handle = UPA_open(name.c_str(), 1, &type);
     if (handle == -1) {
         MSG_out(kMsgError, "%s: can't be written\n", name.c_str());

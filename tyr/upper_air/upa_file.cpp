@@ -30,6 +30,7 @@ namespace {
 constexpr int kRead = 0;
 constexpr int kWrite = 1;
 constexpr int kLittleEndian = 2;
+constexpr size_t kHeadBytes = 200; ///< where an XML file's first tag stands
 constexpr size_t kMostBytes = size_t{256} << 20U;
 
 /// The open file.
@@ -126,6 +127,28 @@ int keep_text(std::string text, int type)
     return fileno(state.in.get());
 }
 
+/// A digest begins with a digit as types 1 and 2 do.
+bool is_digest(const std::string &text)
+{
+    constexpr size_t kMark = 7; // behind "hh:mmZ "
+    return text.compare(std::min(kMark, text.size()), 3, "XXX") == 0;
+}
+
+/// Why a text of no form that can be read isn't read.
+const char *reason_against(const std::string &text)
+{
+    if (text.empty()) {
+        return "an empty file";
+    }
+    if (text.substr(0, kHeadBytes).find("<tyrupa") != std::string::npos) {
+        return "an XML file can't be read";
+    }
+    if (is_digest(text)) {
+        return "a binary digest can't be read";
+    }
+    return "not a file of upper-air reports";
+}
+
 int open_text(const char *name, int type)
 {
     state.in.reset(FILE_open(name, "r"));
@@ -145,10 +168,14 @@ int open_text(const char *name, int type)
         // a station's number at the start of a table looks like the date of type 1 or 2
         if (type == -1 || type == kUpaShort || type == kUpaLonger) {
             const int foreign = foreign_type(*text);
-            type = foreign != -1 ? foreign : type;
+            type = foreign != -1 ? foreign : is_digest(*text) ? -1 : type;
         }
     }
-    return type == -1 ? -1 : keep_text(std::move(*text), type);
+    if (type == -1) {
+        MSG_out(kMsgWarn, "UPA_open: %s: %s\n", name, reason_against(*text));
+        return -1;
+    }
+    return keep_text(std::move(*text), type);
 }
 
 int open_to_read(const char *name, int type)
