@@ -33,8 +33,8 @@ void evaluate(const ProfilerRecord &record)
 std::string told(const ProfilerRecord &r)
 {
     std::string text = r.id;
-    for (const float v : {r.lat, r.lon, r.elev, r.sfc_p, r.sfc_t, r.sfc_td, r.sfc_dir, r.sfc_spd,
-                          r.sfc_rain}) {
+    for (const float v :
+         {r.lat, r.lon, r.elev, r.sfc_p, r.sfc_t, r.sfc_td, r.sfc_dir, r.sfc_spd, r.sfc_rain}) {
         text += STR_print(" %a", static_cast<double>(v));
     }
     for (int i = 0; i < r.num_level; ++i) {

@@ -71,24 +71,24 @@ TEST_F(ChannelServerTest, KeepsWhatItIsTold)
     const struct {
         std::string text, answer;
     } exchanges[] = {
-        {"query res level",              "1"                    },
-        {"set res level 3000m",          "1"                    },
-        {"query res level",              "3000m\n|1"            },
-        {"query res title",              "Two words\n|1"        },
-        {"set res title A B  C",         "1"                    },
-        {"query res title",              "A B  C\n|1"           },
-        {"set res device p,x.ps",        "1"                    },
-        {"query res device",             "w,,+1:2:3x4:5,new\n|1"},
-        {"set res level ",               "1"                    },
-        {"query res level",              "1"                    },
-        {"set res label " + most,        "1"                    },
-        {"query res label",              most + "\n|1"          },
-        {"set res label " + most + most, "1"                    }, // it comes cut
-        {"query res label",              "1"                    },
-        {"what?",                        "1"                    },
-        {"set",                          "1"                    },
-        {"",                             "1"                    },
-        {"quit",                         "1"                    },
+        {"query res level", "1"},
+        {"set res level 3000m", "1"},
+        {"query res level", "3000m\n|1"},
+        {"query res title", "Two words\n|1"},
+        {"set res title A B  C", "1"},
+        {"query res title", "A B  C\n|1"},
+        {"set res device p,x.ps", "1"},
+        {"query res device", "w,,+1:2:3x4:5,new\n|1"},
+        {"set res level ", "1"},
+        {"query res level", "1"},
+        {"set res label " + most, "1"},
+        {"query res label", most + "\n|1"},
+        {"set res label " + most + most, "1"}, // it comes cut
+        {"query res label", "1"},
+        {"what?", "1"},
+        {"set", "1"},
+        {"", "1"},
+        {"quit", "1"},
     };
     for (const auto &exchange : exchanges) {
         SCOPED_TRACE(exchange.text);

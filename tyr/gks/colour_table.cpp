@@ -159,10 +159,10 @@ void warn_unopened(const char *path)
 void warn_unknown_colour(const char *word)
 {
     std::vector<std::string_view> known(std::begin(kNoColourWords), std::end(kNoColourWords));
-    const bool is_none =
-        STR_is_int(word) != 0 || // below 0: no colour by number
-        std::any_of(known.begin(), known.end(),
-                    [word](std::string_view k) { return is_word(word, k.data()); });
+    const bool is_none = STR_is_int(word) != 0 || // below 0: no colour by number
+                         std::any_of(known.begin(), known.end(), [word](std::string_view k) {
+                             return is_word(word, k.data());
+                         });
     if (is_none) {
         return;
     }

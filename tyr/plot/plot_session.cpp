@@ -39,8 +39,7 @@ using Opener = void (*)(int *ws, int *device, float *margins, float aspect);
 void dump_without_display()
 {
     const char *device = RES_get("device");
-    const bool is_display =
-        device == nullptr || device_of_letter(device[0]) == kDeviceDisplay;
+    const bool is_display = device == nullptr || device_of_letter(device[0]) == kDeviceDisplay;
     const char *display = std::getenv("DISPLAY");
     const std::string path = PLT_dump_path();
     if (is_display && (display == nullptr || *display == '\0') && path.ends_with(".png")) {

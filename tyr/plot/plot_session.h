@@ -18,6 +18,6 @@ int PLT_end();
 /// changes nothing there.
 void PLT_set_callback(void (*function)(int kind, const char *event, float x, float y));
 
-/// Closes the graphics and ends the process; with a code other than 0 the output files that are open
-/// are taken away.
+/// Closes the graphics and ends the process; with a code other than 0 the output files that are
+/// open are taken away.
 [[noreturn]] void PLT_abort(int code);

@@ -123,9 +123,10 @@ int RAW_extract(const char *in, const char *out)
 
 int RAW_series(char **words, int count)
 {
-    const int sign = static_cast<int>(
-        std::find_if(words, words + count, [](const char *w) { return std::string_view(w) == "="; }) -
-        words);
+    const int sign =
+        static_cast<int>(std::find_if(words, words + count,
+                                      [](const char *w) { return std::string_view(w) == "="; }) -
+                         words);
     MathFile out(sign + 1 < count ? words[sign + 1] : "-", kRawWrite);
     if (!out) {
         return 0;

@@ -21,7 +21,8 @@ constexpr double kEdge = 1.0; ///< of a sine
 /// The codes that are names only.
 constexpr ProjectionForm named(int code, const char *name, const char *word)
 {
-    return {code,    name,    {word}, WindowForm::projected, nullptr, nullptr, nullptr, nullptr,
+    return {code,    name,    {word},  WindowForm::projected,
+            nullptr, nullptr, nullptr, nullptr,
             nullptr, nullptr, nullptr, nullptr};
 }
 
