@@ -52,7 +52,9 @@ bool STR_copy(char *out, size_t room, std::string_view text)
         return false;
     }
     const size_t n = std::min(text.size(), room - 1);
-    std::memmove(out, text.data(), n);
+    if (n > 0) { // an empty text may have no place in memory
+        std::memmove(out, text.data(), n);
+    }
     out[n] = '\0';
     return n == text.size();
 }
