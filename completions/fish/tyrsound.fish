@@ -22,7 +22,7 @@ complete -c tyrsound -o ct -d 'Color table file name' -r
 complete -c tyrsound -o cot -d 'Text color' -x
 complete -c tyrsound -o cowd -d 'Wind barb colors' -x
 complete -c tyrsound -o coh -d 'Hodograph colors' -x
-complete -c tyrsound -o de -d 'Output device: d,p,q,w,m' -x -a 'd p q h m w'
+complete -c tyrsound -o de -d 'Output device: d,p,q,w,m' -x -a 'd p q h m i w'
 complete -c tyrsound -o ti -d 'Window title' -x
 complete -c tyrsound -o ic -d 'Open window iconified'
 complete -c tyrsound -o bg -d 'Background color' -x
