@@ -24,5 +24,11 @@ fi
 mkdir -p "$build"
 build=$(cd "$build" && pwd)
 (cd "$source" && cmake --preset "$preset" -B "$build" >/dev/null)
-cmake --build "$build" -- -k 0 | tail -n 40
+log=$build/build.log
+cmake --build "$build" -- -k 0 >"$log" || {
+    # the compiler's words, which stand anywhere among the lines of a long build
+    grep -v '^\[' "$log" | head -n 100
+    exit 1
+}
+tail -n 1 "$log"
 ctest --test-dir "$build" --output-on-failure -j "$(nproc)" "$@"

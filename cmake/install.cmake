@@ -72,7 +72,6 @@ set(CPACK_DEBIAN_RUNTIME_PACKAGE_NAME tyr)
 # loaded when a file needs it, which the links of the programs don't tell
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_DEPENDS "libnetcdf19 | libnetcdf22 | libnetcdf18, libcairo2")
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_RECOMMENDS "libeccodes0")
-set(CPACK_DEBIAN_RUNTIME_PACKAGE_DEPENDS libcairo2) # it is loaded by name
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_SUGGESTS "ghostscript, man-db, bash-completion")
 set(CPACK_DEBIAN_DEV_PACKAGE_NAME tyr-dev)
 set(CPACK_DEBIAN_DEV_PACKAGE_DEPENDS

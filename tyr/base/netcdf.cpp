@@ -317,7 +317,8 @@ signed char CDF_get_byte(int var)
 {
     if (const ClassicFile *file = direct()) {
         const double value = file->number(var, starts()).value_or(-1.0);
-        return value >= SCHAR_MIN && value <= SCHAR_MAX ? static_cast<signed char>(value) : -1;
+        const bool is_byte = value >= SCHAR_MIN && value <= SCHAR_MAX;
+        return static_cast<signed char>(is_byte ? value : -1.0);
     }
     signed char value = -1;
     if (can_get(var) &&
