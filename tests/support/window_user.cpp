@@ -79,6 +79,9 @@ Picture grab(Display *display, Window window)
     XWindowAttributes attributes{};
     XGetWindowAttributes(display, window, &attributes);
     Picture picture;
+    if (attributes.map_state != IsViewable) { // the server gives the picture of no other window
+        return picture;
+    }
     XImage *image = XGetImage(display, window, 0, 0, static_cast<unsigned>(attributes.width),
                               static_cast<unsigned>(attributes.height), AllPlanes, ZPixmap);
     if (image == nullptr) {
