@@ -8,6 +8,7 @@
 #include "tyr/base/prm.h"
 #include "tyr/base/str.h"
 #include "tyr/field/contour_private.h"
+#include "tyr/field/world_private.h"
 #include "tyr/geo/domain.h"
 #include "tyr/gks/colour_table.h"
 #include "tyr/gks/gks.h"
@@ -31,7 +32,7 @@ constexpr float kTextSize = 0.015F; ///< of the drawing's height
 
 } // namespace
 
-FieldSpace::FieldSpace(const GridRec &grid)
+FieldSpace::FieldSpace(const GridRec &grid) : grid_(grid)
 {
     DomainRec here;
     DOM_get(&here);
@@ -51,6 +52,40 @@ FieldSpace::FieldSpace(const GridRec &grid)
     gsel_norm_tran(2);
     height_ = DOM_window_height();
     sides_ = {here.proj};
+    if (is_good_ && columns_round(grid.domain) == grid.domain.nx) {
+        close_world();
+    }
+}
+
+/// Repeats the first column behind the last one.
+void FieldSpace::close_world()
+{
+    const size_t nx = static_cast<size_t>(grid_.domain.nx);
+    const size_t ny = static_cast<size_t>(grid_.domain.ny);
+    const size_t count = (nx + 1) * ny;
+    auto *x = static_cast<float *>(std::malloc(count * sizeof(float)));
+    auto *y = static_cast<float *>(std::malloc(count * sizeof(float)));
+    if (x == nullptr || y == nullptr) { // drawn with its gap
+        std::free(x);
+        std::free(y);
+        return;
+    }
+    values_.resize(count);
+    const auto widen = [nx, ny](const float *from, float *to) {
+        for (size_t row = 0; row < ny; ++row) {
+            std::copy_n(from + row * nx, nx, to + row * (nx + 1));
+            to[row * (nx + 1) + nx] = from[row * nx];
+        }
+    };
+    widen(grid_.values, values_.data());
+    widen(x_, x);
+    widen(y_, y);
+    std::free(x_);
+    std::free(y_);
+    x_ = x;
+    y_ = y;
+    grid_.values = values_.data();
+    ++grid_.domain.nx;
 }
 
 FieldSpace::~FieldSpace()
@@ -88,8 +123,9 @@ float most_lines()
                       : static_cast<float>(-most) * static_cast<float>(CONT_view().rows);
 }
 
-TracedField traced_field(const GridRec &grid, const FieldSpace &space)
+TracedField traced_field(const FieldSpace &space)
 {
+    const GridRec &grid = space.grid();
     TracedField field(grid.domain.nx, grid.domain.ny, grid.values, space.x(), space.y(),
                       space.sides());
     const LevelPlan &plan = contours().plan;
@@ -223,8 +259,8 @@ void draw_values(const GridRec &grid, const FieldSpace &space, const TracedField
     gset_text_align(align.data());
     for (int row = 0; row < grid.domain.ny; row += s.skip_y) {
         for (int column = 0; column < grid.domain.nx; column += s.skip_x) {
-            const int at = row * grid.domain.nx + column;
-            const float value = grid.values[at];
+            const int at = row * field.columns() + column;
+            const float value = field.value(at);
             const FieldPoint p = field.place(at);
             const bool in_limits = (is_missing(s.lowest) || value >= s.lowest) &&
                                    (is_missing(s.highest) || value <= s.highest);
@@ -274,7 +310,7 @@ int CONT_draw_contours(GridRec *grid)
         MSG_out(kMsgWarn, "CONT_draw_contours: Unable to allocate grid arrays\n");
         return -1;
     }
-    const TracedField field = traced_field(*grid, space);
+    const TracedField field = traced_field(space);
     AttrRec line = field_attr("color_cont", plain_colour(), c.set.options);
     if (c.set.kind == kContValues) {
         draw_values(*grid, space, field);

@@ -3,6 +3,7 @@
 
 #include "tyr/field/streamline_private.h"
 #include "tyr/field/vector_private.h"
+#include "tyr/field/world_private.h"
 #include "tyr/geo/projection.h"
 #include "tyr/grid_math/sample.h"
 
@@ -14,7 +15,6 @@ constexpr int kSamples = 48;    ///< cells looked at in each direction
 constexpr float kMargin = 2.0F; ///< grid lengths around the window
 constexpr float kMostBoxes = 4000000.0F;
 constexpr float kRounding = 0.0001F; ///< of a grid place
-constexpr float kFullTurn = 360.0F;
 
 } // namespace
 
@@ -39,8 +39,7 @@ StreamSpace::StreamSpace(const GridRec &grid) : grid_(grid)
         DOM_get_window(grid_window_);
         DOM_set(&plot_);
         sides_ = {plot_.proj};
-        goes_round_ = d.proj == kProjLatLon &&
-                      std::fabs(static_cast<float>(d.nx) * d.dx - kFullTurn) < d.dx / 2.0F;
+        goes_round_ = columns_round(d) == d.nx;
         measure_cell();
     }
     lay_boxes();

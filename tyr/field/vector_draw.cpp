@@ -11,6 +11,7 @@
 #include "tyr/base/str.h"
 #include "tyr/field/contour_trace_private.h"
 #include "tyr/field/vector_private.h"
+#include "tyr/field/world_private.h"
 #include "tyr/geo/domain.h"
 #include "tyr/geo/projection.h"
 #include "tyr/gks/colour_table.h"
@@ -51,6 +52,8 @@ void set_sign_attr(const AttrRec &attr)
 }
 
 namespace {
+
+constexpr float kApart = 0.0005F; ///< of the drawing's height: signs closer than this are one
 
 using Values = std::vector<float>;
 
@@ -151,6 +154,7 @@ void draw_sign(float x, float y, float direction, float speed)
 void draw_signs(const GridRec &u, const GridRec &v)
 {
     const VectorState &s = vectors();
+    TakenPlaces taken(s.height * kApart); // at the pole and the seam points lie on one another
     for (int row = 0; row < u.domain.ny; row += s.skip_y) {
         for (int column = 0; column < u.domain.nx; column += s.skip_x) {
             const int at = row * u.domain.nx + column;
@@ -167,7 +171,8 @@ void draw_signs(const GridRec &u, const GridRec &v)
                                (is_missing(s.highest) || speed < s.highest);
             direction = plot_direction(u, column, row, direction);
             const AttrRec attr = speed_attr(speed);
-            if (shown && !is_missing(direction) && attr.color != kColourNone) {
+            if (shown && !is_missing(direction) && attr.color != kColourNone &&
+                taken.take({x, y})) {
                 set_sign_attr(attr);
                 draw_sign(x, y, direction, speed);
             }
