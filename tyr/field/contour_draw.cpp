@@ -1,14 +1,12 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <cstdlib>
 #include <limits>
 
 #include "tyr/base/msg.h"
 #include "tyr/base/prm.h"
 #include "tyr/base/str.h"
 #include "tyr/field/contour_private.h"
-#include "tyr/field/world_private.h"
 #include "tyr/geo/domain.h"
 #include "tyr/gks/colour_table.h"
 #include "tyr/gks/gks.h"
@@ -31,69 +29,6 @@ constexpr int kMostShown = 20000;   ///< levels that a picture can show
 constexpr float kTextSize = 0.015F; ///< of the drawing's height
 
 } // namespace
-
-FieldSpace::FieldSpace(const GridRec &grid) : grid_(grid)
-{
-    DomainRec here;
-    DOM_get(&here);
-    if (here.proj == kProjNone || DOM_equal(&here, &grid.domain) != 0) {
-        std::array<float, 4> view;
-        PLT_get_viewport(view.data());
-        gset_viewport(3, view.data());
-        const std::array<float, 4> window = {0.0F, static_cast<float>(grid.domain.nx - 1), 0.0F,
-                                             static_cast<float>(grid.domain.ny - 1)};
-        gset_window(3, window.data());
-        gsel_norm_tran(3);
-        height_ = window[3];
-        return;
-    }
-    is_good_ = GRD_proj_XY(&grid, &here, &x_, &y_) == 0;
-    DOM_set(&here);
-    gsel_norm_tran(2);
-    height_ = DOM_window_height();
-    sides_ = {here.proj};
-    if (is_good_ && columns_round(grid.domain) == grid.domain.nx) {
-        close_world();
-    }
-}
-
-/// Repeats the first column behind the last one.
-void FieldSpace::close_world()
-{
-    const size_t nx = static_cast<size_t>(grid_.domain.nx);
-    const size_t ny = static_cast<size_t>(grid_.domain.ny);
-    const size_t count = (nx + 1) * ny;
-    auto *x = static_cast<float *>(std::malloc(count * sizeof(float)));
-    auto *y = static_cast<float *>(std::malloc(count * sizeof(float)));
-    if (x == nullptr || y == nullptr) { // drawn with its gap
-        std::free(x);
-        std::free(y);
-        return;
-    }
-    values_.resize(count);
-    const auto widen = [nx, ny](const float *from, float *to) {
-        for (size_t row = 0; row < ny; ++row) {
-            std::copy_n(from + row * nx, nx, to + row * (nx + 1));
-            to[row * (nx + 1) + nx] = from[row * nx];
-        }
-    };
-    widen(grid_.values, values_.data());
-    widen(x_, x);
-    widen(y_, y);
-    std::free(x_);
-    std::free(y_);
-    x_ = x;
-    y_ = y;
-    grid_.values = values_.data();
-    ++grid_.domain.nx;
-}
-
-FieldSpace::~FieldSpace()
-{
-    std::free(x_);
-    std::free(y_);
-    gsel_norm_tran(2);
-}
 
 const char *plain_colour()
 {
@@ -305,7 +240,7 @@ int CONT_draw_contours(GridRec *grid)
                 c.plan.count);
         return -1;
     }
-    const FieldSpace space(*grid);
+    const FieldSpace space(*grid, c.set.kind != kContValues);
     if (!space.is_good()) {
         MSG_out(kMsgWarn, "CONT_draw_contours: Unable to allocate grid arrays\n");
         return -1;

@@ -20,6 +20,7 @@ using namespace tyr;
 namespace {
 
 constexpr float kLabelSize = 0.015F; ///< of the drawing's height
+constexpr float kLabelsApart = 2.5F; ///< sizes, so that labels don't lie on one another
 constexpr float kMarkSize = 0.02F;
 constexpr const char *kPlainMark = "black";
 
@@ -115,7 +116,7 @@ class Labeller {
         draw_piece(kContLines, box, field_.sides());
     }
 
-    void label_cell(const Cell &cell, bool on_column, bool on_row, float low, float high) const
+    void label_cell(const Cell &cell, bool on_column, bool on_row, float low, float high)
     {
         const ContourState &c = contours();
         const LevelPlan &plan = c.plan;
@@ -142,12 +143,15 @@ class Labeller {
         }
     }
 
-    void label(const Cell &cell, int from, int to, float level, int i, bool turned) const
+    void label(const Cell &cell, int from, int to, float level, int i, bool turned)
     {
         const FieldPoint a = field_.crossing(cell.from(from), cell.to(from), level);
         const FieldPoint b =
             field_.sides().beside(field_.crossing(cell.from(to), cell.to(to), level), a);
         const std::array<float, 2> at = {(a.x + b.x) / 2.0F, (a.y + b.y) / 2.0F};
+        if (!taken_.take({at[0], at[1]})) {
+            return;
+        }
         std::array<char, kRealTextRoom> text;
         STR_format_real(text.data(), "1.2.0", level);
         const char *name = CONT_label(contours().plan.row(i));
@@ -158,6 +162,7 @@ class Labeller {
     TracedField field_;
     AttrRec attr_;
     float size_;
+    TakenPlaces taken_{size_ * kLabelsApart};
     int columns_ = 1, rows_ = 1;
 };
 

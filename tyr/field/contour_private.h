@@ -56,7 +56,8 @@ void read_contour_params();
 /// grid's. Selects the transformation.
 class FieldSpace {
   public:
-    explicit FieldSpace(const GridRec &grid);
+    /// @param to_limb  what a round map half hides is drawn up to its limb
+    explicit FieldSpace(const GridRec &grid, bool to_limb = false);
     ~FieldSpace();
     FieldSpace(const FieldSpace &) = delete;
     FieldSpace &operator=(const FieldSpace &) = delete;
@@ -72,6 +73,7 @@ class FieldSpace {
 
   private:
     void close_world();
+    void reach_limb(const DomainRec &own, const DomainRec &map);
 
     GridRec grid_;
     std::vector<float> values_; ///< of a grid that has been closed
