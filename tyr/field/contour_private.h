@@ -73,6 +73,7 @@ class FieldSpace {
 
   private:
     void close_world();
+    void open_poles(const DomainRec &own, const DomainRec &map);
     void reach_limb(const DomainRec &own, const DomainRec &map);
 
     GridRec grid_;

@@ -14,8 +14,9 @@ namespace tyr {
 namespace {
 
 constexpr float kLambertJump = 50.0F;
-constexpr int kMostWorlds = 3;   ///< copies to either side
-constexpr int kMostPath = 50000; ///< points of one polyline
+constexpr float kTouching = 0.9999F; ///< of half a world: what begins beyond it is rounding
+constexpr int kMostWorlds = 3;       ///< copies to either side
+constexpr int kMostPath = 50000;     ///< points of one polyline
 
 bool is_filled(int kind)
 {
@@ -105,8 +106,12 @@ void send_mollweide(int kind, std::span<const FieldPoint> points, const WorldSid
     const int last = static_cast<int>(std::floor((1.0F - least->x) / 2.0F));
     std::vector<FieldPoint> moved(parts);
     for (int i = std::max(first, -kMostWorlds); i <= std::min(last, kMostWorlds); ++i) {
-        std::transform(parts.begin(), parts.end(), moved.begin(), [i](FieldPoint p) {
-            return FieldPoint{p.x + 2.0F * static_cast<float>(i), p.y};
+        const float shift = 2.0F * static_cast<float>(i);
+        if (i != 0 && (most->x + shift <= -kTouching || least->x + shift >= kTouching)) {
+            continue;
+        }
+        std::transform(parts.begin(), parts.end(), moved.begin(), [shift](FieldPoint p) {
+            return FieldPoint{p.x + shift, p.y};
         });
         send_cut(kind, moved, sides);
     }
@@ -136,8 +141,12 @@ void draw_piece(int kind, std::span<const FieldPoint> points, const WorldSides &
     const int last = static_cast<int>(std::floor((window[1] - least->x) / width));
     std::vector<FieldPoint> moved(points.begin(), points.end());
     for (int i = std::max(first, -kMostWorlds); i <= std::min(last, kMostWorlds); ++i) {
-        std::transform(points.begin(), points.end(), moved.begin(), [i, width](FieldPoint p) {
-            return FieldPoint{p.x + width * static_cast<float>(i), p.y};
+        const float shift = width * static_cast<float>(i);
+        if (i != 0 && (most->x + shift <= window[0] || least->x + shift >= window[1])) {
+            continue; // only touches
+        }
+        std::transform(points.begin(), points.end(), moved.begin(), [shift](FieldPoint p) {
+            return FieldPoint{p.x + shift, p.y};
         });
         send(kind, moved);
     }

@@ -18,19 +18,21 @@ namespace tyr {
 
 namespace {
 
-constexpr int kHalvings = 12; ///< toward the limb, of a grid length
+constexpr int kHalvings = 12;         ///< toward the limb, of a grid length
+constexpr float kNearPole = 89.985F;  ///< the last latitude that still has a width on each map
+constexpr float kPoleHeight = 63.71F; ///< of Mollweide's map, plot units
 
-/// Finds places between grid points on a map.
-class LimbFinder {
+/// Finds places of a grid on a map.
+class PlaceFinder {
   public:
-    LimbFinder(const DomainRec &grid, const DomainRec &map) : grid_(grid), map_(map)
+    PlaceFinder(const DomainRec &grid, const DomainRec &map) : grid_(grid), map_(map)
     {
         DOM_set(&grid);
         DOM_get_window(window_);
         DOM_set(&map);
     }
 
-    /// Plot place of a column and row. @return false where the map doesn't show it
+    /// Plot place of a column and row, poles aside. @return false where the map doesn't show it
     bool place(FieldPoint g, FieldPoint *p) const
     {
         float lat = 0.0F;
@@ -38,6 +40,7 @@ class LimbFinder {
         DOM_set(&grid_);
         const int known =
             MAP_xy_to_ll(&lat, &lon, window_[0] + g.x * grid_.dx, window_[3] - g.y * grid_.dy);
+        lat = std::clamp(lat, -kNearPole, kNearPole);
         DOM_set(&map_);
         return known != 0 && MAP_ll_to_xy(&p->x, &p->y, lat, lon) != 0;
     }
@@ -111,6 +114,9 @@ FieldSpace::FieldSpace(const GridRec &grid, bool to_limb) : grid_(grid)
     if (is_good_ && columns_round(grid.domain) == grid.domain.nx) {
         close_world();
     }
+    if (is_good_ && here.proj == kProjMollweide) {
+        open_poles(grid.domain, here);
+    }
     const bool has_limb = here.proj == kProjOrtho || here.proj == kProjSatellite;
     if (is_good_ && to_limb && has_limb) {
         reach_limb(grid.domain, here);
@@ -155,6 +161,24 @@ FieldSpace::~FieldSpace()
     gsel_norm_tran(2);
 }
 
+/// Lays the points of a pole side by side, next to it: an area around the pole has a side there
+/// from one edge of the map to the other.
+void FieldSpace::open_poles(const DomainRec &own, const DomainRec &map)
+{
+    const PlaceFinder finder(own, map);
+    for (int row = 0; row < grid_.domain.ny; ++row) {
+        for (int column = 0; column < grid_.domain.nx; ++column) {
+            const int at = row * grid_.domain.nx + column;
+            FieldPoint p;
+            if (!is_missing(y_[at]) && std::fabs(y_[at]) > kPoleHeight &&
+                finder.place({static_cast<float>(column), static_cast<float>(row)}, &p)) {
+                x_[at] = p.x;
+                y_[at] = p.y;
+            }
+        }
+    }
+}
+
 /// Brings the points behind the limb that have neighbours in sight onto it, with the field's value
 /// there: the picture ends on the limb and not in steps.
 void FieldSpace::reach_limb(const DomainRec &own, const DomainRec &map)
@@ -163,7 +187,7 @@ void FieldSpace::reach_limb(const DomainRec &own, const DomainRec &map)
     const size_t count = static_cast<size_t>(d.nx) * static_cast<size_t>(d.ny);
     const std::vector<float> seen(x_, x_ + count);
     std::vector<float> values(grid_.values, grid_.values + count);
-    const LimbFinder finder(own, map);
+    const PlaceFinder finder(own, map);
     for (int row = 0; row < d.ny; ++row) {
         for (int column = 0; column < d.nx; ++column) {
             const size_t at =
