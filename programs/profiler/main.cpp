@@ -9,6 +9,7 @@
 
 #include "programs/profiler/bufr_library.h"
 #include "programs/profiler/driver.h"
+#include "programs/profiler/look.h"
 #include "tyr/base/ask.h"
 #include "tyr/base/file.h"
 #include "tyr/base/missing.h"
@@ -27,6 +28,7 @@
 #include "tyr/start/option_codes.h"
 #include "tyr/start/options.h"
 #include "tyr/var/level.h"
+#include "tyr/var/var_file.h"
 
 using namespace tyr;
 
@@ -155,6 +157,7 @@ void setup_section(HeightSetting heights, DomainRec *domain, DriverSetup *setup)
     setup->mode = kSection;
     setup->height_step = view.height_step;
     PLT_set_margins(0.065F, 0.05F, 0.05F, 0.035F);
+    look_at_margins();
     DOM_set_offset(0, 0, 1.0F, -view.grid_step);
 }
 
@@ -231,6 +234,7 @@ int main(int argc, char **argv)
     DOM_init(&domain);
     if (const char *level = RES_get("level")) {
         setup_map(level, &domain, &setup);
+        VAR_set_condition_texts(nullptr, level, nullptr); // what has a level of its own is offered
     } else {
         setup_section(heights, &domain, &setup);
     }

@@ -4,6 +4,7 @@
 #include <array>
 #include <string>
 
+#include "programs/profiler/look.h"
 #include "programs/profiler/point_plot.h"
 #include "programs/profiler/walk.h"
 #include "tyr/base/file.h"
@@ -56,7 +57,7 @@ void plot_tick(const DateRec &date, float x, const AttrRec &line)
 
 /// Draws a file's column. @return whether the station is in it
 bool plot_file(const char *name, const std::string &station, float x, const AttrRec &line,
-               const Styles &styles, DriverSetup *setup)
+               const Styles &styles, DriverSetup *setup, ProfilerRecord *found)
 {
     FILE_get_date(&setup->date);
     MSG_out(kMsgMess, "Searching file for %s in: %s\n", station.c_str(), name);
@@ -70,6 +71,7 @@ bool plot_file(const char *name, const std::string &station, float x, const Attr
     }
     plot_column(record, x, setup->height_step, styles);
     plot_tick(setup->date, x, line);
+    *found = record;
     return true;
 }
 
@@ -90,9 +92,13 @@ int tyr::plot_section(DriverSetup *setup)
     FILE_seq_init(&setup->date);
     std::array<char, kFileNameRoom> name = {};
     int drawn = 0;
+    ProfilerRecord found;
     for (float x = 0.0F; FILE_next(name.data()) == 1; x += 1.0F) {
-        drawn += plot_file(name.data(), station, x, line, styles, setup) ? 1 : 0;
+        drawn += plot_file(name.data(), station, x, line, styles, setup, &found) ? 1 : 0;
     }
     label_date(setup->date);
+    if (drawn > 0) {
+        look_at_station(found);
+    }
     return drawn;
 }
