@@ -163,6 +163,7 @@ void setup_map(const char *level, DomainRec *domain, DriverSetup *setup)
 {
     int kind = kMissingInt;
     int value = kMissingInt;
+    warn_unless_level(level);
     VAR_level(level, &kind, &value);
     PRM_set(kPrmLevelKind, kind);
     PRM_set(kPrmLevelValue, value);
