@@ -17,7 +17,7 @@ cells=()
 cell() {
     local name=$1
     shift
-    "$bin/profiler" -df /nonexistent -fp data -me warn -de "p,$out/plots/$name.eps,eps,port,color" \
+    "$bin/profiler" -df data -fp data -me warn -de "p,$out/plots/$name.eps,eps,port,color" \
         "$@" </dev/null >/dev/null || echo "  $name: code $?"
     cells+=("$name")
 }
@@ -51,7 +51,7 @@ section=(-id PLTC2)
 
 while read -r word; do
     cell "variable-$word" "${section[@]}" -va "$word" "${files[@]}"
-done < <(grep -vE '^(#|$)' data/profiler.var | awk '{print $1}')
+done < <(awk '!/^(#|$)/ && $3 !~ /^le=/ {print $1}' data/profiler.var)
 sheet variables 4
 
 cell barbs-by-speed "${section[@]}" -va wbrb -in 10 -cb 0 -pp bar=0:120 -ct even.clr,tyr.clr "${files[@]}"
@@ -108,6 +108,6 @@ if [ $write = yes ]; then
     fi
     for picture in variables values projections looks-section looks-map section map window; do
         [ ! -f "$out/$picture.png" ] ||
-            convert "$out/$picture.png" +dither -colors 64 "PNG8:docs/images/$picture.png"
+            convert "$out/$picture.png" +dither -colors 255 "PNG8:docs/images/$picture.png"
     done
 fi

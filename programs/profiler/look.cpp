@@ -121,7 +121,14 @@ void tyr::look_at_speed()
 
 void tyr::look_at_station(const ProfilerRecord &record)
 {
+    int lines = 0;
     for (const std::string &word : RES_list("section_label")) {
         PLT_apply_label(expand(word, record).c_str());
+        if (word.size() > 2 && word[2] >= '0' && word[2] < '0' + kLabelLines) {
+            lines = std::max(lines, word[2] - '0' + 1);
+        }
+    }
+    if (PLT_labels_inside() != 0) { // each line takes its place below the top
+        PLT_set_label_count(lines);
     }
 }

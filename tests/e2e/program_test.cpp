@@ -234,6 +234,34 @@ TEST(Batch, ParentLeavesAtOnceAndTheFileIsWrittenOnce)
     EXPECT_GT(section.barbs.size(), 80U);
 }
 
+TEST(Batch, ARunThatIsWaitedForReturnsWithThePlotsCode)
+{
+    const TempDir dir;
+    const std::vector<std::string> files = make_samples(dir.file("data"), "12", 1);
+    const struct {
+        const char *name;
+        std::string word, target;
+        std::vector<std::string> env;
+        bool is_drawn;
+    } cases[] = {
+        {"word", "-ba=wait", "p," + dir.file("s.ps"), {}, true},
+        {"any case", "-ba=WAIT", "i," + dir.file("s.png"), {}, true},
+        {"environment", "", "p," + dir.file("e.ps"), {"tyrbatch=wait"}, true},
+        {"nowhere to go", "-ba=wait", "p,/proc/none/s.ps", {}, false},
+    };
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.name);
+        std::vector<std::string> words = {"-id", "PLTC2", "-de", c.target, files[0]};
+        if (!c.word.empty()) {
+            words.insert(words.begin(), c.word);
+        }
+        const RunResult result = run_profiler(words, {.env = c.env});
+        EXPECT_EQ(result.code == 0, c.is_drawn) << result.err;
+        EXPECT_EQ(std::filesystem::exists(c.target.substr(2)), c.is_drawn) << "at once";
+        EXPECT_EQ(result.out, "") << "batch mode tells errors alone";
+    }
+}
+
 TEST(Batch, ForegroundAndBackgroundWriteTheSame)
 {
     const TempDir dir;

@@ -262,9 +262,10 @@ void set_messages(const char *value)
     MSG_options(value);
 }
 
-void set_batch()
+void set_batch(const char *value)
 {
-    PRM_set(kPrmBatch, 1);
+    const bool is_waited = value != nullptr && STR_casecmp(value, "wait") == 0;
+    PRM_set(kPrmBatch, is_waited ? kBatchWaited : kBatchDetached);
     if (MSG_explicit() == 0) {
         MSG_set_mask(0, kBatchMask);
     }
@@ -344,7 +345,7 @@ int fill(const char *value, void *destination, int type)
 int RES_convert(const char *value, void *destination, int type)
 {
     if (type == kResBatch) {
-        set_batch();
+        set_batch(value);
         return 1;
     }
     if (type == kResHelp) {
