@@ -10,6 +10,7 @@
 
 #include "programs/profiler/bufr_library.h"
 #include "programs/profiler/driver.h"
+#include "programs/profiler/look.h"
 #include "programs/profiler/section.h"
 #include "programs/profiler/times.h"
 #include "tyr/base/ask.h"
@@ -31,6 +32,7 @@
 #include "tyr/start/option_codes.h"
 #include "tyr/start/options.h"
 #include "tyr/var/level.h"
+#include "tyr/var/var_file.h"
 
 using namespace tyr;
 
@@ -174,6 +176,7 @@ void setup_section(HeightSetting heights, DomainRec *domain, DriverSetup *setup)
     setup->mode = kSection;
     setup->height_step = view.height_step;
     PLT_set_margins(0.065F, 0.05F, 0.05F, 0.035F);
+    look_at_margins();
     DOM_set_offset(0, 0, 1.0F, -view.grid_step);
 }
 
@@ -251,6 +254,7 @@ int main(int argc, char **argv)
     DOM_init(&domain);
     if (const char *level = RES_get("level")) {
         setup_map(level, &domain, &setup);
+        VAR_set_condition_texts(nullptr, level, nullptr); // what has a level of its own is offered
     } else {
         setup_section(heights, &domain, &setup);
     }

@@ -4,6 +4,7 @@
 #include <array>
 #include <string>
 
+#include "programs/profiler/look.h"
 #include "programs/profiler/point_plot.h"
 #include "programs/profiler/times.h"
 #include "programs/profiler/walk.h"
@@ -56,43 +57,53 @@ void plot_tick(const DateRec &date, float x, const AttrRec &line)
                &line);
 }
 
+/// What the columns of a section are drawn with, and the last report that was.
+struct SectionPen {
+    std::string station;
+    AttrRec line;
+    const Styles &styles;
+    DriverSetup *setup;
+    ProfilerRecord found = {};
+};
+
 /// Draws every time of a file as a column, from `x` on, with ticks at whole multiples of so many
 /// columns. @return columns drawn
-int plot_times(const char *name, const std::string &station, float x, int tick_step,
-               const AttrRec &line, const Styles &styles, DriverSetup *setup)
+int plot_times(const char *name, float x, int tick_step, SectionPen *pen)
 {
-    MSG_out(kMsgMess, "Searching file for %s in: %s\n", station.c_str(), name);
-    const std::vector<tyr::TimedReport> found = tyr::find_times(name, station.c_str());
+    MSG_out(kMsgMess, "Searching file for %s in: %s\n", pen->station.c_str(), name);
+    const std::vector<tyr::TimedReport> found = tyr::find_times(name, pen->station.c_str());
     if (found.empty()) {
-        MSG_out(kMsgWarn, "%s not found\n", station.c_str());
+        MSG_out(kMsgWarn, "%s not found\n", pen->station.c_str());
     }
     for (const tyr::TimedReport &report : found) {
-        setup->date = report.date;
-        plot_column(report.record, x, setup->height_step, styles);
+        pen->setup->date = report.date;
+        plot_column(report.record, x, pen->setup->height_step, pen->styles);
         if (static_cast<int>(x) % tick_step == 0) {
-            plot_tick(report.date, x, line);
+            plot_tick(report.date, x, pen->line);
         }
+        pen->found = report.record;
         x += 1.0F;
     }
     return static_cast<int>(found.size());
 }
 
 /// Draws a file's column. @return 1, or 0 where the station isn't in it
-int plot_file(const char *name, const std::string &station, float x, const AttrRec &line,
-              const Styles &styles, DriverSetup *setup)
+int plot_file(const char *name, float x, SectionPen *pen)
 {
-    FILE_get_date(&setup->date);
-    MSG_out(kMsgMess, "Searching file for %s in: %s\n", station.c_str(), name);
+    DateRec &date = pen->setup->date;
+    FILE_get_date(&date);
+    MSG_out(kMsgMess, "Searching file for %s in: %s\n", pen->station.c_str(), name);
     ProfilerRecord record;
-    if (PRF_find_station(name, station.c_str(), &record) == 0) {
-        MSG_out(kMsgWarn, "%s not found\n", station.c_str());
+    if (PRF_find_station(name, pen->station.c_str(), &record) == 0) {
+        MSG_out(kMsgWarn, "%s not found\n", pen->station.c_str());
         return 0;
     }
-    if (setup->date.hour == kMissingInt) {
-        setup->date = PRF_file_info().date; // the name tells no hour
+    if (date.hour == kMissingInt) {
+        date = PRF_file_info().date; // the name tells no hour
     }
-    plot_column(record, x, setup->height_step, styles);
-    plot_tick(setup->date, x, line);
+    plot_column(record, x, pen->setup->height_step, pen->styles);
+    plot_tick(date, x, pen->line);
+    pen->found = record;
     return 1;
 }
 
@@ -105,9 +116,9 @@ int tyr::plot_section(DriverSetup *setup)
     std::array<char, kVarLabelSize> label = {};
     VAR_make_label(0, label.data());
     PLT_label_ul(("ID: " + station + " - " + label.data()).c_str());
-    AttrRec line;
-    ATTR_init(&line);
-    ATTR_from_resource("color_line", "red", &line);
+    SectionPen pen = {.station = station, .line = {}, .styles = styles, .setup = setup};
+    ATTR_init(&pen.line);
+    ATTR_from_resource("color_line", "red", &pen.line);
     GPH_sel_tran(2);
     begin_points();
     FILE_seq_init(&setup->date);
@@ -115,13 +126,15 @@ int tyr::plot_section(DriverSetup *setup)
     int drawn = 0;
     const int tick_step = setup->columns / kMostTicks + 1;
     for (float x = 0.0F; FILE_next(name.data()) == 1;) {
-        const int columns =
-            setup->columns > 0 ? plot_times(name.data(), station, x, tick_step, line, styles, setup)
-                               : plot_file(name.data(), station, x, line, styles, setup);
+        const int columns = setup->columns > 0 ? plot_times(name.data(), x, tick_step, &pen)
+                                               : plot_file(name.data(), x, &pen);
         drawn += columns;
         x += setup->columns > 0 ? static_cast<float>(columns) : 1.0F;
     }
     label_date(setup->date);
+    if (drawn > 0) {
+        look_at_station(pen.found);
+    }
     return drawn;
 }
 

@@ -15,10 +15,11 @@ namespace {
 
 struct Bar {
     int result = -1;
-    std::vector<std::array<double, 3>> colours;  ///< of the boxes, left to right
-    std::vector<std::string> labels;             ///< left to right
-    std::vector<std::array<double, 3>> expected; ///< of the values in the middle of the bands
-    std::vector<PsPoint> box;                    ///< corners of the first box
+    std::vector<std::array<double, 3>> colours;    ///< of the boxes, left to right
+    std::vector<std::string> labels;               ///< left to right
+    std::vector<std::array<double, 2>> label_ends; ///< least and greatest x of each label's strokes
+    std::vector<std::array<double, 3>> expected;   ///< of the values in the middle of the bands
+    std::vector<PsPoint> box;                      ///< corners of the first box
     float plot[4] = {};
 };
 
@@ -65,11 +66,21 @@ Bar draw(const Given &g, const std::vector<float> &middles = {}, const char *tit
             bar.box = bar.box.empty() ? stroke.points : bar.box;
         }
     }
+    for (size_t i = 0; i < page.texts.size(); ++i) {
+        bar.label_ends.push_back({1.0, 0.0});
+        for (const PsStroke &stroke : strokes_of(page, static_cast<int>(i))) {
+            for (const PsPoint &p : stroke.points) {
+                bar.label_ends[i][0] = std::min(bar.label_ends[i][0], p[0]);
+                bar.label_ends[i][1] = std::max(bar.label_ends[i][1], p[0]);
+            }
+        }
+    }
     std::sort(page.texts.begin(), page.texts.end(),
               [](const PsText &a, const PsText &b) { return a.x < b.x; });
     for (const PsText &t : page.texts) {
         bar.labels.push_back(t.text);
     }
+    std::sort(bar.label_ends.begin(), bar.label_ends.end());
     return bar;
 }
 
@@ -121,6 +132,18 @@ TEST(ColourBar, NoughtAsIntervalGivesANiceOne)
     ASSERT_EQ(bar.labels.size(), 14U);
     EXPECT_EQ(bar.labels[1], "8.0");
     EXPECT_EQ(bar.labels.back(), "104");
+}
+
+TEST(ColourBar, LongLabelsStandClearOfOneAnother)
+{
+    // 13 bands in half the width; the ends of the range stay
+    const Bar bar = draw({"1-15", 50, 0, nullptr, 4950, 5599});
+    ASSERT_GE(bar.labels.size(), 5U);
+    EXPECT_EQ(bar.labels.front(), "4950");
+    EXPECT_EQ(bar.labels.back(), "5600");
+    for (size_t i = 1; i < bar.label_ends.size(); ++i) {
+        EXPECT_GT(bar.label_ends[i][0], bar.label_ends[i - 1][1]) << bar.labels[i];
+    }
 }
 
 TEST(ColourBar, LiesInTheLeftHalfOfTheMargin)

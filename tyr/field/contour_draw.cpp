@@ -1,7 +1,6 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <cstdlib>
 #include <limits>
 
 #include "tyr/base/msg.h"
@@ -31,35 +30,6 @@ constexpr float kTextSize = 0.015F; ///< of the drawing's height
 
 } // namespace
 
-FieldSpace::FieldSpace(const GridRec &grid)
-{
-    DomainRec here;
-    DOM_get(&here);
-    if (here.proj == kProjNone || DOM_equal(&here, &grid.domain) != 0) {
-        std::array<float, 4> view;
-        PLT_get_viewport(view.data());
-        gset_viewport(3, view.data());
-        const std::array<float, 4> window = {0.0F, static_cast<float>(grid.domain.nx - 1), 0.0F,
-                                             static_cast<float>(grid.domain.ny - 1)};
-        gset_window(3, window.data());
-        gsel_norm_tran(3);
-        height_ = window[3];
-        return;
-    }
-    is_good_ = GRD_proj_XY(&grid, &here, &x_, &y_) == 0;
-    DOM_set(&here);
-    gsel_norm_tran(2);
-    height_ = DOM_window_height();
-    sides_ = {here.proj};
-}
-
-FieldSpace::~FieldSpace()
-{
-    std::free(x_);
-    std::free(y_);
-    gsel_norm_tran(2);
-}
-
 const char *plain_colour()
 {
     return PLT_is_light() != 0 ? "black" : "white";
@@ -88,8 +58,9 @@ float most_lines()
                       : static_cast<float>(-most) * static_cast<float>(CONT_view().rows);
 }
 
-TracedField traced_field(const GridRec &grid, const FieldSpace &space)
+TracedField traced_field(const FieldSpace &space)
 {
+    const GridRec &grid = space.grid();
     TracedField field(grid.domain.nx, grid.domain.ny, grid.values, space.x(), space.y(),
                       space.sides());
     const LevelPlan &plan = contours().plan;
@@ -223,8 +194,8 @@ void draw_values(const GridRec &grid, const FieldSpace &space, const TracedField
     gset_text_align(align.data());
     for (int row = 0; row < grid.domain.ny; row += s.skip_y) {
         for (int column = 0; column < grid.domain.nx; column += s.skip_x) {
-            const int at = row * grid.domain.nx + column;
-            const float value = grid.values[at];
+            const int at = row * field.columns() + column;
+            const float value = field.value(at);
             const FieldPoint p = field.place(at);
             const bool in_limits = (is_missing(s.lowest) || value >= s.lowest) &&
                                    (is_missing(s.highest) || value <= s.highest);
@@ -269,12 +240,12 @@ int CONT_draw_contours(GridRec *grid)
                 c.plan.count);
         return -1;
     }
-    const FieldSpace space(*grid);
+    const FieldSpace space(*grid, c.set.kind != kContValues);
     if (!space.is_good()) {
         MSG_out(kMsgWarn, "CONT_draw_contours: Unable to allocate grid arrays\n");
         return -1;
     }
-    const TracedField field = traced_field(*grid, space);
+    const TracedField field = traced_field(space);
     AttrRec line = field_attr("color_cont", plain_colour(), c.set.options);
     if (c.set.kind == kContValues) {
         draw_values(*grid, space, field);

@@ -7,6 +7,7 @@
 #include "tyr/base/str.h"
 #include "tyr/field/contour_cell_private.h"
 #include "tyr/field/contour_private.h"
+#include "tyr/field/world_private.h"
 #include "tyr/geo/domain.h"
 #include "tyr/gks/colour_table.h"
 #include "tyr/gks/gks.h"
@@ -19,6 +20,7 @@ using namespace tyr;
 namespace {
 
 constexpr float kLabelSize = 0.015F; ///< of the drawing's height
+constexpr float kLabelsApart = 2.5F; ///< sizes, so that labels don't lie on one another
 constexpr float kMarkSize = 0.02F;
 constexpr const char *kPlainMark = "black";
 
@@ -58,7 +60,7 @@ void set_text(const AttrRec &attr, float height, float up_x, float up_y)
 class Labeller {
   public:
     Labeller(const GridRec &grid, const FieldSpace &space)
-        : field_(traced_field(grid, space)), attr_(label_attr()),
+        : field_(traced_field(space)), attr_(label_attr()),
           size_(contours().set.scale * space.height() * kLabelSize)
     {
         const ContourSettings &s = contours().set;
@@ -114,7 +116,7 @@ class Labeller {
         draw_piece(kContLines, box, field_.sides());
     }
 
-    void label_cell(const Cell &cell, bool on_column, bool on_row, float low, float high) const
+    void label_cell(const Cell &cell, bool on_column, bool on_row, float low, float high)
     {
         const ContourState &c = contours();
         const LevelPlan &plan = c.plan;
@@ -141,12 +143,15 @@ class Labeller {
         }
     }
 
-    void label(const Cell &cell, int from, int to, float level, int i, bool turned) const
+    void label(const Cell &cell, int from, int to, float level, int i, bool turned)
     {
         const FieldPoint a = field_.crossing(cell.from(from), cell.to(from), level);
         const FieldPoint b =
             field_.sides().beside(field_.crossing(cell.from(to), cell.to(to), level), a);
         const std::array<float, 2> at = {(a.x + b.x) / 2.0F, (a.y + b.y) / 2.0F};
+        if (!taken_.take({at[0], at[1]})) {
+            return;
+        }
         std::array<char, kRealTextRoom> text;
         STR_format_real(text.data(), "1.2.0", level);
         const char *name = CONT_label(contours().plan.row(i));
@@ -157,23 +162,25 @@ class Labeller {
     TracedField field_;
     AttrRec attr_;
     float size_;
+    TakenPlaces taken_{size_ * kLabelsApart};
     int columns_ = 1, rows_ = 1;
 };
 
 /// 1 where all neighbours are lower, -1 where all are higher, 0 elsewhere.
-int extreme_at(const GridRec &grid, int column, int row, int radius)
+/// @param round  columns once round the world, or 0
+int extreme_at(const TracedField &field, int round, int column, int row, int radius)
 {
-    const int nx = grid.domain.nx;
-    const float value = grid.values[row * nx + column];
+    const float value = field.value(row * field.columns() + column);
     int higher = 0;
     int lower = 0;
     int missing = 0;
-    for (int j = std::max(row - radius, 0); j <= std::min(row + radius, grid.domain.ny - 1); ++j) {
-        for (int i = std::max(column - radius, 0); i <= std::min(column + radius, nx - 1); ++i) {
-            const float other = grid.values[j * nx + i];
-            if (i == column && j == row) {
+    for (int j = std::max(row - radius, 0); j <= std::min(row + radius, field.rows() - 1); ++j) {
+        for (int i = column - radius; i <= column + radius; ++i) {
+            const int c = round > 0 ? ((i % round) + round) % round : i;
+            if (c < 0 || c >= field.columns() || (c == column && j == row)) {
                 continue;
             }
+            const float other = field.value(j * field.columns() + c);
             if (is_missing(other) || !std::isfinite(other)) {
                 ++missing;
                 continue;
@@ -230,20 +237,26 @@ int CONT_draw_extremes(GridRec *grid)
         return -1;
     }
     const AttrRec attr = label_attr();
-    const TracedField field(grid->domain.nx, grid->domain.ny, grid->values, space.x(), space.y(),
+    const GridRec &drawn = space.grid();
+    const TracedField field(drawn.domain.nx, drawn.domain.ny, drawn.values, space.x(), space.y(),
                             space.sides());
+    const int round = columns_round(grid->domain);
     const float size = s.scale * space.height();
+    TakenPlaces highs(size * kMarkSize / 2.0F);
+    TakenPlaces lows(size * kMarkSize / 2.0F);
+    const int columns = round > 0 ? round : grid->domain.nx; // a repeated one has had its mark
     for (int row = 0; row < grid->domain.ny; ++row) {
-        for (int column = 0; column < grid->domain.nx; ++column) {
-            const int at = row * grid->domain.nx + column;
-            const float value = grid->values[at];
+        for (int column = 0; column < columns; ++column) {
+            const int at = row * field.columns() + column;
+            const float value = field.value(at);
             const FieldPoint p = field.place(at);
             if (is_missing(value) || !std::isfinite(value) || is_missing(p.x) ||
                 (!is_missing(s.lowest) && value < s.lowest) ||
                 (!is_missing(s.highest) && value > s.highest)) {
                 continue;
             }
-            if (const int sign = extreme_at(*grid, column, row, s.extreme_radius)) {
+            const int sign = extreme_at(field, round, column, row, s.extreme_radius);
+            if (sign != 0 && (sign > 0 ? highs : lows).take(p)) {
                 draw_mark(p, sign, value, attr, size);
             }
         }

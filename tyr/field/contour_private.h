@@ -3,6 +3,7 @@
 // What the files of the contours share: settings and the drawing space.
 
 #include <string>
+#include <vector>
 
 #include "tyr/base/missing.h"
 #include "tyr/field/contour.h"
@@ -55,18 +56,27 @@ void read_contour_params();
 /// grid's. Selects the transformation.
 class FieldSpace {
   public:
-    explicit FieldSpace(const GridRec &grid);
+    /// @param to_limb  what a round map half hides is drawn up to its limb
+    explicit FieldSpace(const GridRec &grid, bool to_limb = false);
     ~FieldSpace();
     FieldSpace(const FieldSpace &) = delete;
     FieldSpace &operator=(const FieldSpace &) = delete;
 
     bool is_good() const { return is_good_; }
+    /// The grid as it is drawn: one that goes round the world has its first column at the end once
+    /// more on a map.
+    const GridRec &grid() const { return grid_; }
     const float *x() const { return x_; }
     const float *y() const { return y_; }
     float height() const { return height_; } ///< what sizes are fractions of
     WorldSides sides() const { return sides_; }
 
   private:
+    void close_world();
+    void reach_limb(const DomainRec &own, const DomainRec &map);
+
+    GridRec grid_;
+    std::vector<float> values_; ///< of a grid that has been closed
     float *x_ = nullptr, *y_ = nullptr;
     float height_ = 0.0F;
     bool is_good_ = true;
@@ -77,7 +87,7 @@ class FieldSpace {
 AttrRec field_attr(const char *resource, const char *plain, const std::string &options);
 const char *plain_colour();
 
-TracedField traced_field(const GridRec &grid, const FieldSpace &space);
+TracedField traced_field(const FieldSpace &space);
 /// The most lines through a cell of which each `step`-th is wanted.
 float most_lines();
 

@@ -1,161 +1,119 @@
 #include <algorithm>
 #include <cmath>
-#include <cstdlib>
 
 #include "tyr/base/angle.h"
+#include "tyr/field/contour_private.h"
+#include "tyr/field/streamline_private.h"
 #include "tyr/field/vector_private.h"
-#include "tyr/geo/domain.h"
-#include "tyr/geo/projection.h"
-#include "tyr/grid_math/sample.h"
+#include "tyr/gks/colour_table.h"
 #include "tyr/plot/barb.h"
 
 using namespace tyr;
 
 namespace {
 
-constexpr float kStep = 0.25F;
+constexpr float kStep = 0.25F; ///< grid lengths
 constexpr float kCalm = 0.001F;
 constexpr int kFreeSteps = 6; ///< a line's first steps, which a full box doesn't end
-constexpr float kHead = 4.0F;
+constexpr float kHead = 4.0F; ///< steps
 
-struct Place {
-    float x, y;
-};
-
-/// A quarter of a grid length in the drawing's units, by the middle of the grid where it can be
-/// shown: lines cross a box in as many steps on every map.
-float step_length(const GridRec &grid)
+float direction_of(float x, float y)
 {
-    if (vectors().x == nullptr || grid.domain.nx < 2) {
-        return kStep;
-    }
-    const int at = grid.domain.ny / 2 * grid.domain.nx + (grid.domain.nx - 1) / 2;
-    const float *x = vectors().x;
-    const float *y = vectors().y;
-    if (is_missing(x[at]) || is_missing(x[at + 1])) {
-        return kStep;
-    }
-    const float length = std::hypot(x[at + 1] - x[at], y[at + 1] - y[at]);
-    return length > 0.0F ? kStep * std::min(length, grid.domain.dx * 2.0F) : kStep;
+    return static_cast<float>(std::atan2(-x, -y) * kDegreesPerRadian);
 }
 
-/// Grid column and row of a place of the drawing.
-class GridPlaces {
+/// The road of one line: fourth order Runge-Kutta on the direction of the wind, so that a circle
+/// closes.
+class Road {
   public:
-    explicit GridPlaces(const GridRec &grid) : grid_(grid)
-    {
-        DOM_get(&plot_);
-        if (vectors().x != nullptr) {
-            DOM_set(&grid.domain);
-            DOM_get_window(window_);
-            DOM_set(&plot_);
-            same_ = DOM_equal(&plot_, &grid.domain) != 0;
-        }
-    }
-
-    bool find(Place p, Place *g) const
-    {
-        if (vectors().x == nullptr) {
-            *g = {p.x, static_cast<float>(grid_.domain.ny - 1) - p.y};
-            return true;
-        }
-        float x = p.x;
-        float y = p.y;
-        if (!same_) {
-            float lat = 0.0F;
-            float lon = 0.0F;
-            const int known = MAP_xy_to_ll(&lat, &lon, p.x, p.y);
-            DOM_set(&grid_.domain);
-            const int shown = known != 0 ? MAP_ll_to_xy(&x, &y, lat, lon) : 0;
-            DOM_set(&plot_);
-            if (shown == 0) {
-                return false;
-            }
-        }
-        *g = {(x - window_[0]) / grid_.domain.dx, (window_[3] - y) / grid_.domain.dy};
-        return std::isfinite(g->x) && std::isfinite(g->y);
-    }
-
-  private:
-    const GridRec &grid_;
-    DomainRec plot_;
-    float window_[4] = {};
-    bool same_ = false;
-};
-
-struct Wind {
-    float u = kMissing, v = kMissing;
-    bool is_set() const { return !is_missing(u) && !is_missing(v); }
-    float speed() const { return std::hypot(u, v); }
-};
-
-/// One line: where it is, and the field under it.
-class Tracer {
-  public:
-    Tracer(const GridRec &u, const GridRec &v) : u_(u), v_(v), places_(u), length_(step_length(u))
+    Road(const StreamSpace &space, const GridRec &u, const GridRec &v)
+        : space_(space), u_(u), v_(v), length_(kStep * space.cell())
     {
     }
 
-    Wind wind_at(Place p) const
-    {
-        Place g;
-        if (!places_.find(p, &g)) {
-            return {};
-        }
-        return {GRD_interp(&u_, g.x, g.y), GRD_interp(&v_, g.x, g.y)};
-    }
+    float length() const { return length_; }
+    PlotWind wind_at(FieldPoint p) const { return space_.wind(u_, v_, p); }
 
-    bool grid_place(Place p, Place *g) const { return places_.find(p, g); }
-
-    /// The place a quarter unit on: fourth order Runge-Kutta on the direction of the wind, straight
-    /// on where the field ends.
-    Place step(Place p, Wind w) const
+    /// The place a step on, straight on where the field ends.
+    FieldPoint step(FieldPoint p, PlotWind w) const
     {
-        Place slopes[4];
+        FieldPoint slopes[4];
         slopes[0] = unit(w);
         for (int i = 1; i < 4; ++i) {
             const float part = i < 3 ? length_ / 2.0F : length_;
-            const Wind next = wind_at({p.x + slopes[i - 1].x * part, p.y + slopes[i - 1].y * part});
+            const PlotWind next =
+                wind_at({p.x + slopes[i - 1].x * part, p.y + slopes[i - 1].y * part});
             if (!next.is_set() || next.speed() < kCalm) {
                 return {p.x + slopes[0].x * length_, p.y + slopes[0].y * length_};
             }
             slopes[i] = unit(next);
         }
-        const auto mean = [&slopes](float Place::*c) {
+        const auto mean = [&slopes](float FieldPoint::*c) {
             return (slopes[0].*c + 2.0F * slopes[1].*c + 2.0F * slopes[2].*c + slopes[3].*c) / 6.0F;
         };
-        return {p.x + mean(&Place::x) * length_, p.y + mean(&Place::y) * length_};
+        return {p.x + mean(&FieldPoint::x) * length_, p.y + mean(&FieldPoint::y) * length_};
     }
 
-    float length() const { return length_; }
-
   private:
-    static Place unit(Wind w) { return {w.u / w.speed(), w.v / w.speed()}; }
+    static FieldPoint unit(PlotWind w) { return {w.u / w.speed(), w.v / w.speed()}; }
 
+    const StreamSpace &space_;
     const GridRec &u_, &v_;
-    GridPlaces places_;
     float length_;
 };
 
-size_t box_of(const GridRec &grid, Place g)
-{
-    const VectorState &s = vectors();
-    const float row = 2.0F * g.y / static_cast<float>(s.skip_y) + 0.0001F;
-    const float column = 2.0F * g.x / static_cast<float>(s.skip_x) + 0.0001F;
-    const float last = static_cast<float>(s.boxes.size() - 1);
-    const float box = static_cast<float>(grid.domain.nx) * std::floor(row) * 2.0F;
-    if (!(row >= 0.0F && column >= 0.0F && row < last && column < last && box + column < last)) {
-        return s.boxes.size() - 1;
-    }
-    return static_cast<size_t>(row) * 2 * static_cast<size_t>(grid.domain.nx) +
-           static_cast<size_t>(column);
-}
+/// Draws the steps of a line as one stroke for as long as their colour stays.
+class Pen {
+  public:
+    explicit Pen(const WorldSides &sides) : sides_(sides) {}
+    ~Pen() { lift(); }
+    Pen(const Pen &) = delete;
+    Pen &operator=(const Pen &) = delete;
 
-float direction_of(Wind w)
-{
-    return w.speed() < 0.01F ? 0.0F
-                             : static_cast<float>(std::atan2(-w.u, -w.v) * kDegreesPerRadian);
-}
+    /// @param is_shown  whether the speed is one to draw
+    void step(FieldPoint from, FieldPoint to, float speed, bool is_shown)
+    {
+        const AttrRec attr = speed_attr(speed);
+        const bool same = attr.color == attr_.color && attr.width == attr_.width &&
+                          attr.style == attr_.style && is_shown == is_shown_;
+        if (!same) {
+            lift();
+            attr_ = attr;
+            is_shown_ = is_shown;
+        }
+        if (points_.empty()) {
+            points_.push_back(from);
+        }
+        points_.push_back(to);
+    }
+
+    void head(FieldPoint from, FieldPoint to, float size) const
+    {
+        const float dx = to.x - from.x;
+        const float dy = to.y - from.y;
+        if (size > 0.0F && draws()) {
+            set_sign_attr(attr_);
+            WX_vector_raw(from.x, from.y, direction_of(dx, dy), std::hypot(dx, dy), 1.0F, size);
+        }
+    }
+
+    void lift()
+    {
+        if (points_.size() > 1 && draws()) {
+            set_sign_attr(attr_);
+            draw_piece(kContLines, points_, sides_);
+        }
+        points_.clear();
+    }
+
+  private:
+    bool draws() const { return attr_.color != kColourNone && is_shown_; }
+
+    WorldSides sides_;
+    std::vector<FieldPoint> points_;
+    AttrRec attr_ = {};
+    bool is_shown_ = false;
+};
 
 bool in_limits(float speed)
 {
@@ -186,78 +144,100 @@ bool starts(int sweep, float u, float v)
     }
 }
 
-} // namespace
-
-void VECT_trace(float steps, GridRec *u, GridRec *v, int column, int row)
+void make_boxes(const StreamSpace &space)
 {
-    VectorState &s = vectors();
-    if (u == nullptr || v == nullptr || u->values == nullptr || v->values == nullptr) {
-        return;
-    }
-    if (s.boxes.empty()) {
-        s.boxes.assign(
-            static_cast<size_t>(u->domain.nx) * static_cast<size_t>(u->domain.ny) * 4 + 1, 0);
-    }
-    const Tracer tracer(*u, *v);
-    const float most = is_missing(s.base) || s.base <= 0.0F ? 1.0F : s.base;
-    const int period = std::max(static_cast<int>(s.spacing * 10.0F), 1);
-    Place p;
-    vector_place(*u, column, u->domain.ny - 1 - row, &p.x, &p.y);
-    Place before = p;
-    size_t last_box = s.boxes.size();
-    int stay = 0;
-    int n = 0;
-    bool drawn = false;
-    float direction = kMissing;
-    float previous = kMissing;
-    int colour = s.attr.color;
-    while (static_cast<float>(n) < steps) {
-        Place g;
-        if (!tracer.grid_place(p, &g)) {
-            break;
-        }
-        const size_t box = box_of(*u, g);
-        stay = box == last_box ? stay + 1 : 0;
-        s.boxes[box] += box == last_box ? 0 : 1;
-        last_box = box;
-        const bool is_full = static_cast<float>(s.boxes[box]) > most && (n < 1 || n >= kFreeSteps);
-        const Wind w = tracer.wind_at(p);
-        previous = direction;
-        if (!w.is_set() || w.speed() < kCalm) {
-            break;
-        }
-        direction = direction_of(w);
-        if (is_full || stay > 6 * s.skip_x || (n > 0 && turns_back(previous, direction))) {
-            break;
-        }
-        drawn = in_limits(w.speed());
-        colour = set_speed_attr(w.speed());
-        const Place next = tracer.step(p, w);
-        if (colour != -1 && drawn) {
-            // the chord of the step, so that steps join
-            const float dx = next.x - p.x;
-            const float dy = next.y - p.y;
-            const float along = static_cast<float>(std::atan2(-dx, -dy) * kDegreesPerRadian);
-            const float head = n % period == period - 1 ? s.spacing * kHead : 0.0F;
-            WX_vector_raw(p.x, p.y, along, std::hypot(dx, dy), 1.0F, head);
-        }
-        before = p;
-        p = next;
-        ++n;
-    }
-    if (n > 0 && static_cast<float>(n) < steps && colour != -1 && drawn && !is_missing(previous)) {
-        WX_vector_raw(before.x, before.y, previous, tracer.length(), 1.0F, s.spacing * kHead);
+    if (vectors().boxes.size() != space.box_count()) {
+        vectors().boxes.assign(space.box_count(), 0);
     }
 }
 
+/// Counts a line's way through the boxes and tells where it must end.
+class Crowd {
+  public:
+    explicit Crowd(const StreamSpace &space) : space_(space)
+    {
+        const VectorState &s = vectors();
+        most_ = is_missing(s.base) || s.base <= 0.0F ? 1.0F : s.base;
+        last_ = space.box_count();
+    }
+
+    bool ends(FieldPoint p, int n)
+    {
+        VectorState &s = vectors();
+        const size_t box = space_.box(p);
+        stay_ = box == last_ ? stay_ + 1 : 0;
+        s.boxes[box] += box == last_ ? 0 : 1;
+        last_ = box;
+        const bool is_full = static_cast<float>(s.boxes[box]) > most_;
+        return (is_full && (n < 1 || n >= kFreeSteps)) || stay_ > 6 * s.skip_x;
+    }
+
+  private:
+    const StreamSpace &space_;
+    float most_;
+    size_t last_;
+    int stay_ = 0;
+};
+
+} // namespace
+
 namespace tyr {
+
+void trace_streamline(const StreamSpace &space, float steps, const GridRec &u, const GridRec &v,
+                      int column, int row)
+{
+    const VectorState &s = vectors();
+    make_boxes(space);
+    FieldPoint p;
+    vector_place(u, column, u.domain.ny - 1 - row, &p.x, &p.y);
+    const Road road(space, u, v);
+    const int period = std::max(static_cast<int>(s.spacing * 10.0F), 1);
+    Crowd crowd(space);
+    Pen pen(space.sides());
+    FieldPoint before = p;
+    float direction = kMissing;
+    int n = 0;
+    while (static_cast<float>(n) < steps && !is_missing(p.x) && space.is_near(p)) {
+        const bool is_crowded = crowd.ends(p, n);
+        const PlotWind w = road.wind_at(p);
+        if (is_crowded || !w.is_set() || w.speed() < kCalm) {
+            break;
+        }
+        const float previous = direction;
+        direction = direction_of(w.u, w.v);
+        if (turns_back(previous, direction)) {
+            break;
+        }
+        const FieldPoint next = road.step(p, w);
+        FieldPoint beyond;
+        if (!space.grid_place(next, &beyond)) {
+            break; // the map ends here
+        }
+        pen.step(p, next, w.speed(), in_limits(w.speed()));
+        if (n % period == period - 1) {
+            pen.head(p, next, s.spacing * kHead);
+        }
+        before = p;
+        p = space.inside(next);
+        if (!(p == next)) { // on from the other side
+            pen.lift();
+            before = space.sides().beside(before, p);
+            pen.step(before, p, w.speed(), in_limits(w.speed()));
+        }
+        ++n;
+    }
+    if (n > 0 && static_cast<float>(n) < steps) {
+        pen.head(before, p, s.spacing * kHead);
+    }
+}
 
 int draw_streamlines(GridRec *u, GridRec *v)
 {
     VectorState &s = vectors();
     const int nx = u->domain.nx;
     const int ny = u->domain.ny;
-    s.boxes.assign(static_cast<size_t>(nx) * static_cast<size_t>(ny) * 4 + 1, 0);
+    const StreamSpace space(*u);
+    s.boxes.assign(space.box_count(), 0);
     const float steps = 4.0F * static_cast<float>(nx) * s.scale;
     for (int sweep = 0; sweep < 4; ++sweep) {
         const bool from_left = sweep < 2;
@@ -267,9 +247,9 @@ int draw_streamlines(GridRec *u, GridRec *v)
                 const int column = from_left ? c : nx - 1 - c;
                 const int row = from_bottom ? r : ny - 1 - r;
                 const int at = (ny - 1 - row) * nx + column;
-                const Wind w = {u->values[at], v->values[at]};
+                const PlotWind w = {u->values[at], v->values[at]};
                 if (w.is_set() && starts(sweep, w.u, w.v)) {
-                    VECT_trace(steps, u, v, column, row);
+                    trace_streamline(space, steps, *u, *v, column, row);
                 }
             }
         }
@@ -279,3 +259,10 @@ int draw_streamlines(GridRec *u, GridRec *v)
 }
 
 } // namespace tyr
+
+void VECT_trace(float steps, GridRec *u, GridRec *v, int column, int row)
+{
+    if (u != nullptr && v != nullptr && u->values != nullptr && v->values != nullptr) {
+        trace_streamline(StreamSpace(*u), steps, *u, *v, column, row);
+    }
+}

@@ -4,11 +4,14 @@
 #include <cstdlib>
 #include <memory>
 
+#include "tyr/base/angle.h"
 #include "tyr/base/msg.h"
 #include "tyr/base/prm.h"
 #include "tyr/base/res.h"
 #include "tyr/base/str.h"
+#include "tyr/field/contour_trace_private.h"
 #include "tyr/field/vector_private.h"
+#include "tyr/field/world_private.h"
 #include "tyr/geo/domain.h"
 #include "tyr/geo/projection.h"
 #include "tyr/gks/colour_table.h"
@@ -33,18 +36,24 @@ void vector_place(const GridRec &grid, int column, int row, float *x, float *y)
     *y = s.y != nullptr ? s.y[at] : static_cast<float>(grid.domain.ny - 1 - row);
 }
 
-int set_speed_attr(float speed)
+AttrRec speed_attr(float speed)
 {
     AttrRec a = vectors().attr;
     if (CONT_get_levels(nullptr) > 0 || !is_missing(vectors().interval)) {
         CONT_value_attr(speed, &a);
-        GPH_set_line_attr(&a);
-        GPH_set_fill_attr(&a);
     }
-    return a.color;
+    return a;
+}
+
+void set_sign_attr(const AttrRec &attr)
+{
+    GPH_set_line_attr(&attr);
+    GPH_set_fill_attr(&attr);
 }
 
 namespace {
+
+constexpr float kApart = 0.0005F; ///< of the drawing's height: signs closer than this are one
 
 using Values = std::vector<float>;
 
@@ -87,6 +96,36 @@ void turn_north(GridRec *u, GridRec *v)
     DOM_set(&here);
 }
 
+/// A direction at a plot point relative to the plot's up direction. Maps on which the meridians
+/// lean and MAP_rotate_dir doesn't: by a short way in that direction.
+float turned(float direction, float x, float y)
+{
+    constexpr double kWay = 0.1;        // degrees of the earth
+    constexpr double kMostNorth = 89.8; // there each way is north or south
+    const int proj = DOM_get_proj();
+    if (proj != kProjOrtho && proj != kProjMollweide && proj != kProjLambertAzimuthal) {
+        return MAP_rotate_dir(direction, x, y);
+    }
+    float lat = 0.0F;
+    float lon = 0.0F;
+    if (MAP_xy_to_ll(&lat, &lon, x, y) == 0 || std::fabs(lat) > kMostNorth) {
+        return direction;
+    }
+    const double s = std::sin(direction * kRadiansPerDegree);
+    const double c = std::cos(direction * kRadiansPerDegree);
+    for (const double way : {kWay, -kWay}) { // the other way where the first leaves the map
+        FieldPoint p;
+        const double east = way * s / std::cos(lat * kRadiansPerDegree);
+        if (MAP_ll_to_xy(&p.x, &p.y, static_cast<float>(lat + way * c),
+                         static_cast<float>(lon + east)) != 0) {
+            p = WorldSides{proj}.beside(p, {x, y});
+            return static_cast<float>(std::atan2((p.x - x) * way, (p.y - y) * way) *
+                                      kDegreesPerRadian);
+        }
+    }
+    return kMissing;
+}
+
 /// Direction of a wind at a grid point relative to the plot's up direction.
 float plot_direction(const GridRec &grid, int column, int row, float direction)
 {
@@ -94,12 +133,12 @@ float plot_direction(const GridRec &grid, int column, int row, float direction)
     float y = 0.0F;
     if (vectors().x != nullptr) {
         vector_place(grid, column, row, &x, &y);
-        return is_missing(x) || is_missing(y) ? kMissing : MAP_rotate_dir(direction, x, y);
+        return is_missing(x) || is_missing(y) ? kMissing : turned(direction, x, y);
     }
     float window[4];
     DOM_get_window(window);
     own_place(grid, column, row, window, &x, &y);
-    return MAP_rotate_dir(direction, x, y);
+    return turned(direction, x, y);
 }
 
 void draw_sign(float x, float y, float direction, float speed)
@@ -115,6 +154,7 @@ void draw_sign(float x, float y, float direction, float speed)
 void draw_signs(const GridRec &u, const GridRec &v)
 {
     const VectorState &s = vectors();
+    TakenPlaces taken(s.height * kApart); // at the pole and the seam points lie on one another
     for (int row = 0; row < u.domain.ny; row += s.skip_y) {
         for (int column = 0; column < u.domain.nx; column += s.skip_x) {
             const int at = row * u.domain.nx + column;
@@ -130,7 +170,10 @@ void draw_signs(const GridRec &u, const GridRec &v)
             const bool shown = (is_missing(s.lowest) || speed > s.lowest) &&
                                (is_missing(s.highest) || speed < s.highest);
             direction = plot_direction(u, column, row, direction);
-            if (shown && !is_missing(direction) && set_speed_attr(speed) != kColourNone) {
+            const AttrRec attr = speed_attr(speed);
+            if (shown && !is_missing(direction) && attr.color != kColourNone &&
+                taken.take({x, y})) {
+                set_sign_attr(attr);
                 draw_sign(x, y, direction, speed);
             }
         }
@@ -147,7 +190,11 @@ void turn_to_plot(GridRec *u, GridRec *v)
             float speed = 0.0F;
             if (is_set(a, b) && (a != 0.0F || b != 0.0F)) {
                 MET_wind_dirspd(&direction, &speed, a, b);
-                MET_wind_uv(&a, &b, plot_direction(*u, column, row, direction), speed);
+                const float turned_to = plot_direction(*u, column, row, direction);
+                a = b = kMissing;
+                if (!is_missing(turned_to)) {
+                    MET_wind_uv(&a, &b, turned_to, speed);
+                }
             }
         }
     }

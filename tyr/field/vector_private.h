@@ -24,7 +24,7 @@ struct VectorState {
     GridRec *u = nullptr, *v = nullptr;
     VectorCallback callback = nullptr;
     AttrRec attr = {};
-    std::vector<int> boxes; ///< crossings of each half skip step by streamlines
+    std::vector<int> boxes; ///< crossings of each box by streamlines
 };
 VectorState &vectors();
 
@@ -36,7 +36,9 @@ void read_vector_base();
 int draw_streamlines(GridRec *u, GridRec *v);
 /// Plot position of a grid point.
 void vector_place(const GridRec &grid, int column, int row, float *x, float *y);
-/// Line and fill attributes of a speed. @return its colour
-int set_speed_attr(float speed);
+/// Attributes of a sign of a speed.
+AttrRec speed_attr(float speed);
+/// Draws lines and fills with attributes from here on.
+void set_sign_attr(const AttrRec &attr);
 
 } // namespace tyr

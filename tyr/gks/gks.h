@@ -219,6 +219,8 @@ const unsigned char *gfill_pattern(int index);
 
 /// Draws a text at a position in world coordinates, by the text attributes.
 int gtext(const float pos[2], const char *text);
+/// Length of a text along its line by the text attributes, world units; 0 while closed.
+float gtext_length(const char *text);
 
 /// Builds the font list from the resource `font_list` and loads the current font.
 int gsetup_fonts();

@@ -190,6 +190,15 @@ int gtext(const float pos[2], const char *text)
     return 0;
 }
 
+float gtext_length(const char *text)
+{
+    if (!kernel_is_open("gtext_length") || text == nullptr) {
+        return 0.0F;
+    }
+    const float scale = kernel().text.height / kFontUnitsPerHeight;
+    return scale * text_total(kernel().text, font_current(), text);
+}
+
 int gset_text_colr_ind(int index)
 {
     if (!kernel_is_open("gset_text_colr_ind") || !colour_usable("gset_text_colr_ind", &index)) {

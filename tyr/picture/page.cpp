@@ -186,8 +186,7 @@ std::string tyr::write_pages(PictureForm form, const std::vector<Page> &pages,
         break;
     }
     if (status != CAIRO_STATUS_SUCCESS) {
-        const std::string why =
-            errno != 0 ? std::strerror(errno) : cairo().status_to_string(status);
+        std::string why = errno != 0 ? std::strerror(errno) : cairo().status_to_string(status);
         file.drop();
         return why;
     }

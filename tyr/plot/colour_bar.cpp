@@ -1,9 +1,11 @@
 #include "tyr/plot/colour_bar.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstdlib>
 #include <string>
+#include <vector>
 
 #include "tyr/base/missing.h"
 #include "tyr/base/res.h"
@@ -22,6 +24,7 @@ constexpr int kLabels = 15; ///< about so many labels stand at the bar
 constexpr float kRoom = 0.035F;
 constexpr float kLeastRoom = 0.01F;
 constexpr float kTolerance = 0.01F;
+constexpr float kLabelSpace = 1.15F; ///< of a label's length, from one label to the next
 
 struct State {
     int mode = 0;
@@ -100,15 +103,16 @@ bool place_bar(int side, Geometry &g)
     PLT_get_viewport(plot.data());
     GPH_get_view_frac(view.data());
     const bool inside = PLT_labels_inside() != 0;
-    const float room = inside ? kRoom : std::fmin(plot[2] - view[2], kRoom);
+    const float base = plot[2] - PLT_get_foot();
+    const float room = inside ? kRoom : std::fmin(base - view[2], kRoom);
     if (room < kLeastRoom) {
         return false;
     }
     const float width = plot[1] - plot[0];
     g.left = side == 1 ? plot[0] + width * 0.03F : (plot[0] + plot[1]) / 2.0F;
     g.right = side == 1 ? (plot[0] + plot[1]) / 2.0F : plot[1] - width * 0.03F;
-    g.bottom = inside ? plot[2] + room * 0.15F : plot[2] - room;
-    g.top = inside ? plot[2] + room : plot[2] - room * 0.15F;
+    g.bottom = inside ? base + room * 0.15F : base - room;
+    g.top = inside ? base + room : base - room * 0.15F;
     return true;
 }
 
@@ -128,13 +132,18 @@ void fill_box(const std::array<float, 10> &box, const AttrRec &row, const AttrRe
     gfill_area(4, box.data());
 }
 
-void draw_label(float x, float y, int i, float value)
+std::string label_text(int i, float value)
 {
     std::array<char, kRealTextRoom> text;
     STR_format_real(text.data(), "2.2.0", value);
-    const std::array<float, 2> at = {x, y};
     const char *label = i >= 0 ? CONT_label(i) : "";
-    gtext(at.data(), label[0] != '\0' ? label : text.data());
+    return label[0] != '\0' ? label : text.data();
+}
+
+void draw_label(float x, float y, const std::string &text)
+{
+    const std::array<float, 2> at = {x, y};
+    gtext(at.data(), text.c_str());
 }
 
 struct Bar {
@@ -158,38 +167,68 @@ void set_line_style(const AttrRec &row, const AttrRec &line)
                                              : 1.0F);
 }
 
+/// Row of the fill table of the first band, counted from the base, or else 0, as the rows of
+/// values are.
+int first_row(const Bar &bar)
+{
+    if (bar.view.has_levels || bar.view.rows <= 0) {
+        return 0;
+    }
+    const float start = is_missing(bar.range.base) ? 0.0F : bar.range.base;
+    const float bands = std::floor((state.first - start) / bar.range.interval + kTolerance);
+    const float place = std::fmod(bands, static_cast<float>(bar.view.rows));
+    const int row = std::isfinite(place) ? static_cast<int>(place) : 0;
+    return row < 0 ? row + bar.view.rows : row;
+}
+
+float band_value(const Bar &bar, int i)
+{
+    return bar.view.has_levels ? CONT_level(i)
+                               : state.first + bar.range.interval * static_cast<float>(i);
+}
+
+/// Labels at the left edges of bands, so many that they stand clear of one another, and one at
+/// the right end.
+void draw_labels(const Bar &bar)
+{
+    const Geometry &g = bar.g;
+    const float width = (g.right - g.left) / static_cast<float>(bar.bands);
+    std::vector<std::string> texts;
+    float longest = 0.0F;
+    const int first = first_row(bar);
+    for (int i = 0; i < bar.bands + (bar.view.has_levels ? 0 : 1); ++i) {
+        const bool has_row = bar.view.rows > 0 && i < bar.bands;
+        texts.push_back(label_text(has_row ? (first + i) % bar.view.rows : -1, band_value(bar, i)));
+        longest = std::fmax(longest, gtext_length(texts.back().c_str()));
+    }
+    const float space = longest * kLabelSpace;
+    const int every = std::max(bar.bands / kLabels + 1, static_cast<int>(std::ceil(space / width)));
+    for (int i = 0; i < bar.bands; i += every) {
+        const float x = g.left + width * static_cast<float>(i);
+        if (bar.view.has_levels || x + space <= g.right || i == 0) {
+            draw_label(x, g.bottom, texts[static_cast<size_t>(i)]);
+        }
+    }
+    if (!bar.view.has_levels) {
+        draw_label(g.right, g.bottom, texts.back());
+    }
+}
+
 void draw_bands(const Bar &bar)
 {
     const Geometry &g = bar.g;
     const float width = (g.right - g.left) / static_cast<float>(bar.bands);
-    const int every = bar.bands / kLabels + 1;
-    // rows are counted as for the values, from the base or else 0, so that the two agree
-    const float start = is_missing(bar.range.base) ? 0.0F : bar.range.base;
-    int row = 0;
-    if (!bar.view.has_levels && bar.view.rows > 0) {
-        const float bands = std::floor((state.first - start) / bar.range.interval + kTolerance);
-        const float place = std::fmod(bands, static_cast<float>(bar.view.rows));
-        row = std::isfinite(place) ? static_cast<int>(place) : 0;
-        row += row < 0 ? bar.view.rows : 0;
-    }
-    float value = state.first;
-    for (int i = 0; i < bar.bands; ++i, ++row) {
-        value = bar.view.has_levels ? CONT_level(i)
-                                    : state.first + bar.range.interval * static_cast<float>(i);
+    const int first = first_row(bar);
+    for (int i = 0; i < bar.bands; ++i) {
         const float x0 = g.left + width * static_cast<float>(i);
         const float x1 = x0 + width;
         const std::array<float, 10> box = {x0,    g.middle(), x1,    g.middle(), x1,
                                            g.top, x0,         g.top, x0,         g.middle()};
-        const AttrRec attr = CONT_row(row);
+        const AttrRec attr = CONT_row(first + i);
         fill_box(box, attr, bar.line);
         set_line_style(attr, bar.line);
-        if (i % every == 0) {
-            draw_label(x0, g.bottom, bar.view.rows > 0 ? row % bar.view.rows : -1, value);
-        }
     }
-    if (!bar.view.has_levels) {
-        draw_label(g.right, g.bottom, -1, value + bar.range.interval);
-    }
+    draw_labels(bar);
     GPH_set_line_attr(nullptr);
     GPH_set_line_attr(&bar.text);
     GPH_box(g.left, g.middle(), g.right, g.top);
