@@ -153,6 +153,7 @@ TEST(Program, MistypedWordsAreNamedAndTheRunGoesOn)
          {"-va", "wbrb", "-me", "+debugb,-out2,+fi=" + dir.file("log"), "-nh", "-6:30,1", "-sc",
           ".5"},
          ""},
+        {"device", {"-va", "wbrb", "-de", "z"}, "device: z is not known", 4},
         {"levels that are", {"-va", "wbrb", "-le", "850-700mb"}, ""},
         {"unit", {"-va", "wbrb:+wspd"}, "unit: +wspd is not known"},
         {"region",

@@ -32,7 +32,7 @@ constexpr bool is_device_letter(char letter)
             return true;
         }
     }
-    return false;
+    return letter == 'd' || letter == 'D'; // the display
 }
 
 /// The device that a letter names; the display for others.
