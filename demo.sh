@@ -27,13 +27,13 @@ cmake --build "$build" --target profiler make_samples >"$build/build.log" 2>&1 |
     { tail -n 40 "$build/build.log"; exit 1; }
 bin=$build/bin
 
-# draw NAME ARGUMENTS...: a plot to PostScript, and a PNG of it, upright
+# draw NAME ARGUMENTS...: a plot to PostScript and to PNG, in the look of an installation
 draw() {
-    local name=$1
+    local name=$1 device
     shift
-    "$bin/profiler" -df /nonexistent -fp "$source/data" -me warn -de "p,$out/$name.ps,eps,port,color" "$@"
-    gs -q -dNOPAUSE -dBATCH -dSAFER -dEPSCrop -dTextAlphaBits=4 -dGraphicsAlphaBits=4 -sDEVICE=png16m \
-        -r110 -sOutputFile="$out/$name.png" "$out/$name.ps"
+    for device in "p,$out/$name.ps,eps,port,color" "i,$out/$name.png"; do
+        "$bin/profiler" -df "$source/data" -fp "$source/data" -me warn -de "$device" "$@"
+    done
     echo "  $out/$name.ps  $out/$name.png"
 }
 
@@ -47,4 +47,4 @@ draw section -id PLTC2 -va wbrb "$out"/layout-12/*.nc
 draw section-11 -id PLTC2 -va wbrb "$out"/layout-11/*.nc
 draw section-bufr -id 74533 -va wbrb "$out"/layout-bufr/*.bufr
 draw lower -id PLTC2 -va wbrb -pp lower "$out"/layout-12/*.nc
-draw map -le 3000m -re us -va wbrb -mf tyr.map:DGray "$out"/layout-12/20261122_0000_prf.nc
+draw map -le 3000m -re us -va wbrb "$out"/layout-12/20261122_0000_prf.nc

@@ -1,9 +1,12 @@
 #!/usr/bin/env bash
-# Draws contact sheets to look through: every variable of the menu, the ways of plotting values, and
-# the projections.
-# usage: scripts/gallery.sh [FOLDER]      (default folder: gallery-out; build/ must stand)
+# Draws contact sheets to look through: the looks side by side, every variable of the menu, the ways of
+# plotting values, and the projections.
+# usage: scripts/gallery.sh [--write] [FOLDER]   (default folder: gallery-out; build/ must stand)
+#   --write  renews the pictures of docs/images; the window's needs Xvfb
 set -euo pipefail
 cd "$(dirname "$0")/.."
+write=no
+[ "${1:-}" != --write ] || { write=yes; shift; }
 out=${1:-gallery-out}
 bin=build/bin
 mkdir -p "$out/plots"
@@ -14,7 +17,7 @@ cells=()
 cell() {
     local name=$1
     shift
-    "$bin/profiler" -df /nonexistent -fp data -me warn -de "p,$out/plots/$name.eps,eps,port,color" \
+    "$bin/profiler" -df data -fp data -me warn -de "p,$out/plots/$name.eps,eps,port,color" \
         "$@" </dev/null >/dev/null || echo "  $name: code $?"
     cells+=("$name")
 }
@@ -48,7 +51,7 @@ section=(-id PLTC2)
 
 while read -r word; do
     cell "variable-$word" "${section[@]}" -va "$word" "${files[@]}"
-done < <(grep -vE '^(#|$)' data/profiler.var | awk '{print $1}')
+done < <(awk '!/^(#|$)/ && $3 !~ /^le=/ {print $1}' data/profiler.var)
 sheet variables 4
 
 cell barbs-by-speed "${section[@]}" -va wbrb -in 10 -cb 0 -pp bar=0:120 -ct even.clr,tyr.clr "${files[@]}"
@@ -73,3 +76,38 @@ for place in 40,-100 90,0 -90,0 0,180 -25,135; do
     done
 done
 sheet projections 8
+
+# looked PICTURE LOOK ARGUMENTS...: a picture as an installation with a look draws it
+looked() {
+    local picture=$1 look=$2
+    shift 2
+    "$bin/profiler" -df "+$look:data" -fp data -me warn -va wbrb -de "i,$picture,dpi=72" "$@" </dev/null
+}
+
+# the looks, two in a row, each under its name
+level_map=(-le 3000m -re us "${files[12]}")
+for kind in section map; do
+    tiles=()
+    for look in modern classic print dark colour-blind; do
+        tiles+=(-label "$look" "$out/plots/$look-$kind.png")
+        if [ $kind = section ]; then
+            looked "$out/plots/$look-$kind.png" $look "${section[@]}" "${files[@]}"
+        else
+            looked "$out/plots/$look-$kind.png" $look "${level_map[@]}"
+        fi
+    done
+    montage "${tiles[@]}" -tile 2x -geometry 560x+4+4 "$out/looks-$kind.png"
+    cp "$out/plots/modern-$kind.png" "$out/$kind.png"
+    echo "$out/looks-$kind.png"
+done
+
+if [ $write = yes ]; then
+    if command -v xvfb-run >/dev/null; then
+        xvfb-run -a "$bin/profiler" -df +dark:data -fp data -me warn -va wbrb "${section[@]}" \
+            -de d -ge 700x560 -pp "png=$out/window.png" "${files[@]}" </dev/null
+    fi
+    for picture in variables values projections looks-section looks-map section map window; do
+        [ ! -f "$out/$picture.png" ] ||
+            convert "$out/$picture.png" +dither -colors 255 "PNG8:docs/images/$picture.png"
+    done
+fi

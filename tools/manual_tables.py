@@ -17,7 +17,7 @@ FIRST = r'\{\s*"((?:[^"\\]|\\.)+)"'
 TABLES = {
     "plot_param": ("tyr/plot/params.cpp", "kWords", r'(?:sets|takes|begins)\("([^"]+)"', ""),
     "dumps": ("tyr/image/image_format.cpp", "kFormats",
-              r'\{\w+,\s*\w+,\s*"[^"]*",\s*"[^"]*",\s*"([^"]+)"', ""),
+              r'\{\w+,\s*"[^"]*",\s*"[^"]*",\s*"([^"]+)"', ""),
     "plot_type": ("tyr/start/convert.cpp", "kPlotTypeWords", FIRST, ""),
     "draw": ("tyr/start/convert.cpp", "kDrawWords", FIRST, ""),
     "file_param": ("tyr/start/convert.cpp", "kFileParamWords", FIRST, ""),

@@ -135,7 +135,8 @@ class Gatherer {
     void take_date(long element, int value)
     {
         DateRec &d = report_.date;
-        if (element >= kYear && element <= kMinute && report_.record.num_level > 0) {
+        const bool has_levels = has_level_ || report_.record.num_level > 0;
+        if (element >= kYear && element <= kMinute && has_levels) {
             end_profile(); // the next time of the message
         }
         switch (element) {

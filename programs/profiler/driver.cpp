@@ -4,6 +4,7 @@
 
 #include "programs/profiler/evaluate.h"
 #include "programs/profiler/level_map.h"
+#include "programs/profiler/look.h"
 #include "programs/profiler/point_plot.h"
 #include "programs/profiler/records.h"
 #include "programs/profiler/section.h"
@@ -59,6 +60,7 @@ int plot_data()
 /// One pass over a plot's steps. @return as plot_data
 int draw(DomainRec *domain)
 {
+    tyr::look_at_speed();
     PLT_set_domain(domain);
     PLT_map_setup();
     DOM_set_map_mode(0);

@@ -23,6 +23,7 @@ namespace tyr {
 
 /// The library's functions, each under its own name without `codes_`.
 struct EccodesCalls {
+// NOLINTNEXTLINE(bugprone-macro-parentheses): the name of a member takes none
 #define TYR_ECCODES_FIELD(name) decltype(&::codes_##name) name = nullptr;
     TYR_ECCODES_CALLS(TYR_ECCODES_FIELD)
 #undef TYR_ECCODES_FIELD

@@ -4,15 +4,20 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "programs/profiler/bufr_library.h"
 #include "programs/profiler/driver.h"
+#include "programs/profiler/look.h"
+#include "programs/profiler/section.h"
+#include "programs/profiler/times.h"
 #include "tyr/base/ask.h"
 #include "tyr/base/file.h"
 #include "tyr/base/missing.h"
 #include "tyr/base/msg.h"
+#include "tyr/base/nearest.h"
 #include "tyr/base/prm.h"
 #include "tyr/base/res.h"
 #include "tyr/base/str.h"
@@ -27,6 +32,7 @@
 #include "tyr/start/option_codes.h"
 #include "tyr/start/options.h"
 #include "tyr/var/level.h"
+#include "tyr/var/var_file.h"
 
 using namespace tyr;
 
@@ -82,6 +88,22 @@ void set_name_convention(std::string word)
     FILE_set_name(word.data());
 }
 
+/// The number behind a word that begins so; one that is none is told at warn.
+std::optional<float> wish(const std::string &word, const char *start)
+{
+    if (!STR_has_prefix(word, start)) {
+        return std::nullopt;
+    }
+    const char *text = word.c_str() + std::strlen(start);
+    char *end = nullptr;
+    const float value = std::strtof(text, &end);
+    if (end == text || *end != '\0' || !std::isfinite(value)) {
+        warn_unknown("plot_param", word, {});
+        return std::nullopt;
+    }
+    return value;
+}
+
 /// What the user's words `top=`, `bottom=` and `step=` (m) make of a view of heights.
 SectionView with_wishes(SectionView view)
 {
@@ -92,15 +114,14 @@ SectionView with_wishes(SectionView view)
     float bottom = view.bottom;
     bool is_wished = false;
     for (const std::string &word : RES_list("plot_param")) {
-        float value = 0.0F;
-        if (std::sscanf(word.c_str(), "top=%15f", &value) == 1) {
-            top = std::clamp(value, -kMostMetres, kMostMetres);
+        if (const auto metres = wish(word, "top=")) {
+            top = std::clamp(*metres, -kMostMetres, kMostMetres);
             is_wished = true;
-        } else if (std::sscanf(word.c_str(), "bottom=%15f", &value) == 1) {
-            bottom = std::clamp(value, -kMostMetres, kMostMetres);
+        } else if (const auto floor = wish(word, "bottom=")) {
+            bottom = std::clamp(*floor, -kMostMetres, kMostMetres);
             is_wished = true;
-        } else if (std::sscanf(word.c_str(), "step=%15f", &value) == 1) {
-            view.height_step = std::clamp(value, kLeastStep, kMostMetres);
+        } else if (const auto step = wish(word, "step=")) {
+            view.height_step = std::clamp(*step, kLeastStep, kMostMetres);
         }
     }
     if (!is_wished || !(top - bottom >= kLeastStep)) {
@@ -155,6 +176,7 @@ void setup_section(HeightSetting heights, DomainRec *domain, DriverSetup *setup)
     setup->mode = kSection;
     setup->height_step = view.height_step;
     PLT_set_margins(0.065F, 0.05F, 0.05F, 0.035F);
+    look_at_margins();
     DOM_set_offset(0, 0, 1.0F, -view.grid_step);
 }
 
@@ -163,6 +185,7 @@ void setup_map(const char *level, DomainRec *domain, DriverSetup *setup)
 {
     int kind = kMissingInt;
     int value = kMissingInt;
+    warn_unless_level(level);
     VAR_level(level, &kind, &value);
     PRM_set(kPrmLevelKind, kind);
     PRM_set(kPrmLevelValue, value);
@@ -231,11 +254,16 @@ int main(int argc, char **argv)
     DOM_init(&domain);
     if (const char *level = RES_get("level")) {
         setup_map(level, &domain, &setup);
+        VAR_set_condition_texts(nullptr, level, nullptr); // what has a level of its own is offered
     } else {
         setup_section(heights, &domain, &setup);
     }
     if (setup.stations.empty() && setup.mode != kLevelMap) {
         setup.stations = ask_stations(file.data());
+    }
+    if (setup.mode == kSection && !setup.stations.empty() && wants_all_times()) {
+        setup.columns = std::max(count_columns(setup.stations.front(), setup.date), 1);
+        domain.dx = static_cast<float>(setup.columns + 1);
     }
     PRF_setup(setup);
     PRF_select_variable();

@@ -4,7 +4,9 @@
 #include <array>
 #include <string>
 
+#include "programs/profiler/look.h"
 #include "programs/profiler/point_plot.h"
+#include "programs/profiler/times.h"
 #include "programs/profiler/walk.h"
 #include "tyr/base/file.h"
 #include "tyr/base/missing.h"
@@ -23,6 +25,7 @@ namespace {
 
 using tyr::Styles;
 
+constexpr int kMostTicks = 14;         ///< of the times of files below a section
 constexpr float kTopHeight = 17000.0F; ///< of the evaluation, whatever the picture shows
 
 void plot_column(const ProfilerRecord &record, float x, float height_step, const Styles &styles)
@@ -49,28 +52,59 @@ void plot_tick(const DateRec &date, float x, const AttrRec &line)
         return; // neither name nor file tell it
     }
     const std::string hour = STR_print("%2.2d", date.hour);
-    const bool hourly = FILE_get_step() >= kSecondsPerHour;
+    const bool hourly = !tyr::wants_all_times() && FILE_get_step() >= kSecondsPerHour;
     PLT_x_tick(x, (hourly ? hour : hour + STR_print("%2.2d", std::max(date.minute, 0))).c_str(),
                &line);
 }
 
-/// Draws a file's column. @return whether the station is in it
-bool plot_file(const char *name, const std::string &station, float x, const AttrRec &line,
-               const Styles &styles, DriverSetup *setup)
+/// What the columns of a section are drawn with, and the last report that was.
+struct SectionPen {
+    std::string station;
+    AttrRec line;
+    const Styles &styles;
+    DriverSetup *setup;
+    ProfilerRecord found = {};
+};
+
+/// Draws every time of a file as a column, from `x` on, with ticks at whole multiples of so many
+/// columns. @return columns drawn
+int plot_times(const char *name, float x, int tick_step, SectionPen *pen)
 {
-    FILE_get_date(&setup->date);
-    MSG_out(kMsgMess, "Searching file for %s in: %s\n", station.c_str(), name);
+    MSG_out(kMsgMess, "Searching file for %s in: %s\n", pen->station.c_str(), name);
+    const std::vector<tyr::TimedReport> found = tyr::find_times(name, pen->station.c_str());
+    if (found.empty()) {
+        MSG_out(kMsgWarn, "%s not found\n", pen->station.c_str());
+    }
+    for (const tyr::TimedReport &report : found) {
+        pen->setup->date = report.date;
+        plot_column(report.record, x, pen->setup->height_step, pen->styles);
+        if (static_cast<int>(x) % tick_step == 0) {
+            plot_tick(report.date, x, pen->line);
+        }
+        pen->found = report.record;
+        x += 1.0F;
+    }
+    return static_cast<int>(found.size());
+}
+
+/// Draws a file's column. @return 1, or 0 where the station isn't in it
+int plot_file(const char *name, float x, SectionPen *pen)
+{
+    DateRec &date = pen->setup->date;
+    FILE_get_date(&date);
+    MSG_out(kMsgMess, "Searching file for %s in: %s\n", pen->station.c_str(), name);
     ProfilerRecord record;
-    if (PRF_find_station(name, station.c_str(), &record) == 0) {
-        MSG_out(kMsgWarn, "%s not found\n", station.c_str());
-        return false;
+    if (PRF_find_station(name, pen->station.c_str(), &record) == 0) {
+        MSG_out(kMsgWarn, "%s not found\n", pen->station.c_str());
+        return 0;
     }
-    if (setup->date.hour == kMissingInt) {
-        setup->date = PRF_file_info().date; // the name tells no hour
+    if (date.hour == kMissingInt) {
+        date = PRF_file_info().date; // the name tells no hour
     }
-    plot_column(record, x, setup->height_step, styles);
-    plot_tick(setup->date, x, line);
-    return true;
+    plot_column(record, x, pen->setup->height_step, pen->styles);
+    plot_tick(date, x, pen->line);
+    pen->found = record;
+    return 1;
 }
 
 } // namespace
@@ -82,17 +116,35 @@ int tyr::plot_section(DriverSetup *setup)
     std::array<char, kVarLabelSize> label = {};
     VAR_make_label(0, label.data());
     PLT_label_ul(("ID: " + station + " - " + label.data()).c_str());
-    AttrRec line;
-    ATTR_init(&line);
-    ATTR_from_resource("color_line", "red", &line);
+    SectionPen pen = {.station = station, .line = {}, .styles = styles, .setup = setup};
+    ATTR_init(&pen.line);
+    ATTR_from_resource("color_line", "red", &pen.line);
     GPH_sel_tran(2);
     begin_points();
     FILE_seq_init(&setup->date);
     std::array<char, kFileNameRoom> name = {};
     int drawn = 0;
-    for (float x = 0.0F; FILE_next(name.data()) == 1; x += 1.0F) {
-        drawn += plot_file(name.data(), station, x, line, styles, setup) ? 1 : 0;
+    const int tick_step = setup->columns / kMostTicks + 1;
+    for (float x = 0.0F; FILE_next(name.data()) == 1;) {
+        const int columns = setup->columns > 0 ? plot_times(name.data(), x, tick_step, &pen)
+                                               : plot_file(name.data(), x, &pen);
+        drawn += columns;
+        x += setup->columns > 0 ? static_cast<float>(columns) : 1.0F;
     }
     label_date(setup->date);
+    if (drawn > 0) {
+        look_at_station(pen.found);
+    }
     return drawn;
+}
+
+int tyr::count_columns(const std::string &station, DateRec date)
+{
+    FILE_seq_init(&date);
+    std::array<char, kFileNameRoom> name = {};
+    size_t columns = 0;
+    while (FILE_next(name.data()) == 1) {
+        columns += find_times(name.data(), station.c_str()).size();
+    }
+    return static_cast<int>(columns);
 }

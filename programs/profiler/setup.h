@@ -16,5 +16,6 @@ struct DriverSetup {
     float height_step = 500.0F;        ///< m between symbols up a column
     std::vector<std::string> stations; ///< the first is drawn
     DateRec date = {};                 ///< of the file chosen
+    int columns = 0;                   ///< of a section of every time in its files; else 0
     std::string file;                  ///< of the map, where one was given by its name
 };

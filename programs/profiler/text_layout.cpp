@@ -10,12 +10,11 @@
 #include <string_view>
 #include <vector>
 
+#include "programs/profiler/times.h"
 #include "tyr/base/missing.h"
 #include "tyr/base/msg.h"
-#include "tyr/base/res.h"
 #include "tyr/base/str.h"
 #include "tyr/met/wind.h"
-#include "tyr/names/name_conv.h"
 
 namespace {
 
@@ -169,25 +168,6 @@ int minute_of_day(const DateRec &date)
     return date.hour * kMinutesPerHour + std::max(date.minute, 0);
 }
 
-/// The minute of the day that is asked for, or kMissingInt.
-int wanted_minute()
-{
-    DateRec name;
-    FILE_get_date(&name);
-    const bool has_hour = name.hour >= 0;
-    for (const std::string &word : RES_list("plot_param")) {
-        int hour = 0;
-        int minute = 0;
-        if (std::sscanf(word.c_str(), "time=%2d:%2d", &hour, &minute) == 2) {
-            return hour * kMinutesPerHour + minute;
-        }
-        if (has_hour && std::sscanf(word.c_str(), "time=:%2d", &minute) == 1) {
-            return name.hour * kMinutesPerHour + minute;
-        }
-    }
-    return has_hour ? minute_of_day(name) : kMissingInt;
-}
-
 int distance(const Report &report, int wanted)
 {
     const int apart = std::abs(minute_of_day(report.date) - wanted);
@@ -214,10 +194,13 @@ std::vector<Report> read_blocks(std::string_view text)
     return reports;
 }
 
-/// One report a station remains, the one nearest the time asked for.
+/// One report a station remains, the one nearest the time asked for, unless all are.
 void choose_times(std::vector<Report> *reports)
 {
-    const int wanted = wanted_minute();
+    if (tyr::wants_all_times()) {
+        return;
+    }
+    const int wanted = tyr::wanted_minute();
     std::stable_sort(reports->begin(), reports->end(), [wanted](const Report &a, const Report &b) {
         return distance(a, wanted) < distance(b, wanted);
     });

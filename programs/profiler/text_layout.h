@@ -6,7 +6,8 @@
 /// time, each ended by a line of `$`. Blocks of one station and time make one report: the modes in
 /// the order of the file, of two levels of one height the first that has a wind. Of several times
 /// in a file the one nearest the hour of the file's name is the station's report, or the one that
-/// the `plot_param` word `time=hh:mm` (`time=:mm`: in the hour of the name) asks for.
+/// the `plot_param` word `time=hh:mm` (`time=:mm`: in the hour of the name) asks for;
+/// all of them with `time=all`.
 
 namespace tyr {
 

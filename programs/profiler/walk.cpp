@@ -1,5 +1,8 @@
 #include "programs/profiler/walk.h"
 
+#include <algorithm>
+#include <tuple>
+
 #include "programs/profiler/reader.h"
 #include "tyr/base/msg.h"
 #include "tyr/base/str.h"
@@ -24,6 +27,27 @@ int read_record(int handle, ProfilerRecord *record, const int *index)
         TIME_format(&state.info.date, state.info.date_label);
     }
     return result;
+}
+
+/// The first reports of a station in a file, up to so many, which is closed again.
+std::vector<tyr::TimedReport> find_reports(const char *name, const char *id, size_t most)
+{
+    std::vector<tyr::TimedReport> found;
+    int code = kLayoutNone;
+    const int handle = PROF_open(name, 0, &code);
+    if (handle == -1) {
+        return found;
+    }
+    PROF_read_header(handle, &state.info);
+    ProfilerRecord record;
+    for (int i = PROF_find(handle, id);
+         i != -1 && found.size() < most && read_record(handle, &record, &i) != -1; ++i) {
+        if (STR_casecmp(id, record.id) == 0) {
+            found.push_back({record, state.info.date});
+        }
+    }
+    PROF_close(handle);
+    return found;
 }
 
 } // namespace
@@ -59,21 +83,24 @@ int PRF_close_file()
 
 int PRF_find_station(const char *name, const char *id, ProfilerRecord *record)
 {
-    int code = kLayoutNone;
-    const int handle = PROF_open(name, 0, &code);
-    if (handle == -1) {
+    const std::vector<tyr::TimedReport> found = find_reports(name, id, 1);
+    if (found.empty()) {
         return 0;
     }
-    PROF_read_header(handle, &state.info);
-    int found = 0;
-    for (int i = PROF_find(handle, id);
-         i != -1 && found == 0 && read_record(handle, record, &i) != -1; ++i) {
-        found = STR_casecmp(id, record->id) == 0 ? 1 : 0;
-    }
-    if (found == 1) {
-        PRF_print_record(kDetail, record);
-    }
-    PROF_close(handle);
+    *record = found.front().record;
+    PRF_print_record(kDetail, record);
+    return 1;
+}
+
+std::vector<tyr::TimedReport> tyr::find_times(const char *name, const char *id)
+{
+    std::vector<TimedReport> found = find_reports(name, id, kMostTimes);
+    const auto key = [](const TimedReport &r) {
+        const DateRec &d = r.date;
+        return std::tuple(d.year, d.month, d.day, d.hour, d.minute);
+    };
+    std::stable_sort(found.begin(), found.end(),
+                     [key](const TimedReport &a, const TimedReport &b) { return key(a) < key(b); });
     return found;
 }
 

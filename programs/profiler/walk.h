@@ -1,5 +1,7 @@
 #pragma once
 
+#include <vector>
+
 #include "programs/profiler/records.h"
 
 /// The program's walk over profiler files: it keeps the open handle, the next index and what the
@@ -26,3 +28,19 @@ const PrfFileInfo &PRF_file_info();
 
 /// Writes the date label where no file has given one.
 void PRF_set_date_label(const DateRec *date);
+
+namespace tyr {
+
+/// A station's report and its time.
+struct TimedReport {
+    ProfilerRecord record;
+    DateRec date;
+};
+
+/// The most reports of a station that are taken from a file.
+inline constexpr size_t kMostTimes = 1000;
+
+/// Every report of a station in a file, in the order of their times.
+std::vector<TimedReport> find_times(const char *name, const char *id);
+
+} // namespace tyr

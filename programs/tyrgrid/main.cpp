@@ -55,6 +55,7 @@ void put_defaults(GridShelf *shelf)
     int kind = kMissingInt;
     int value = kMissingInt;
     if (const char *level = RES_get("level")) {
+        warn_unless_level(level);
         VAR_level(level, &kind, &value);
         PRM_set(kPrmLevelKind, kind);
         PRM_set(kPrmLevelValue, value);

@@ -60,6 +60,7 @@ int run(std::vector<std::string> words)
         return analyze(words);
     }
     std::vector<char *> pointers;
+    pointers.reserve(words.size());
     for (std::string &word : words) {
         pointers.push_back(word.data());
     }

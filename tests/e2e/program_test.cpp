@@ -130,6 +130,31 @@ TEST(Program, MistypedWordsAreNamedAndTheRunGoesOn)
          {"-va", "wbrb", "-pp", "noredrw"},
          "plot_param: noredrw is not known; near it: noredraw"},
         {"colour table", {"-va", "wbrb", "-ct", "no.clr"}, "no.clr: No such file"},
+        {"level", {"-va", "wbrb", "-le", "frzz"}, "level: frzz is not known; near it: frz"},
+        {"unit of a level",
+         {"-va", "wbrb", "-le", "3000fr"},
+         "level: 3000fr is not known; near it: 3000ft"},
+        {"level of a variable", {"-va", "12:lcll:wbrb"}, "level: lcll is not known; near it: lcl"},
+        {"what to draw",
+         {"-va", "wbrb", "-dr", "data,tex"},
+         "draw: tex is not known; near it: tex"},
+        {"plot type", {"-va", "wbrb", "-pl", "lnn"}, "plot_type: lnn is not known; near it: ln"},
+        {"file parameter",
+         {"-va", "wbrb", "-pf", "ovr"},
+         "file_param: ovr is not known; near it: over"},
+        {"scale", {"-va", "wbrb", "-sc", "abc"}, "plot_scale: abc is not known"},
+        {"digit", {"-va", "wbrb", "-sc", "1O"}, "plot_scale: 1O is not known"},
+        {"hour", {"-va", "wbrb", "-ho", "noon"}, "hour: noon is not known"},
+        {"hours", {"-va", "wbrb", "-nh", "six"}, "num_hour: six is not known"},
+        {"message level",
+         {"-va", "wbrb", "-me", "wran"},
+         "message: wran is not known; near it: warn"},
+        {"message levels that are",
+         {"-va", "wbrb", "-me", "+debugb,-out2,+fi=" + dir.file("log"), "-nh", "-6:30,1", "-sc",
+          ".5"},
+         ""},
+        {"device", {"-va", "wbrb", "-de", "z"}, "device: z is not known", 4},
+        {"levels that are", {"-va", "wbrb", "-le", "850-700mb"}, ""},
         {"unit", {"-va", "wbrb:+wspd"}, "unit: +wspd is not known"},
         {"region",
          {"-va", "wbrb", "-le", "3000", "-re", "use"},
@@ -208,6 +233,34 @@ TEST(Batch, ParentLeavesAtOnceAndTheFileIsWrittenOnce)
     const DrawnSection section = read_section(page);
     EXPECT_EQ(section.error, "");
     EXPECT_GT(section.barbs.size(), 80U);
+}
+
+TEST(Batch, ARunThatIsWaitedForReturnsWithThePlotsCode)
+{
+    const TempDir dir;
+    const std::vector<std::string> files = make_samples(dir.file("data"), "12", 1);
+    const struct {
+        const char *name;
+        std::string word, target;
+        std::vector<std::string> env;
+        bool is_drawn;
+    } cases[] = {
+        {"word", "-ba=wait", "p," + dir.file("s.ps"), {}, true},
+        {"any case", "-ba=WAIT", "i," + dir.file("s.png"), {}, true},
+        {"environment", "", "p," + dir.file("e.ps"), {"tyrbatch=wait"}, true},
+        {"nowhere to go", "-ba=wait", "p,/proc/none/s.ps", {}, false},
+    };
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.name);
+        std::vector<std::string> words = {"-id", "PLTC2", "-de", c.target, files[0]};
+        if (!c.word.empty()) {
+            words.insert(words.begin(), c.word);
+        }
+        const RunResult result = run_profiler(words, {.env = c.env});
+        EXPECT_EQ(result.code == 0, c.is_drawn) << result.err;
+        EXPECT_EQ(std::filesystem::exists(c.target.substr(2)), c.is_drawn) << "at once";
+        EXPECT_EQ(result.out, "") << "batch mode tells errors alone";
+    }
 }
 
 TEST(Batch, ForegroundAndBackgroundWriteTheSame)

@@ -2,6 +2,7 @@
 #include <cmath>
 #include <filesystem>
 #include <map>
+#include <set>
 
 #include <gtest/gtest.h>
 #include <netcdf.h>
@@ -151,6 +152,107 @@ TEST(Section, LowerSettingStretchesTheLowLevels)
     std::erase_if(section.barbs, [](const DrawnBarb &b) { return b.height >= 6500.0; });
     expect_winds(section, files, "PLTC2", 250.0, 6500.0);
     EXPECT_EQ(section.levels.size(), 8U) << "lines from 0 to 7000 m";
+}
+
+TEST(Section, TopBottomAndStepAreTheUsers)
+{
+    const TempDir dir;
+    const std::vector<std::string> files = make_samples(dir.file("data"), "12", 3);
+    const struct {
+        const char *name, *words;
+        double bottom, top, step;
+        size_t lines;
+        const char *told;
+    } cases[] = {
+        {"all", "top=4100,bottom=-300,step=500", -300.0, 4100.0, 500.0, 9, ""},
+        {"bottom aloft", "bottom=4900,top=13900,step=1000", 4900.0, 13900.0, 1000.0, 9, ""},
+        {"top with lower", "lower,top=3600", -400.0, 3600.0, 250.0, 8, ""},
+        {"step alone", "step=1500", -1000.0, 17000.0, 1500.0, 9, ""},
+        {"upside down", "top=100,bottom=4000", -1000.0, 17000.0, 500.0, 9,
+         "A section's top must lie above its bottom: 100 and 4000 m"},
+        {"a word for a number", "top=high,step=nan", -1000.0, 17000.0, 500.0, 9,
+         "plot_param: top=high is not known"},
+    };
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.name);
+        std::vector<std::string> words = {"-va", "wbrb",  "-id", "PLTC2",
+                                          "-pp", c.words, "-de", "p," + dir.file("s.ps")};
+        words.insert(words.end(), files.begin(), files.end());
+        const RunResult result = run_profiler(words);
+        ASSERT_EQ(result.code, 0) << result.err;
+        EXPECT_NE(result.err.find(c.told), std::string::npos) << result.err;
+        EXPECT_EQ(result.err.empty(), c.told[0] == '\0') << result.err;
+        DrawnSection section = read_section(read_file(dir.file("s.ps")),
+                                            {.bottom = c.bottom, .top = c.top, .step = c.step});
+        ASSERT_EQ(section.error, "");
+        EXPECT_EQ(section.levels.size(), c.lines);
+        // barbs near the edges of the picture are cut
+        const double edge = 0.15 * (c.top - c.bottom);
+        std::set<int> heights;
+        for (const DrawnBarb &b : section.barbs) {
+            heights.insert(static_cast<int>(b.height));
+        }
+        for (double z = 2.0 * c.step; z < std::min(c.top - edge, 15000.0); z += c.step) {
+            EXPECT_TRUE(z < c.bottom + edge || heights.count(static_cast<int>(z)) == 1) << z;
+        }
+        EXPECT_GE(*heights.begin(), c.bottom);
+        EXPECT_LE(*heights.rbegin(), c.top + c.step);
+    }
+}
+
+/// A file of consensus winds: a profile of one speed (m/s) at each minute of 15 UTC.
+std::string consensus_file(const std::vector<std::pair<int, int>> &profiles)
+{
+    std::string text;
+    for (const auto &[minute, speed] : profiles) {
+        text += "\n CTD\n WINDS    rev 5.1\n  34.66  -87.35    187\n  21 05 05 15 " +
+                std::to_string(minute) + " 01   0\n  24  3  49\n    HT  SPD  DIR  MET_QC\n";
+        for (const char *height : {"0.200", "0.700", "1.200", "1.700"}) {
+            text += std::string(" ") + height + " " + std::to_string(speed) + ".0 270 0\n";
+        }
+        text += "$\n";
+    }
+    return text;
+}
+
+TEST(Section, TimesOfATextFileAreChosenOrAllColumns)
+{
+    const TempDir dir;
+    dir.write("ctd21125.15w", consensus_file({{28, 10}, {2, 5}, {47, 15}}));
+    const struct {
+        const char *word;
+        std::vector<int> knots; ///< of the columns
+        std::vector<std::string> ticks;
+    } cases[] = {
+        {"noredraw", {10}, {"15"}}, // the name's hour
+        {"time=15:25", {20}, {"15"}},
+        {"time=:59", {30}, {"15"}},
+        {"time=all", {10, 20, 30}, {"1502", "1528", "1547"}},
+    };
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.word);
+        const RunResult result =
+            run_profiler({"-va", "wbrb", "-if", "prf_cns", "-dp", dir.file(""), "-nh", "0", "-id",
+                          "ctd", "-pp", std::string("bottom=0,top=2000,step=500,") + c.word, "-de",
+                          "p," + dir.file("s.ps"), "ctd21125.15w"});
+        ASSERT_EQ(result.code, 0) << result.err;
+        const double columns = c.knots.size() == 1 ? 2.0 : 4.0;
+        const DrawnSection section =
+            read_section(read_file(dir.file("s.ps")),
+                         {.columns = columns, .bottom = 0.0, .top = 2000.0, .step = 500.0});
+        ASSERT_EQ(section.error, "");
+        std::map<int, std::set<int>> knots;
+        for (const DrawnBarb &b : section.barbs) {
+            knots[b.column].insert(b.knots);
+        }
+        ASSERT_EQ(knots.size(), c.knots.size());
+        for (size_t i = 0; i < c.knots.size(); ++i) {
+            EXPECT_EQ(knots[static_cast<int>(i)], std::set<int>{c.knots[i]}) << i;
+        }
+        for (const std::string &tick : c.ticks) {
+            EXPECT_TRUE(has_text(section, tick)) << tick;
+        }
+    }
 }
 
 TEST(Section, LayoutsDrawTheSame)

@@ -1,7 +1,9 @@
 // Nothing half-written: whatever ends a run, the file of its name is the old one or a whole new
 // one.
 
+#include <chrono>
 #include <filesystem>
+#include <random>
 #include <string>
 #include <vector>
 
@@ -79,9 +81,13 @@ class WholeOutput : public testing::Test {
 
 TEST_F(WholeOutput, SurvivesAKillAtAnyMoment)
 {
+    std::mt19937 random(19);
     for (const OutputCase &output : kOutputs) {
         SCOPED_TRACE(output.name);
+        const auto start = std::chrono::steady_clock::now();
         const std::string expected = whole(output);
+        const std::chrono::duration<double> length = std::chrono::steady_clock::now() - start;
+        std::uniform_real_distribution moment(0.001, 1.1 * length.count());
         int ended = 0;
         for (const char *signal : {"INT", "TERM", "KILL"}) {
             for (int i = 1; i <= 9; ++i) {
@@ -89,7 +95,7 @@ TEST_F(WholeOutput, SurvivesAKillAtAnyMoment)
                 folder_.write(output.name, kOld);
                 const RunResult result =
                     shell("timeout --preserve-status -s " + std::string(signal) + " " +
-                          std::to_string(0.002 * i) + " " + command(output));
+                          std::to_string(moment(random)) + " " + command(output));
                 const std::string left = read_file(path(output));
                 EXPECT_TRUE(left == kOld || left == expected) << left.substr(0, 200);
                 ended += result.code != 0 ? 1 : 0;

@@ -47,6 +47,13 @@ std::string told(const ProfilerRecord &r)
     return text;
 }
 
+/// Whether both roads tell the same. The library opens no file in memory that ends within its first
+/// 96 bytes, whole as it may be: such a one has no station.
+bool agree(const std::string &direct, const std::string &by_library)
+{
+    return direct == by_library || (by_library == "refused" && direct.ends_with(" 0"));
+}
+
 std::string read_all(const std::string &path, bool by_library)
 {
     tyr::netcdf_by_library_alone(by_library);
@@ -76,7 +83,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     const std::string bytes = fuzz_text(data, size);
     const std::string path = fuzz_file(bytes);
     const std::string direct = read_all(path, false);
-    if (bytes.starts_with("CDF") && direct != read_all(path, true)) {
+    if (bytes.starts_with("CDF") && !agree(direct, read_all(path, true))) {
         std::fprintf(stderr, "the two roads tell different things of %s\n", path.c_str());
         std::abort();
     }

@@ -1,5 +1,7 @@
 // GIF files: codes, tables, parts, widths.
 
+#include <random>
+
 #include "image/image_cases.h"
 
 namespace {
@@ -48,6 +50,62 @@ TEST_F(ImageFile, TheColourAfter256TakesPlace0)
         EXPECT_EQ(back.ncolors, 256);
         for (size_t x = 0; x < pixels.size(); ++x) {
             EXPECT_EQ(back.data[x], x < 256 ? x : x < 258 ? 0U : 1U) << x;
+        }
+    }
+}
+
+TEST_F(ImageFile, GifsOfRunsComeBack)
+{
+    struct Case {
+        const char *name;
+        unsigned colours, longest; ///< of a run of one colour
+        size_t pixels;
+    };
+    const Case cases[] = {
+        {"one colour", 1, 60000, 60000},   {"long runs", 5, 900, 60000},
+        {"short runs", 200, 4, 40000},     {"no runs", 256, 1, 30000},
+        {"runs and clears", 3, 40, 60000}, {"runs of two colours", 2, 7, 50000},
+    };
+    for (const Case &c : cases) {
+        SCOPED_TRACE(c.name);
+        std::mt19937 random(13);
+        std::vector<unsigned> pixels;
+        while (pixels.size() < c.pixels) {
+            const unsigned colour = 0x112233U * static_cast<unsigned>(random() % c.colours);
+            const size_t run = 1 + random() % c.longest;
+            pixels.resize(std::min(pixels.size() + run, c.pixels), colour & 0xFFFFFFU);
+        }
+        for (const int interlace : {0, 1}) {
+            Image image;
+            fill_row(&image, pixels);
+            image.width /= 100; // of a hundred rows
+            image.height = 100;
+            image.bytes_per_line = 4 * image.width;
+            gset_gif_interlace(interlace);
+            ASSERT_EQ(GIF_write(path("a.gif").c_str(), &image), 1);
+            Image back;
+            ASSERT_EQ(GIF_read(path("a.gif").c_str(), &back, 0), 1);
+            ASSERT_EQ(back.width * back.height, int(c.pixels));
+            int wrong = 0;
+            for (size_t i = 0; i < c.pixels; ++i) {
+                const float *colour = back.colors[back.data[i]];
+                const auto byte = [](float part) { return unsigned(part * 255.0F + 0.5F); };
+                wrong +=
+                    (byte(colour[0]) << 16 | byte(colour[1]) << 8 | byte(colour[2])) != pixels[i];
+            }
+            EXPECT_EQ(wrong, 0);
+            if (have_magick()) { // another reader
+                const std::string seen = decoded({path("a.gif")});
+                const std::string tail = seen.substr(seen.size() - 3 * c.pixels);
+                int differ = 0;
+                for (size_t i = 0; i < c.pixels; ++i) {
+                    for (size_t part = 0; part < 3; ++part) {
+                        differ += (pixels[i] >> (16 - 8 * part) & 255U) !=
+                                  static_cast<unsigned char>(tail[3 * i + part]);
+                    }
+                }
+                EXPECT_EQ(differ, 0);
+            }
         }
     }
 }

@@ -130,13 +130,6 @@ TEST(Deffile, FindsTheFileOfADirectory)
     EXPECT_EQ(DEF_open("/proc"), -1);
 }
 
-TEST(Deffile, InstalledFileSetsOnlyTheFilePath)
-{
-    DEF_clear();
-    EXPECT_EQ(read_all(read_file(TYR_SOURCE_DIR "/data/tyr.cfg")),
-              "*file_path=/usr/local/tyr/etc;");
-}
-
 TEST(Deffile, MatchesPatterns)
 {
     RES_set_program("prf");

@@ -8,8 +8,7 @@ namespace {
 
 constexpr double kDegree = 57.29577951308232;
 constexpr double kPlaceTolerance = 0.25; ///< points
-constexpr double kHeightStep = 250.0;
-constexpr double kShortestStaff = 15.0; ///< points
+constexpr double kShortestStaff = 15.0;  ///< points
 
 using Box = PageBox;
 
@@ -48,7 +47,7 @@ std::optional<DrawnBarb> place_of(const PsPoint &p, const Box &box, const Sectio
     const double z = (p[1] - box.y0) / per_metre + axes.bottom;
     DrawnBarb barb;
     barb.column = static_cast<int>(std::lround(x));
-    barb.height = std::round(z / kHeightStep) * kHeightStep;
+    barb.height = std::round(z / axes.step) * axes.step;
     if (std::fabs(x - barb.column) * per_column > kPlaceTolerance ||
         std::fabs(z - barb.height) * per_metre > kPlaceTolerance || barb.column < 0) {
         return std::nullopt;

@@ -29,6 +29,7 @@ struct SectionAxes {
     double columns = 14.0; ///< span of x, which begins at -1
     double bottom = -1000.0;
     double top = 17000.0;
+    double step = 250.0; ///< heights that barbs may stand at are its multiples
 };
 
 /// Reads a section back from PostScript: the axes are placed by the border box alone.

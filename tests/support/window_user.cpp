@@ -142,6 +142,17 @@ bool WindowUser::sees_window(const std::string &title)
     return window_ != 0 && look().width > 0;
 }
 
+long WindowUser::peak_memory() const
+{
+    std::ifstream file("/proc/" + std::to_string(program_) + "/status");
+    for (std::string line; std::getline(file, line);) {
+        if (line.rfind("VmHWM:", 0) == 0) {
+            return std::stol(line.substr(6));
+        }
+    }
+    return -1;
+}
+
 bool WindowUser::is_idle() const
 {
     return is_asleep(program_) && is_asleep(screen_);

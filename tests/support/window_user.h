@@ -40,6 +40,8 @@ class WindowUser {
     Picture look();
     /// Waits for the program's end. Its exit code; -1 if it doesn't end.
     int wait_for_exit();
+    /// The most memory that the running program has held, kB; -1 where that can't be told.
+    long peak_memory() const;
     /// Number of the window.
     unsigned long window() const { return window_; }
 

@@ -1,3 +1,6 @@
+#include "tyr/image/gif.h"
+#include "tyr/image/image_rec.h"
+#include "tyr/x11/x11_image.h"
 #include "x11/x11_window.h"
 
 namespace {
@@ -234,6 +237,35 @@ TEST_F(X11, ImageFilesAreDrawnAtTheirPlace)
     ::testing::internal::CaptureStderr();
     EXPECT_EQ(gdraw_image_file(folder.file("none").c_str(), nullptr, 0, 0), 0);
     EXPECT_NE(::testing::internal::GetCapturedStderr(), "");
+}
+
+TEST_F(X11, TransparentGifsShowTheGround)
+{
+    NEED_SCREEN(screen);
+    const TempDir folder;
+    ASSERT_TRUE(open());
+    start_plot();
+    draw_picture();
+    const Picture drawn = grab_picture();
+    ASSERT_GT(drawn.count(kBlack), 0);
+    gset_gif_transparent(1);
+    ImageRec image;
+    ASSERT_EQ(gget_image(&image), 1);
+    EXPECT_EQ(GIF_write(folder.file("record.gif").c_str(), &image), 1);
+    IMG_free(&image);
+    EXPECT_EQ(GIF_write_window(folder.file("window.gif").c_str()), 1);
+    gset_gif_transparent(0);
+    for (const char *name : {"record.gif", "window.gif"}) {
+        SCOPED_TRACE(name);
+        ASSERT_EQ(GIF_read(folder.file(name).c_str(), &image, 0), 1);
+        ASSERT_GE(image.transparent, 0);
+        int ground = 0;
+        for (int i = 0; i < image.width * image.height; ++i) {
+            ground += image.data[i] == image.transparent ? 1 : 0;
+        }
+        EXPECT_EQ(ground, drawn.count(kBlack));
+        IMG_free(&image);
+    }
 }
 
 TEST_F(X11, ASizeThatIsSetKeepsThePicture)

@@ -261,9 +261,9 @@ bool ClassicFile::floats(int variable, std::span<const size_t> start, std::span<
 {
     const ClassicVariable *v = at(variable);
     return v != nullptr && v->type != kClassicChar &&
-           each_row(*v, start, count, [&](const char *in, size_t n) {
-               take_row(in, v->type, n, out);
-               out += n;
+           each_row(*v, start, count, [v, to = out](const char *in, size_t n) mutable {
+               take_row(in, v->type, n, to);
+               to += n;
            });
 }
 
@@ -273,7 +273,7 @@ bool ClassicFile::text(int variable, std::span<const size_t> start, std::span<co
     const ClassicVariable *v = at(variable);
     return v != nullptr && v->type == kClassicChar &&
            each_row(*v, start, count,
-                    [&](const char *in, size_t n) { out = std::copy_n(in, n, out); });
+                    [to = out](const char *in, size_t n) mutable { to = std::copy_n(in, n, to); });
 }
 
 std::optional<double> ClassicFile::number(int variable, std::span<const size_t> start) const

@@ -25,6 +25,16 @@ inline constexpr DeviceLetter kDeviceLetters[] = {
     {kDevicePicture,    'i'},
 };
 
+constexpr bool is_device_letter(char letter)
+{
+    for (const DeviceLetter &row : kDeviceLetters) {
+        if (letter == row.letter || letter == row.letter - 'a' + 'A') {
+            return true;
+        }
+    }
+    return letter == 'd' || letter == 'D'; // the display
+}
+
 /// The device that a letter names; the display for others.
 constexpr DeviceKind device_of_letter(char letter)
 {

@@ -260,6 +260,18 @@ void MSG_options(const char *value)
     }
 }
 
+std::vector<std::string_view> tyr::message_words()
+{
+    std::vector<std::string_view> words = {"nopage", "page", "line"};
+    for (const LevelWord &level : kLevels) {
+        words.emplace_back(level.word);
+    }
+    for (const Sink &sink : kSinks) {
+        words.emplace_back(sink.prefix);
+    }
+    return words;
+}
+
 void MSG_set_paging(int mode)
 {
     state.paging = mode;

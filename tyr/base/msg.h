@@ -1,5 +1,8 @@
 #pragma once
 
+#include <string_view>
+#include <vector>
+
 // Messages to the user: levels, sinks (terminal and log), the pager, the banner.
 
 /// Level masks; single bits of a level are its sub-levels a (lowest) to d.
@@ -43,3 +46,10 @@ int MSG_page_length();
 int MSG_pause(unsigned mask, const char *prompt);
 /// The program's title line with the version.
 void MSG_banner(const char *title);
+
+namespace tyr {
+
+/// Beginnings of the words that MSG_options knows, without the signs of levels.
+std::vector<std::string_view> message_words();
+
+} // namespace tyr

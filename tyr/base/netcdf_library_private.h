@@ -48,6 +48,7 @@ namespace tyr {
 
 /// The library's functions, each under its own name without `nc_`.
 struct NetcdfLibrary {
+// NOLINTNEXTLINE(bugprone-macro-parentheses): the name of a member takes none
 #define TYR_NETCDF_FIELD(name) decltype(&::nc_##name) name = nullptr;
     TYR_NETCDF_CALLS(TYR_NETCDF_FIELD)
 #undef TYR_NETCDF_FIELD

@@ -13,9 +13,15 @@ enum PrmSlot {
     kPrmLevelValue = 8, ///< requested level value
     kPrmPlotType = 11,  ///< plot type
     kPrmFileParam = 15, ///< 1 overwrite, 2 append, 3 use what exists; below 1 ask
-    kPrmBatch = 19,
+    kPrmBatch = 19,     ///< a BatchMode
     kPrmHelp = 20,
     kPrmSlots = 30
+};
+
+/// What a run without a user does at the end of a plot.
+enum BatchMode {
+    kBatchDetached = 1, ///< puts itself in the background
+    kBatchWaited = 2    ///< stays, so that its exit code tells of the plot
 };
 
 /// A slot's value, kMissingInt when unset; 0 for a slot outside the table.

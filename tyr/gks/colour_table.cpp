@@ -256,7 +256,9 @@ int CLR_add(const char *name, float red, float green, float blue)
     const int index = state.count;
     state.table[index] = {std::string(name).substr(0, kNameRoom - 1), red, green, blue};
     const float rgb[3] = {red, green, blue};
-    gset_colr_rep(1, index, rgb);
+    if (ginq_open() != 0) { // otherwise the opening takes the table whole
+        gset_colr_rep(1, index, rgb);
+    }
     state.count++;
     return index;
 }

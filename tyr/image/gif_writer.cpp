@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <optional>
 #include <span>
+#include <vector>
 
 #include "tyr/base/msg.h"
 #include "tyr/image/gif.h"
@@ -87,102 +88,137 @@ class CodeWriter {
     size_t size_ = 0;
 };
 
-/// The strings seen since the last clear, by prefix and pixel: a hash table with open places.
+/// The codes of strings that end in two different pixels, by the code of what stands before the
+/// last pixel and that pixel: a hash table with open places.
 class StringTable {
   public:
-    void clear() { keys_.fill(kFree); }
+    void clear() { entries_.fill(0); }
 
-    /// The place of a string: holds its code, or is free for it.
-    size_t find(std::uint32_t key) const
+    /// The entry of a string: holds its code, or is free for it.
+    std::uint32_t &find(unsigned prefix, unsigned pixel)
     {
-        size_t place = (key >> kGifMaxWidth << 5 ^ key) % kPlaces;
-        while (keys_[place] != kFree && keys_[place] != key) {
-            place = (place + 1) % kPlaces;
+        const std::uint32_t key = prefix << kPixelBits | pixel;
+        size_t place = key * kSpread >> (32 - kPlaceBits);
+        while (entries_[place] != 0 && entries_[place] >> kGifMaxWidth != key) {
+            place = (place + 1) % entries_.size();
         }
-        return place;
+        return entries_[place];
     }
-    bool has(size_t place) const { return keys_[place] != kFree; }
-    unsigned code(size_t place) const { return codes_[place]; }
-    void put(size_t place, std::uint32_t key, unsigned code)
+    static unsigned code(std::uint32_t entry) { return entry & (kGifCodes - 1); }
+    static std::uint32_t entry(unsigned prefix, unsigned pixel, unsigned code)
     {
-        keys_[place] = key;
-        codes_[place] = static_cast<std::uint16_t>(code);
+        return (prefix << kPixelBits | pixel) << kGifMaxWidth | code;
     }
 
   private:
-    static constexpr size_t kPlaces = 4 * kGifCodes; ///< never more than a quarter full
-    static constexpr std::uint32_t kFree = ~std::uint32_t{0};
+    static constexpr int kPixelBits = 8;
+    static constexpr int kPlaceBits = 14;                 ///< never more than a quarter full
+    static constexpr std::uint32_t kSpread = 0x9E3779B1U; ///< of the golden section
 
-    std::array<std::uint32_t, kPlaces> keys_;
-    std::array<std::uint16_t, kPlaces> codes_;
+    std::array<std::uint32_t, size_t{1} << kPlaceBits> entries_; ///< key and code; 0: free
 };
 
+/// Makes codes of pixels: the longest string that has a code, then that string and the pixel behind
+/// it get the next one. Strings that differ only in how often their last pixel stands there make a
+/// chain, by length: a run of pixels is passed in steps of whole strings.
 class Compressor {
   public:
     Compressor(std::FILE *file, int code_size)
-        : out_(file), code_size_(code_size), clear_(1U << code_size)
+        : out_(file), code_size_(code_size), clear_(1U << code_size), chains_(kGifCodes)
     {
         reset();
         emit(clear_);
     }
 
-    void put(unsigned pixel)
+    void put(std::span<const std::uint8_t> pixels)
     {
-        if (!prefix_) {
-            prefix_ = last_ = pixel;
-            return;
+        const std::uint8_t *at = pixels.data();
+        const std::uint8_t *const end = at + pixels.size();
+        if (!is_begun_ && at != end) {
+            is_begun_ = true;
+            begin_string(*at++);
         }
-        if (pixel == last_) {
-            put_same(pixel);
-            return;
-        }
-        last_ = pixel;
-        const std::uint32_t key = *prefix_ + (pixel << kGifMaxWidth);
-        const size_t place = table_.find(key);
-        if (table_.has(place)) {
-            prefix_ = table_.code(place);
-            return;
-        }
-        emit(*prefix_);
-        prefix_ = pixel;
-        if (free_ >= kGifCodes) {
-            emit(clear_);
-            reset();
-        } else {
-            table_.put(place, key, free_++);
+        while (at != end) {
+            if (*at != last_) {
+                put_other(*at++);
+                continue;
+            }
+            const auto behind = static_cast<size_t>(end - at) - 1;
+            const size_t run = 1 + image_equal_bytes(at, at + 1, behind);
+            put_run(run);
+            at += run;
         }
     }
 
     void finish()
     {
-        emit(prefix_.value_or(0));
+        emit(code_);
         emit(clear_ + 1);
         out_.finish();
     }
 
   private:
-    /// A pixel like the one before: its strings stand in a table of their own, without a search.
-    void put_same(unsigned pixel)
+    void begin_string(std::uint8_t pixel)
     {
-        std::uint16_t &same = same_[*prefix_];
-        if (same != 0) {
-            prefix_ = same;
-            return;
-        }
-        emit(*prefix_);
-        prefix_ = pixel;
+        code_ = chain_ = last_ = pixel;
+        length_ = 0;
+    }
+
+    /// The next code; 0, with all codes anew, where none is left.
+    unsigned give_code()
+    {
         if (free_ >= kGifCodes) {
             emit(clear_);
             reset();
-        } else {
-            same = static_cast<std::uint16_t>(free_++);
+            return 0;
+        }
+        return free_++;
+    }
+
+    /// A pixel that isn't like the one before.
+    void put_other(std::uint8_t pixel)
+    {
+        std::uint32_t &entry = table_.find(code_, pixel);
+        if (entry != 0) {
+            code_ = chain_ = StringTable::code(entry);
+            length_ = 0;
+            last_ = pixel;
+            return;
+        }
+        emit(code_);
+        if (const unsigned code = give_code(); code != 0) {
+            entry = StringTable::entry(code_, pixel, code);
+            chains_[code].clear();
+        }
+        begin_string(pixel);
+    }
+
+    /// More pixels like the one before.
+    void put_run(size_t count)
+    {
+        for (;;) {
+            std::vector<std::uint16_t> &codes = chains_[chain_];
+            const size_t known = codes.size() - length_;
+            if (count <= known) {
+                length_ += count;
+                code_ = length_ > 0 ? codes[length_ - 1] : chain_;
+                return;
+            }
+            count -= known + 1;
+            emit(codes.empty() ? chain_ : codes.back());
+            if (const unsigned code = give_code(); code != 0) {
+                codes.push_back(static_cast<std::uint16_t>(code));
+            }
+            begin_string(last_);
         }
     }
 
     void reset()
     {
         table_.clear();
-        same_.fill(0);
+        for (unsigned root = 0; root < clear_; ++root) {
+            chains_[root].clear();
+        }
         free_ = clear_ + 2;
         width_ = code_size_ + 1;
     }
@@ -196,14 +232,17 @@ class Compressor {
     }
 
     CodeWriter out_;
-    StringTable table_;                         ///< strings that end in two different pixels
-    std::array<std::uint16_t, kGifCodes> same_; ///< by prefix: its last pixel once more
-    unsigned last_ = 0;                         ///< the pixel put last
+    StringTable table_;
     int code_size_;
     unsigned clear_;
     unsigned free_ = 0;
     int width_ = 0;
-    std::optional<unsigned> prefix_;
+    std::vector<std::vector<std::uint16_t>> chains_; ///< by the first code: those behind it
+    bool is_begun_ = false;
+    unsigned code_ = 0;     ///< the string so far
+    unsigned chain_ = 0;    ///< the first code of its chain
+    size_t length_ = 0;     ///< its place behind that
+    std::uint8_t last_ = 0; ///< its last pixel
 };
 
 /// Bits of a palette place.
@@ -277,7 +316,7 @@ void write_pixels(std::FILE *file, const ImageRec &image, const IndexedImage &in
     for (const GifPass &pass : passes) {
         for (int y = pass.first; y < image.height; y += pass.step) {
             const std::uint8_t *row = &indexed.places[static_cast<size_t>(y) * width];
-            std::for_each(row, row + width, [&](std::uint8_t place) { compressor.put(place); });
+            compressor.put({row, width});
         }
     }
     compressor.finish();

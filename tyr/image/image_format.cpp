@@ -17,10 +17,10 @@ int write_plain_tyr(const char *path, ImageRec *image)
 }
 
 constexpr ImageFormat kFormats[] = {
-    {kDumpGif,   true,  "GIF", "GIF",   "gif", "tyr.gif", "GIF", 0, GIF_read,     GIF_write      },
-    {kDumpPng,   false, "PNG", "PNG",   "png", "tyr.png", "PNG", 1, IMG_read_png, IMG_write_png  },
-    {kDumpImage, false, "IMG", "IMG",   "img", "tyr.xwd", "TYR", 0, IMG_read_tyr, write_plain_tyr},
-    {kDumpXwd,   false, "XWD", "xdump", "xwd", "tyr.xwd", "",    0, IMG_read_xwd, IMG_write_xwd  },
+    {kDumpGif,   "GIF", "GIF",   "gif", "tyr.gif", "GIF", 0, GIF_read,     GIF_write      },
+    {kDumpPng,   "PNG", "PNG",   "png", "tyr.png", "PNG", 1, IMG_read_png, IMG_write_png  },
+    {kDumpImage, "IMG", "IMG",   "img", "tyr.xwd", "TYR", 0, IMG_read_tyr, write_plain_tyr},
+    {kDumpXwd,   "XWD", "xdump", "xwd", "tyr.xwd", "",    0, IMG_read_xwd, IMG_write_xwd  },
 };
 
 } // namespace

@@ -12,7 +12,6 @@ namespace tyr {
 
 struct ImageFormat {
     int kind;                 ///< DumpKind, or a number of its own behind those
-    bool keeps_background;    ///< takes the pixel of a window's background as `transparent`
     const char *name;         ///< in messages of keys
     const char *dump_name;    ///< in messages of dumps
     const char *word;         ///< of `plot_param`, and the ending of files that a key writes

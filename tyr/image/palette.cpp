@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <bit>
+#include <cstring>
 #include <unordered_map>
 #include <utility>
 
@@ -110,6 +111,16 @@ class Colors {
 
 /// Pixels of whole bytes out of a row; the loop over them knows their width.
 template <int Count, bool IsHighFirst> struct PixelBytes {
+    /// Pixels from `x` on that are the same, of so many.
+    static int run(const unsigned char *row, int x, int width)
+    {
+        const unsigned char *first = row + static_cast<std::ptrdiff_t>(x) * Count;
+        if (x + 1 >= width || std::memcmp(first, first + Count, Count) != 0) {
+            return 1;
+        }
+        const auto bytes = static_cast<size_t>(width - x - 1) * Count;
+        return 1 + static_cast<int>(image_equal_bytes(first, first + Count, bytes) / Count);
+    }
     std::uint32_t operator()(const unsigned char *row, int x) const
     {
         const unsigned char *bytes = row + static_cast<std::ptrdiff_t>(x) * Count;
@@ -125,6 +136,7 @@ template <int Count, bool IsHighFirst> struct PixelBytes {
 struct PixelBits {
     const ImageRec &image;
 
+    static int run(const unsigned char * /*row*/, int /*x*/, int /*width*/) { return 1; }
     std::uint32_t operator()(const unsigned char *row, int x) const
     {
         const int bits = image.bits_per_pixel;
@@ -146,11 +158,9 @@ class PlaceFinder {
         for (int y = 0; y < image_.height; ++y) {
             const unsigned char *row = row_of(image_, y);
             for (int x = 0; x < image_.width;) {
-                const std::uint32_t value = pixel(row, x);
-                const std::uint8_t place = place_of(value);
-                do {
-                    *out++ = place;
-                } while (++x < image_.width && pixel(row, x) == value);
+                const int run = pixel.run(row, x, image_.width);
+                out = std::fill_n(out, run, place_of(pixel(row, x)));
+                x += run;
             }
         }
     }
@@ -158,7 +168,24 @@ class PlaceFinder {
     IndexedImage take() { return std::move(result_); }
 
   private:
+    static constexpr int kRecentBits = 10;
+    struct Recent {
+        std::uint32_t value;
+        std::uint8_t place;
+        bool is_set;
+    };
+
     std::uint8_t place_of(std::uint32_t value)
+    {
+        constexpr std::uint32_t kSpread = 0x9E3779B1U; // of the golden section
+        Recent &recent = recent_[value * kSpread >> (32 - kRecentBits)];
+        if (!recent.is_set || recent.value != value) {
+            recent = {value, find_place(value), true};
+        }
+        return recent.place;
+    }
+
+    std::uint8_t find_place(std::uint32_t value)
     {
         const auto known = places_.find(value);
         if (known != places_.end()) {
@@ -178,6 +205,7 @@ class PlaceFinder {
     Colors colors_;
     IndexedImage result_ = {};
     std::unordered_map<std::uint32_t, std::uint8_t> places_;
+    std::array<Recent, size_t{1} << kRecentBits> recent_{}; ///< of values found lately
 };
 
 } // namespace
@@ -222,24 +250,76 @@ IndexedImage tyr::image_index(const ImageRec &image)
     return finder.take();
 }
 
+size_t tyr::image_equal_bytes(const unsigned char *a, const unsigned char *b, size_t count)
+{
+    constexpr size_t kWord = sizeof(std::uint64_t);
+    constexpr size_t kBlock = 4 * kWord;
+    const auto differ = [&](size_t i) {
+        std::uint64_t x = 0;
+        std::uint64_t y = 0;
+        std::memcpy(&x, a + i, kWord);
+        std::memcpy(&y, b + i, kWord);
+        return x ^ y;
+    };
+    size_t i = 0;
+    while (i + kBlock <= count &&
+           (differ(i) | differ(i + kWord) | differ(i + 2 * kWord) | differ(i + 3 * kWord)) == 0) {
+        i += kBlock;
+    }
+    while (i + kWord <= count && differ(i) == 0) {
+        i += kWord;
+    }
+    while (i < count && a[i] == b[i]) {
+        ++i;
+    }
+    return i;
+}
+
+namespace {
+
+/// One place a pixel of so many bytes, each in the byte at `low`.
+template <int Count> void store_row(const std::uint8_t *places, int width, unsigned char *low)
+{
+    for (int x = 0; x < width; ++x) {
+        low[static_cast<std::ptrdiff_t>(x) * Count] = places[x];
+    }
+}
+
+void store_bits(const ImageRec &image, const std::uint8_t *places, unsigned char *row)
+{
+    const int bits = image.bits_per_pixel;
+    const unsigned most = (1U << bits) - 1U;
+    for (int x = 0; x < image.width; ++x) {
+        const int shift = shift_of(image, x);
+        unsigned char &byte = row[x * bits / 8];
+        byte = static_cast<unsigned char>((byte & ~(most << shift)) | (places[x] & most) << shift);
+    }
+}
+
+} // namespace
+
 void tyr::image_store_places(const IndexedImage &indexed, ImageRec *image)
 {
-    const int bits = image->bits_per_pixel;
-    const std::uint8_t *place = indexed.places.data();
-    for (int y = 0; y < image->height; ++y) {
+    const int count = image->bits_per_pixel / 8;
+    const int low = image->byte_order == kHighByteFirst ? count - 1 : 0;
+    const std::uint8_t *places = indexed.places.data();
+    for (int y = 0; y < image->height; ++y, places += image->width) {
         unsigned char *row = image->data + (row_of(*image, y) - image->data);
-        for (int x = 0; x < image->width; ++x, ++place) {
-            if (bits < 8) {
-                const int shift = shift_of(*image, x);
-                const unsigned most = (1U << bits) - 1U;
-                unsigned char &byte = row[x * bits / 8];
-                byte = static_cast<unsigned char>((byte & ~(most << shift)) | (*place & most)
-                                                                                  << shift);
-            } else {
-                const int count = bits / 8;
-                const int low = image->byte_order == kHighByteFirst ? count - 1 : 0;
-                row[static_cast<std::ptrdiff_t>(x) * count + low] = *place;
-            }
+        switch (count) {
+        case 0:
+            store_bits(*image, places, row);
+            break;
+        case 1:
+            store_row<1>(places, image->width, row);
+            break;
+        case 2:
+            store_row<2>(places, image->width, row + low);
+            break;
+        case 3:
+            store_row<3>(places, image->width, row + low);
+            break;
+        default:
+            store_row<4>(places, image->width, row + low);
         }
     }
 }

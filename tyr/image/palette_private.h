@@ -23,6 +23,9 @@ inline constexpr size_t kPaletteSize = 256;
 /// Value of a pixel inside a picture that fits (image_fits).
 std::uint32_t image_pixel(const ImageRec &image, int x, int y);
 
+/// How many bytes from two places on are the same, of so many.
+size_t image_equal_bytes(const unsigned char *a, const unsigned char *b, size_t count);
+
 /// A picture as places in a palette.
 struct IndexedImage {
     std::vector<std::uint8_t> places;  ///< one a pixel, row by row without padding

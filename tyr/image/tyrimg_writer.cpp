@@ -90,7 +90,7 @@ struct PlaceLine {
 PlaceLine place_line(const ImageRec &image)
 {
     DomainRec d = image.domain;
-    const PlaceLine size = {STR_print("%d %d\n", image.width, image.height)};
+    PlaceLine size = {STR_print("%d %d\n", image.width, image.height)};
     if (d.proj == kMissingInt) {
         return size;
     }

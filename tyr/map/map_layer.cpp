@@ -100,6 +100,13 @@ bool is_filled_type(long type)
     return type == 15 || type == 16 || type == 52;
 }
 
+/// Whether the lines are left out of the layer over the data, since they stand under it already.
+bool is_grid_under(int mode)
+{
+    const char *place = RES_get("grid_place");
+    return mode == kMapOver && place != nullptr && STR_casecmp(place, "under") == 0;
+}
+
 void draw_lines(const DomainRec &domain)
 {
     float dlat = 0.0F;
@@ -175,6 +182,8 @@ int MAP_draw(int mode)
             MAP_process(entry.c_str());
         }
     }
-    draw_lines(domain);
+    if (!is_grid_under(mode)) {
+        draw_lines(domain);
+    }
     return 0;
 }

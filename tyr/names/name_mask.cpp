@@ -83,6 +83,13 @@ void add_to_mask(ShellMask &mask, const TemplateElement &element, const Template
     case TemplateKind::resource:
         mask.add_plain(template_path(element));
         break;
+    case TemplateKind::word:
+        if (const std::string value = template_path(element); !value.empty()) {
+            mask.add_plain(value);
+        } else {
+            mask.add_wild("*");
+        }
+        break;
     case TemplateKind::key: {
         const std::string &value = values.keys[static_cast<unsigned char>(element.letter)];
         if (!value.empty()) {

@@ -60,6 +60,7 @@ class Taker {
     bool extension(const TemplateElement &element);
     bool path(const TemplateElement &element);
     bool key(const TemplateElement &element);
+    bool word(const TemplateElement &element);
     void store(char letter, int value);
     void count_step(const TemplateElement &element);
 
@@ -230,6 +231,17 @@ bool Taker::key(const TemplateElement &element)
     return true;
 }
 
+bool Taker::word(const TemplateElement &element)
+{
+    const std::string value = template_path(element);
+    if (value.empty() || !STR_has_prefix(rest(), value)) {
+        return copy_rest();
+    }
+    taken_.name += rest().substr(0, value.size());
+    at_ += value.size();
+    return true;
+}
+
 bool Taker::take(const TemplateElement &element)
 {
     switch (element.kind) {
@@ -255,6 +267,8 @@ bool Taker::take(const TemplateElement &element)
     case TemplateKind::path:
     case TemplateKind::resource:
         return path(element);
+    case TemplateKind::word:
+        return word(element);
     case TemplateKind::key:
         return key(element);
     }

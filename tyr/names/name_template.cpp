@@ -296,6 +296,8 @@ std::string Composer::text(const TemplateElement &element)
     case TemplateKind::path:
     case TemplateKind::resource:
         return values_.extracted ? *values_.extracted : template_path(element);
+    case TemplateKind::word:
+        return template_path(element);
     case TemplateKind::key: {
         const std::string &value = values_.keys[static_cast<unsigned char>(element.letter)];
         return value.empty()        ? "0"
@@ -316,6 +318,10 @@ std::vector<TemplateElement> tyr::template_elements(std::string_view text)
         if (c == '%') {
             if (std::optional<TemplateElement> element = percent_element(text, at)) {
                 element->end = at;
+                const bool is_inside = !elements.empty() && (at >= text.size() || text[at] != '/');
+                if (element->kind == TemplateKind::resource && is_inside) {
+                    element->kind = TemplateKind::word;
+                }
                 elements.push_back(std::move(*element));
             }
             continue;

@@ -23,6 +23,7 @@ enum class TemplateKind {
     extension, ///< `%e`
     path,      ///< a path letter; `name` is its resource
     resource,  ///< `%{name}`
+    word,      ///< `%{name}` inside a name: neither in front of it all nor followed by `/`
     key        ///< any other letter; the number is a width
 };
 

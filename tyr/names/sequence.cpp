@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "tyr/base/msg.h"
+#include "tyr/base/nearest.h"
 #include "tyr/base/res.h"
 #include "tyr/base/str.h"
 #include "tyr/names/date_label.h"
@@ -42,10 +43,10 @@ void read_hours(const char *text, int &hours, int &minutes)
 {
     hours = 0;
     minutes = 0;
-    if (*text == ':') {
-        std::sscanf(text, ":%9d", &minutes);
-    } else {
-        std::sscanf(text, "%9d:%9d", &hours, &minutes);
+    const int found = *text == ':' ? std::sscanf(text, ":%9d", &minutes)
+                                   : std::sscanf(text, "%9d:%9d", &hours, &minutes);
+    if (found < 1) {
+        tyr::warn_unknown("num_hour", text, {});
     }
 }
 

@@ -25,6 +25,7 @@ namespace tyr {
 
 /// Its functions, by their names without the prefix.
 struct CairoLibrary {
+// NOLINTNEXTLINE(bugprone-macro-parentheses): the name of a member takes none
 #define TYR_CAIRO_MEMBER(name) decltype(&cairo_##name) name = nullptr;
     TYR_CAIRO_CALLS(TYR_CAIRO_MEMBER)
 #undef TYR_CAIRO_MEMBER

@@ -6,6 +6,7 @@
 #include <optional>
 
 #include "tyr/base/msg.h"
+#include "tyr/base/res.h"
 #include "tyr/base/str.h"
 #include "tyr/gks/colour_table.h"
 #include "tyr/gks/state_private.h"
@@ -130,6 +131,16 @@ bool set_background(const std::string &word)
     CLR_get_rgb(index, &rgb.red, &rgb.green, &rgb.blue);
     state.wishes.background = rgb;
     return true;
+}
+
+/// The background that windows have by the resource, where it names a colour.
+void set_usual_background()
+{
+    const char *word = RES_get("background");
+    const int index = word != nullptr ? CLR_lookup(word) : -1;
+    if (index >= 0 && index < CLR_count()) {
+        set_background(word);
+    }
 }
 
 bool apply_word(const std::string &word)
@@ -324,6 +335,9 @@ bool read_words(const std::vector<std::string> &words)
         if (!word.empty() && !apply_word(word)) {
             MSG_out(kMsgWarn, "gopen_ws: %s: no word of a picture\n", word.c_str());
         }
+    }
+    if (state.wishes.has_background && !state.wishes.background) {
+        set_usual_background();
     }
     const Wishes &w = state.wishes;
     const double longest = static_cast<double>(std::max(w.paper.width, w.paper.height)) * w.dpi;

@@ -15,6 +15,7 @@ struct State {
     std::array<float, 4> margins = {0.0F, 0.0F, 0.04F, 0.04F};
     std::array<float, 4> viewport = {};
     float full = 0.0F;
+    float foot = 0.0F;
     bool labels_inside = false;
 };
 
@@ -51,6 +52,16 @@ void PLT_get_viewport(float out[4])
 void PLT_set_viewport(const float in[4])
 {
     std::copy_n(in, 4, state.viewport.begin());
+}
+
+void PLT_set_foot(float height)
+{
+    state.foot = height;
+}
+
+float PLT_get_foot()
+{
+    return state.labels_inside ? 0.0F : state.foot;
 }
 
 void PLT_set_labels_inside(int flag)

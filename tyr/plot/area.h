@@ -15,6 +15,11 @@ void PLT_get_margins(float out[4]); ///< left, right, bottom, top
 void PLT_get_viewport(float out[4]);
 void PLT_set_viewport(const float in[4]);
 
+/// Room below the plot that its own tick labels take, a fraction of the view surface; 0 at start.
+/// The lower corner labels and the colour bar begin below it, but for labels inside the picture.
+void PLT_set_foot(float height);
+float PLT_get_foot();
+
 /// Whether corner labels go inside the picture.
 void PLT_set_labels_inside(int flag);
 int PLT_labels_inside();

@@ -103,15 +103,16 @@ bool place_bar(int side, Geometry &g)
     PLT_get_viewport(plot.data());
     GPH_get_view_frac(view.data());
     const bool inside = PLT_labels_inside() != 0;
-    const float room = inside ? kRoom : std::fmin(plot[2] - view[2], kRoom);
+    const float base = plot[2] - PLT_get_foot();
+    const float room = inside ? kRoom : std::fmin(base - view[2], kRoom);
     if (room < kLeastRoom) {
         return false;
     }
     const float width = plot[1] - plot[0];
     g.left = side == 1 ? plot[0] + width * 0.03F : (plot[0] + plot[1]) / 2.0F;
     g.right = side == 1 ? (plot[0] + plot[1]) / 2.0F : plot[1] - width * 0.03F;
-    g.bottom = inside ? plot[2] + room * 0.15F : plot[2] - room;
-    g.top = inside ? plot[2] + room : plot[2] - room * 0.15F;
+    g.bottom = inside ? base + room * 0.15F : base - room;
+    g.top = inside ? base + room : base - room * 0.15F;
     return true;
 }
 

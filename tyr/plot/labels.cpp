@@ -173,7 +173,8 @@ void draw_slots(const std::array<float, 4> &plot, const AttrRec &attr, float mar
         if (PRM_get_draw(place.flag) == 0 || is_covered(slot)) {
             continue;
         }
-        const float start = place.is_lower ? plot[2] - gap - (n - 1.0F) * height : plot[3] + gap;
+        const float start =
+            place.is_lower ? plot[2] - PLT_get_foot() - gap - (n - 1.0F) * height : plot[3] + gap;
         draw_slot(slot, plot, start + shift, height);
     }
 }
@@ -208,6 +209,11 @@ void PLT_label_lc(const char *text)
 void PLT_label_lr(const char *text)
 {
     set_label(5, text);
+}
+
+void PLT_apply_label(const char *word)
+{
+    apply_word(word);
 }
 
 void PLT_set_label_line(int n)

@@ -34,6 +34,10 @@ void PLT_label_ll(const char *text);
 void PLT_label_lc(const char *text);
 void PLT_label_lr(const char *text);
 
+/// Writes a label as a word of the resource `label` tells it: a slot, perhaps a line, a colon and a
+/// text with the codes of TIME_expand_label ("ul1:%D"). Other words are passed over.
+void PLT_apply_label(const char *word);
+
 /// Line that the slot routines write, 0 to 5; raises the count of lines to it.
 void PLT_set_label_line(int n);
 /// Shift of all drawn lines, for a plot over another.

@@ -347,8 +347,10 @@ void apply_word(const char *word)
 
 void PLT_read_params()
 {
-    for (const std::string &word : RES_list("plot_param")) {
-        apply_word(word.c_str());
+    for (const char *list : {"look_param", "plot_param"}) {
+        for (const std::string &word : RES_list(list)) {
+            apply_word(word.c_str());
+        }
     }
     for (const std::string &word : RES_list("out_file")) {
         if (STR_has_prefix(word, "gif") || STR_has_prefix(word, "png")) {

@@ -78,7 +78,8 @@ int PLT_restart(float aspect)
 
 int PLT_end()
 {
-    if (PRM_is_batch() != 0 && SYS_detach() == 0) {
+    const bool detaches = PRM_is_batch() != 0 && PRM_get(kPrmBatch) != kBatchWaited;
+    if (detaches && SYS_detach() == 0) {
         SYS_exit(kExitNoDetach);
     }
     if (ginq_open() == 0 || is_type_none()) {

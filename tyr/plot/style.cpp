@@ -197,6 +197,15 @@ int parse_piece(PlotStyle *style, const std::string &piece)
     return parse_keyed(style, piece);
 }
 
+/// A real by its format, where what is rounded to zero has no sign.
+std::string print_unsigned_zero(const char *format, float value)
+{
+    constexpr const char *kUsual = "%1.0f";
+    std::string text = print_real(format, kUsual, value);
+    const bool is_zero = text.find_first_not_of(" -.0") == std::string::npos;
+    return is_zero && text.find('-') != std::string::npos ? print_real(format, kUsual, 0.0F) : text;
+}
+
 } // namespace
 
 int PLT_parse_format(PlotStyle *style, const char *tokens)
@@ -264,10 +273,10 @@ void PLT_apply_style(PlotStyle *style)
 void PLT_format_number(char *out, int room, const char *format, float value)
 {
     if (format[0] != '%' || format[1] != 'z') {
-        STR_copy(out, static_cast<size_t>(room), print_real(format, "%1.0f", value));
+        STR_copy(out, static_cast<size_t>(room), print_unsigned_zero(format, value));
         return;
     }
-    std::string text = print_real((std::string("%") + (format + 2)).c_str(), "%1.0f", value);
+    std::string text = print_unsigned_zero((std::string("%") + (format + 2)).c_str(), value);
     const size_t zero = text.find_first_not_of(" -");
     if (zero != std::string::npos && text.compare(zero, 2, "0.") == 0) {
         text.erase(zero, 1);

@@ -44,7 +44,8 @@ void PLT_apply_option(PlotStyle *style, const char *word);
 void PLT_apply_style(PlotStyle *style);
 
 /// A number as a value's format draws it: "%1.0f" for an empty format; "%z..." drops one leading
-/// zero. A format that isn't one conversion of a real counts as empty. Cut to `room`.
+/// zero. What is rounded to zero has no sign. A format that isn't one conversion of a real counts
+/// as empty. Cut to `room`.
 void PLT_format_number(char *out, int room, const char *format, float value);
 
 /// The same for an integer, "%d" for an empty format.

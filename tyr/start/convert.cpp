@@ -9,10 +9,13 @@
 #include <cstring>
 #include <span>
 #include <string>
+#include <string_view>
+#include <vector>
 
 #include "tyr/base/date.h"
 #include "tyr/base/device_kind.h"
 #include "tyr/base/msg.h"
+#include "tyr/base/nearest.h"
 #include "tyr/base/prm.h"
 #include "tyr/base/res.h"
 #include "tyr/base/str.h"
@@ -94,6 +97,29 @@ const Word *find_word(std::span<const Word> words, const char *text)
     return place == words.end() ? nullptr : &*place;
 }
 
+/// Tells of a word of an option that has words of its own.
+void warn_word(const char *option, const char *text, std::span<const Word> words,
+               std::vector<std::string_view> known = {})
+{
+    std::transform(words.begin(), words.end(), std::back_inserter(known),
+                   [](const Word &w) { return std::string_view(w.word); });
+    warn_unknown(option, text, known);
+}
+
+bool is_number_type(int type)
+{
+    return type == kResInt || type == kResShort || type == kResLong || type == kResLongByInt ||
+           type == kResReal;
+}
+
+/// Whether a text begins with a number behind which nothing stands that belongs to it.
+bool is_number(const char *text)
+{
+    char *end = nullptr;
+    std::strtod(text, &end);
+    return end != text && std::isalnum(static_cast<unsigned char>(*end)) == 0;
+}
+
 long bounded(const char *value, int base, long low, long high)
 {
     return std::clamp(std::strtol(value, nullptr, base), low, high);
@@ -149,6 +175,8 @@ void set_draw(const char *value)
             PRM_set_draw(kDrawBorder, on);
         } else if (const Word *known = find_word(kDrawWords, word)) {
             PRM_set_draw(known->value, on);
+        } else if (word[0] != '\0') {
+            warn_word("draw", word, kDrawWords, {"all", "none", "text"});
         }
     }
 }
@@ -192,6 +220,10 @@ DateRec read_hour(const char *value)
 void set_hour(const char *value)
 {
     const DateRec hour = read_hour(value);
+    const auto fields = {hour.month, hour.day, hour.hour, hour.minute};
+    if (std::all_of(fields.begin(), fields.end(), [](int f) { return f == kMissingInt; })) {
+        warn_unknown("hour", value, {});
+    }
     TIME_set_hour(&hour);
 }
 
@@ -199,6 +231,8 @@ void set_file_param(const char *value)
 {
     if (const Word *word = find_word(kFileParamWords, value)) {
         PRM_set(kPrmFileParam, word->value);
+    } else {
+        warn_word("file_param", value, kFileParamWords);
     }
 }
 
@@ -206,12 +240,32 @@ void set_plot_type(const char *value)
 {
     if (const Word *word = find_word(kPlotTypeWords, value)) {
         PRM_set(kPrmPlotType, word->value);
+    } else {
+        warn_word("plot_type", value, kPlotTypeWords);
     }
 }
 
-void set_batch()
+void set_messages(const char *value)
 {
-    PRM_set(kPrmBatch, 1);
+    const std::vector<std::string_view> known = message_words();
+    for (const std::string &item : STR_fields(value, ',')) {
+        const bool has_sign = !item.empty() && (item[0] == '+' || item[0] == '-');
+        const auto begins = [&](size_t from) {
+            return std::any_of(known.begin(), known.end(), [&](std::string_view k) {
+                return STR_has_prefix(std::string_view(item).substr(from), k);
+            });
+        };
+        if (!item.empty() && !begins(0) && !begins(has_sign ? 1 : 0)) {
+            warn_unknown("message", item, known);
+        }
+    }
+    MSG_options(value);
+}
+
+void set_batch(const char *value)
+{
+    const bool is_waited = value != nullptr && STR_casecmp(value, "wait") == 0;
+    PRM_set(kPrmBatch, is_waited ? kBatchWaited : kBatchDetached);
     if (MSG_explicit() == 0) {
         MSG_set_mask(0, kBatchMask);
     }
@@ -222,7 +276,7 @@ bool act(const char *value, int type)
 {
     switch (type) {
     case kResMessage:
-        MSG_options(value);
+        set_messages(value);
         return true;
     case kResDraw:
         set_draw(value);
@@ -291,7 +345,7 @@ int fill(const char *value, void *destination, int type)
 int RES_convert(const char *value, void *destination, int type)
 {
     if (type == kResBatch) {
-        set_batch();
+        set_batch(value);
         return 1;
     }
     if (type == kResHelp) {
@@ -309,6 +363,9 @@ int RES_convert(const char *value, void *destination, int type)
         return 1;
     }
     if (type == kResDevice) {
+        if (!is_device_letter(value[0])) {
+            warn_unknown("device", value, {});
+        }
         PRM_set(kPrmDevice, device_of_letter(value[0]));
         const char *comma = std::strchr(value, ',');
         if (destination && comma) {
@@ -324,6 +381,9 @@ int RES_get_value(const char *name, void *destination, int type)
     const char *value = RES_get(name);
     if (!value || !destination) {
         return 0;
+    }
+    if (RES_has_value(name) && is_number_type(type) && !is_number(value)) {
+        warn_unknown(name, value, {});
     }
     return RES_convert(RES_has_value(name) ? value : nullptr, destination, type);
 }

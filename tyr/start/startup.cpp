@@ -1,5 +1,6 @@
 #include "tyr/start/startup.h"
 
+#include <algorithm>
 #include <array>
 #include <cctype>
 #include <cstdlib>
@@ -115,8 +116,15 @@ void read_sources(Options options)
     if (sources.empty()) {
         sources.emplace_back();
     }
+    // words alone are meant for the usual files
+    const bool has_files = std::any_of(sources.begin(), sources.end(),
+                                       [](const std::string &s) { return !s.starts_with('+'); });
+    if (!has_files) {
+        const std::vector<std::string> usual = STR_fields(kSources, ':');
+        sources.insert(sources.end(), usual.begin(), usual.end());
+    }
     // an installation elsewhere has its resource file where the list's last folder would be
-    const std::string beside = given ? "" : installed_data_folder();
+    const std::string beside = given && has_files ? "" : installed_data_folder();
     if (!beside.empty() && beside != sources.back()) {
         sources.push_back(beside);
     }

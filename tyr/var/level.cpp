@@ -6,9 +6,11 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "tyr/base/missing.h"
 #include "tyr/base/msg.h"
+#include "tyr/base/nearest.h"
 #include "tyr/base/number.h"
 #include "tyr/base/prm.h"
 #include "tyr/base/str.h"
@@ -421,4 +423,26 @@ int VAR_level(const char *text, int *kind, int *value)
     }
     MSG_out(kMsgDebugC, "Level: %s = %d %ld\n", given.c_str(), *kind, static_cast<long>(*value));
     return kGivenClass;
+}
+
+void tyr::warn_unless_level(const char *text)
+{
+    const std::string given(VAR_trim(text == nullptr ? "" : text));
+    if (given.empty() || STR_casecmp(given.c_str(), "level") == 0 || parse_level(given)) {
+        return;
+    }
+    std::vector<std::string> known;
+    std::string_view unit = given;
+    if (VAR_take_real(&unit).has_value()) { // the number with each unit
+        const std::string number = given.substr(0, given.size() - unit.size());
+        for (const Unit &row : kUnits) {
+            known.push_back(number + row.text);
+        }
+        known.push_back(number);
+    } else {
+        for (const Keyword &row : kKeywords) {
+            known.emplace_back(row.text);
+        }
+    }
+    warn_unknown("level", given, std::vector<std::string_view>(known.begin(), known.end()));
 }

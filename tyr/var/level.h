@@ -10,3 +10,10 @@
 /// @return 2 for a level that the text gave (or that fits nothing), 1 when the default of the
 ///         settings was taken; for an empty text inside a parse the class of its base
 int VAR_level(const char *text, int *kind, int *value);
+
+namespace tyr {
+
+/// Tells at warn of a level's text that fits nothing, with what was probably meant.
+void warn_unless_level(const char *text);
+
+} // namespace tyr

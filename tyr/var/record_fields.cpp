@@ -80,6 +80,7 @@ size_t tyr::settle_time_and_level(const std::vector<std::string> &fields, VarRec
     if (fields.size() > 2) {
         record->time_class = VAR_time(field_text(fields, 0).c_str(), &record->time);
         if (record->time_class != 0) {
+            warn_unless_level(field_text(fields, 1).c_str());
             record->level_class =
                 VAR_level(field_text(fields, 1).c_str(), &record->level_kind, &record->level_value);
             return 2;

@@ -1,5 +1,4 @@
 #include "tyr/x11/window_image_private.h"
-#include "tyr/x11/x11_colour.h"
 #include "tyr/x11/x11_image.h"
 
 using namespace tyr;
@@ -9,9 +8,6 @@ int tyr::write_window_image(const ImageFormat &format, const char *path)
     ImageRec image;
     if (gget_image(&image) == 0) {
         return 0;
-    }
-    if (format.keeps_background) {
-        image.transparent = ginq_bg_pixel(); // where transparency is asked for
     }
     const int result = format.write(path, &image);
     IMG_free(&image);

@@ -11,6 +11,7 @@
 #include "tyr/base/str.h"
 #include "tyr/gks/gks.h"
 #include "tyr/image/image_rec_private.h"
+#include "tyr/x11/x11_colour.h"
 #include "tyr/x11/x11_state_private.h"
 
 using namespace tyr;
@@ -147,6 +148,7 @@ int gget_image(ImageRec *image)
         return 0;
     }
     name_image(image);
+    image->transparent = ginq_bg_pixel(); // for writers that are asked for it
     const XImagePtr grabbed(XGetImage(x.display, x.target, 0, 0, static_cast<unsigned>(width),
                                       static_cast<unsigned>(height), AllPlanes, ZPixmap));
     if (!grabbed) {
