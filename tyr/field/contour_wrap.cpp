@@ -14,7 +14,7 @@ namespace tyr {
 namespace {
 
 constexpr float kLambertJump = 50.0F;
-constexpr float kTouching = 0.9999F; ///< of half a world: what begins beyond it is rounding
+constexpr float kTouching = 1.0e-4F; ///< of a world: what reaches no farther in is rounding
 constexpr int kMostWorlds = 3;       ///< copies to either side
 constexpr int kMostPath = 50000;     ///< points of one polyline
 
@@ -107,7 +107,8 @@ void send_mollweide(int kind, std::span<const FieldPoint> points, const WorldSid
     std::vector<FieldPoint> moved(parts);
     for (int i = std::max(first, -kMostWorlds); i <= std::min(last, kMostWorlds); ++i) {
         const float shift = 2.0F * static_cast<float>(i);
-        if (i != 0 && (most->x + shift <= -kTouching || least->x + shift >= kTouching)) {
+        if (i != 0 &&
+            (most->x + shift <= -1.0F + kTouching || least->x + shift >= 1.0F - kTouching)) {
             continue;
         }
         std::transform(parts.begin(), parts.end(), moved.begin(), [shift](FieldPoint p) {
@@ -139,11 +140,13 @@ void draw_piece(int kind, std::span<const FieldPoint> points, const WorldSides &
         points.begin(), points.end(), [](FieldPoint a, FieldPoint b) { return a.x < b.x; });
     const int first = static_cast<int>(std::ceil((window[0] - most->x) / width));
     const int last = static_cast<int>(std::floor((window[1] - least->x) / width));
+    const float touching = width * kTouching;
     std::vector<FieldPoint> moved(points.begin(), points.end());
     for (int i = std::max(first, -kMostWorlds); i <= std::min(last, kMostWorlds); ++i) {
         const float shift = width * static_cast<float>(i);
-        if (i != 0 && (most->x + shift <= window[0] || least->x + shift >= window[1])) {
-            continue; // only touches
+        if (i != 0 &&
+            (most->x + shift <= window[0] + touching || least->x + shift >= window[1] - touching)) {
+            continue;
         }
         std::transform(points.begin(), points.end(), moved.begin(), [shift](FieldPoint p) {
             return FieldPoint{p.x + shift, p.y};
