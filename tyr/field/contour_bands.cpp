@@ -1,62 +1,141 @@
-#include <numeric>
+#include <algorithm>
+#include <utility>
+#include <vector>
 
 #include "tyr/field/contour_cell_private.h"
+#include "tyr/field/contour_rim_private.h"
 
-// Each cell gives the polygons of its part of the band. Polygons of neighbours are joined along
-// their common side wherever that links two areas that weren't one yet, so an area stays simply
-// connected: its rim is one walk. What is left of common sides are spikes, which are cut off, and
-// the cuts to holes.
+// Rows are swept from the north. Cells that lie whole in the band are taken as runs of a row,
+// others give the polygons of their part of the band. Polygons of neighbours are joined along their
+// common sides, but for those that would close a ring around a hole: there the common side stays as
+// a cut, so that an area is simply connected and its rim one walk.
 
 namespace tyr {
 
 namespace {
 
 constexpr int kNone = -1;
-constexpr int kMostPieces = 200000; ///< cells of one area; keeps the path that a printer must hold
+constexpr int kMostEdges = 200000; ///< of one area; keeps the path that a printer must hold
 
+/// An edge of a polygon: from a place of its own to the start of the next one, or along `count`
+/// sides of a row of grid points, to the west where it is negative.
 struct Edge {
     FieldPoint start;
+    int corner = kNone; ///< where an edge along a row starts
+    int count = 1;
+    int piece = 0;
     int next = kNone;
     int twin = kNone; ///< the same side in the neighbour's polygon, where the two are joined
+};
+
+/// The lower side of a polygon: what the next row joins.
+struct Floor {
+    int begin, end; ///< columns; what lies left of them has been joined
+    int edge;
+    bool joins_left; ///< to the floor before it, which ends where it begins
+};
+
+/// What two polygons have in common of a row.
+struct Overlap {
+    int begin = kNone, end = kNone;
+    int floor = kNone; ///< that it was joined to
 };
 
 class BandTracer {
   public:
     BandTracer(const TracedField &field, float lower, float upper)
-        : field_(field), lower_(lower), upper_(upper),
-          above_(static_cast<size_t>(field.columns()), kNone)
+        : field_(field), lower_(lower), upper_(upper), rim_(field.sides())
     {
     }
 
     void run(const PointSink &sink)
     {
         for (int row = 0; row + 1 < field_.rows(); ++row) {
-            int left = kNone;
-            for (int column = 0; column + 1 < field_.columns(); ++column) {
-                int &above = above_[static_cast<size_t>(column)];
-                if (!field_.has_cell(column, row) || field_.high(column, row) < lower_ ||
-                    field_.low(column, row) >= upper_) {
-                    above = left = kNone;
-                    continue;
-                }
-                add_cell(column, row);
-                join(side_[2], above);
-                join(side_[3], left);
-                above = side_[0];
-                left = side_[1];
-            }
+            sweep(row);
+            std::swap(above_, below_);
         }
         walk(sink);
     }
 
   private:
     bool is_in(float value) const { return value >= lower_ && value < upper_; }
+    bool is_in(const CellBounds &b) const { return is_in(b.low) && is_in(b.high); }
+    bool is_whole(const CellBlock &b) const { return !b.has_gap && is_in(b.bounds); }
+    bool touches(const CellBounds &b) const { return b.high >= lower_ && b.low < upper_; }
 
-    int add_edge(FieldPoint start, int piece)
+    void sweep(int row)
     {
-        edges_.push_back({start, kNone, kNone});
-        piece_.push_back(piece);
+        below_.clear();
+        first_above_ = 0;
+        right_side_ = kNone;
+        last_ = {};
+        const int columns = field_.columns() - 1;
+        for (int column = 0; column < columns;) {
+            const int end = end_of_run(column, row);
+            if (end > column) {
+                add_run(column, end, row);
+                attach(column, end, row);
+                column = end;
+            } else if (touches(field_.cell(column, row))) {
+                add_cell(column, row);
+                attach(column, column + 1, row);
+                ++column;
+            } else {
+                right_side_ = kNone;
+                const bool skips =
+                    column % CellBlock::kCells == 0 && !touches(field_.block(column, row).bounds);
+                column += skips ? CellBlock::kCells : 1;
+            }
+        }
+    }
+
+    /// The column after the cells from `column` that lie whole in the band.
+    int end_of_run(int column, int row) const
+    {
+        const int columns = field_.columns() - 1;
+        while (column < columns) {
+            if (column % CellBlock::kCells == 0 && is_whole(field_.block(column, row))) {
+                column = std::min(column + CellBlock::kCells, columns);
+            } else if (is_in(field_.cell(column, row))) {
+                ++column;
+            } else {
+                break;
+            }
+        }
+        return column;
+    }
+
+    int add_edge(const Edge &edge)
+    {
+        edges_.push_back(edge);
         return static_cast<int>(edges_.size()) - 1;
+    }
+    Edge &edge(int i) { return edges_[static_cast<size_t>(i)]; }
+
+    /// The edges since `first` are the polygon of a piece.
+    void close_piece(int first, int piece)
+    {
+        for (int e = first; e < static_cast<int>(edges_.size()); ++e) {
+            edge(e).next = e + 1;
+        }
+        edges_.back().next = first;
+        size_[static_cast<size_t>(piece)] = static_cast<int>(edges_.size()) - first;
+    }
+
+    void add_run(int begin, int end, int row)
+    {
+        const int piece = new_piece();
+        const int n = end - begin;
+        const int upper = row * field_.columns() + begin;
+        const int lower = upper + field_.columns();
+        const int first = add_edge({{}, lower, n, piece});
+        add_edge({field_.place(lower + n), kNone, 1, piece});
+        add_edge({{}, upper + n, -n, piece});
+        add_edge({field_.place(upper), kNone, 1, piece});
+        close_piece(first, piece);
+        for (int side = 0; side < 4; ++side) {
+            side_[side] = first + side;
+        }
     }
 
     /// One side's part in the band: its ends, and the level at which it leaves the band.
@@ -108,25 +187,22 @@ class BandTracer {
             const int start = static_cast<int>(edges_.size());
             for (int side = first; !done[side];) {
                 done[side] = true;
-                side_[side] = add_edge(parts[side].begin, piece);
+                side_[side] = add_edge({parts[side].begin, kNone, 1, piece});
                 if (parts[side].ends_in_corner) {
                     side = (side + 1) % 4;
                 } else {
-                    add_edge(parts[side].end, piece); // along the level
+                    add_edge({parts[side].end, kNone, 1, piece}); // along the level
                     side = cell.partner(side, parts[side].leaves_at);
                 }
             }
-            for (int e = start; e < static_cast<int>(edges_.size()); ++e) {
-                edges_[static_cast<size_t>(e)].next = e + 1;
-            }
-            edges_.back().next = start;
+            close_piece(start, piece);
         }
     }
 
     int new_piece()
     {
         parent_.push_back(static_cast<int>(parent_.size()));
-        size_.push_back(1);
+        size_.push_back(0);
         return parent_.back();
     }
 
@@ -140,71 +216,132 @@ class BandTracer {
         return piece;
     }
 
-    void join(int a, int b)
+    /// Cuts an edge along a row after so many of its sides; the rest is an edge of its own.
+    int split(int e, int sides)
     {
-        if (a == kNone || b == kNone) {
-            return;
-        }
-        int ra = root(piece_[static_cast<size_t>(a)]);
-        int rb = root(piece_[static_cast<size_t>(b)]);
+        Edge rest = edge(e);
+        const int sign = rest.count < 0 ? -1 : 1;
+        rest.corner += sign * sides;
+        rest.count -= sign * sides;
+        edge(e).count = sign * sides;
+        edge(e).next = add_edge(rest);
+        return edge(e).next;
+    }
+
+    /// Whether two edges' polygons may be joined: they are of two areas, and not of two vast ones.
+    bool merges(int a, int b)
+    {
+        int ra = root(edge(a).piece);
+        int rb = root(edge(b).piece);
         if (ra == rb ||
-            size_[static_cast<size_t>(ra)] + size_[static_cast<size_t>(rb)] > kMostPieces) {
-            return;
+            size_[static_cast<size_t>(ra)] + size_[static_cast<size_t>(rb)] > kMostEdges) {
+            return false;
         }
         if (size_[static_cast<size_t>(ra)] < size_[static_cast<size_t>(rb)]) {
             std::swap(ra, rb);
         }
         parent_[static_cast<size_t>(rb)] = ra;
         size_[static_cast<size_t>(ra)] += size_[static_cast<size_t>(rb)];
-        edges_[static_cast<size_t>(a)].twin = b;
-        edges_[static_cast<size_t>(b)].twin = a;
+        return true;
     }
 
-    /// Adds a point to the rim; a step straight back takes the spike off.
-    void add_point(FieldPoint p)
+    void pair(int a, int b)
     {
-        if (!rim_.empty()) {
-            p = field_.sides().beside(p, rim_.back());
-        }
-        if (!rim_.empty() && rim_.back() == p) {
-            return;
-        }
-        if (rim_.size() >= 2 && rim_[rim_.size() - 2] == p) {
-            rim_.pop_back();
-            return;
-        }
-        if (rim_.size() >= 2 && is_straight(rim_[rim_.size() - 2], rim_.back(), p)) {
-            rim_.back() = p;
-            return;
-        }
-        rim_.push_back(p);
+        edge(a).twin = b;
+        edge(b).twin = a;
     }
 
-    /// Points on a row or column of a grid drawn in its own units; others are kept as they are.
-    static bool is_straight(FieldPoint a, FieldPoint b, FieldPoint c)
+    /// Joins the polygon that was added last to those of the row above and to the one at its left.
+    /// Sides that meet in a point where the three others around it are joined close no ring.
+    void attach(int begin, int end, int row)
     {
-        return (a.x == b.x && b.x == c.x && (b.y - a.y) * (c.y - b.y) > 0.0F) ||
-               (a.y == b.y && b.y == c.y && (b.x - a.x) * (c.x - b.x) > 0.0F);
-    }
-
-    void trim_ends()
-    {
-        size_t first = 0;
-        size_t last = rim_.size();
-        while (last - first > 2) {
-            if (rim_[first] == rim_[last - 1]) {
-                --last;
-            } else if (rim_[first + 1] == rim_[last - 1]) {
-                ++first;
-                --last;
-            } else if (rim_[first] == rim_[last - 2]) {
-                last -= 2;
-            } else {
-                break;
+        Overlap first;
+        Overlap last;
+        if (side_[2] != kNone) {
+            join_above(begin, end, row, first, last);
+        }
+        bool joins_left = false;
+        if (right_side_ != kNone && side_[3] != kNone) {
+            joins_left = (first.begin == begin && meet_in_a_point(last_, first, row)) ||
+                         merges(side_[3], right_side_);
+            if (joins_left) {
+                pair(side_[3], right_side_);
             }
         }
-        rim_.erase(rim_.begin() + static_cast<std::ptrdiff_t>(last), rim_.end());
-        rim_.erase(rim_.begin(), rim_.begin() + static_cast<std::ptrdiff_t>(first));
+        if (side_[0] != kNone) {
+            below_.push_back({begin, end, side_[0], joins_left});
+        }
+        right_side_ = side_[1];
+        last_ = last;
+    }
+
+    /// Whether two overlaps with the row above meet in a point of the band above which their
+    /// polygons are one, or joined to one another: then what is below closes no ring either.
+    bool meet_in_a_point(const Overlap &left, const Overlap &right, int row) const
+    {
+        if (left.floor == kNone || right.floor == kNone || left.end != right.begin ||
+            !is_in(field_.value(row * field_.columns() + right.begin))) {
+            return false;
+        }
+        return left.floor == right.floor || (left.floor + 1 == right.floor &&
+                                             above_[static_cast<size_t>(right.floor)].joins_left);
+    }
+
+    void join_above(int begin, int end, int row, Overlap &first, Overlap &last)
+    {
+        const int top = side_[2]; // to the west; its first part isn't joined yet
+        int joined_to = begin;    // where that part ends
+        for (int f = first_above_; f < static_cast<int>(above_.size()); ++f) {
+            Floor &floor = above_[static_cast<size_t>(f)];
+            if (floor.begin >= end) {
+                break;
+            }
+            first_above_ = f;
+            Overlap now{std::max(begin, floor.begin), std::min(end, floor.end), f};
+            if (now.begin >= now.end) {
+                continue;
+            }
+            if (meet_in_a_point(last, now, row) || merges(top, floor.edge)) {
+                const int lower = now.end < end ? split(top, end - now.end) : top;
+                if (now.begin > joined_to) {
+                    split(lower, now.end - now.begin);
+                }
+                joined_to = now.end;
+                pair(lower, take(floor, now));
+            } else {
+                now.floor = kNone;
+            }
+            last = now;
+            if (first.begin == kNone) {
+                first = now;
+            }
+        }
+    }
+
+    /// The part of a floor's edge that an overlap covers.
+    int take(Floor &floor, const Overlap &overlap)
+    {
+        int e = floor.edge;
+        if (overlap.begin > floor.begin) {
+            e = split(e, overlap.begin - floor.begin);
+        }
+        if (overlap.end < floor.end) {
+            floor.edge = split(e, overlap.end - overlap.begin);
+        }
+        floor.begin = overlap.end;
+        return e;
+    }
+
+    void add_points(const Edge &e)
+    {
+        if (e.corner == kNone) {
+            rim_.add(e.start);
+            return;
+        }
+        const int step = e.count < 0 ? -1 : 1;
+        for (int i = 0; i != e.count; i += step) {
+            rim_.add(field_.place(e.corner + i));
+        }
     }
 
     void walk(const PointSink &sink)
@@ -217,27 +354,28 @@ class BandTracer {
             rim_.clear();
             for (size_t e = first; !seen[e];) {
                 seen[e] = true;
-                add_point(edges_[e].start);
+                add_points(edges_[e]);
                 e = static_cast<size_t>(edges_[e].next);
                 while (edges_[e].twin != kNone) {
                     e = static_cast<size_t>(edges_[static_cast<size_t>(edges_[e].twin)].next);
                 }
             }
-            trim_ends();
-            if (rim_.size() >= 3) {
-                sink(rim_);
+            if (const auto points = rim_.finish(); points.size() >= 3) {
+                sink(points);
             }
         }
     }
 
     const TracedField &field_;
     float lower_, upper_;
-    std::vector<int> above_; ///< the bottom edge of the cell above, for each column
-    int side_[4] = {};
+    std::vector<Floor> above_, below_; ///< of the row before and of this one, from the west
+    int first_above_ = 0;              ///< the first floor that may still be overlapped
+    int side_[4] = {};                 ///< the edges on the sides of the last polygon
+    int right_side_ = kNone;           ///< of the polygon at its left
+    Overlap last_;                     ///< of the polygon at its left
     std::vector<Edge> edges_;
-    std::vector<int> piece_; ///< of each edge
-    std::vector<int> parent_, size_;
-    std::vector<FieldPoint> rim_;
+    std::vector<int> parent_, size_; ///< of the pieces; edges of an area stand at its root
+    Rim rim_;
 };
 
 } // namespace

@@ -79,7 +79,8 @@ class Labeller {
     {
         for (int row = 0; row + 1 < field_.rows(); ++row) {
             for (int column = 0; column + 1 < field_.columns(); ++column) {
-                if (!field_.has_cell(column, row)) {
+                const CellBounds &bounds = field_.cell(column, row);
+                if (!bounds.exists()) {
                     continue;
                 }
                 const Cell cell(field_, column, row);
@@ -89,8 +90,7 @@ class Labeller {
                 const bool on_column = column % columns_ == 0;
                 const bool on_row = row % rows_ == 0;
                 if ((on_column || on_row) && contours().set.label_step > 0 && has_room(cell)) {
-                    label_cell(cell, on_column, on_row, field_.low(column, row),
-                               field_.high(column, row));
+                    label_cell(cell, on_column, on_row, bounds.low, bounds.high);
                 }
             }
         }

@@ -31,8 +31,9 @@ class LineTracer {
     {
         for (int row = 0; row + 1 < field_.rows(); ++row) {
             for (int column = 0; column + 1 < field_.columns(); ++column) {
-                if (field_.has_cell(column, row) && field_.low(column, row) <= level_ &&
-                    field_.high(column, row) >= level_) {
+                if (column % CellBlock::kCells == 0 && !touches(field_.block(column, row).bounds)) {
+                    column += CellBlock::kCells - 1;
+                } else if (touches(field_.cell(column, row))) {
                     add_cell(column, row);
                 }
             }
@@ -41,6 +42,8 @@ class LineTracer {
     }
 
   private:
+    bool touches(const CellBounds &b) const { return b.low <= level_ && b.high >= level_; }
+
     Node node(int a, int b) const
     {
         if (field_.value(a) == level_ || field_.value(b) == level_) {
@@ -60,12 +63,13 @@ class LineTracer {
 
     bool is_flat(int column, int row) const
     {
-        return field_.low(column, row) == level_ && field_.high(column, row) == level_;
+        const CellBounds &cell = field_.cell(column, row);
+        return cell.low == level_ && cell.high == level_;
     }
     bool exists(int column, int row) const
     {
         return column >= 0 && row >= 0 && column + 1 < field_.columns() &&
-               row + 1 < field_.rows() && field_.has_cell(column, row);
+               row + 1 < field_.rows() && field_.cell(column, row).exists();
     }
 
     /// A side that lies on the level, told by the one of its cells that comes later, or by the only

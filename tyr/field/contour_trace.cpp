@@ -1,6 +1,5 @@
 #include <algorithm>
 #include <cmath>
-#include <limits>
 
 #include "tyr/base/missing.h"
 #include "tyr/field/contour_trace_private.h"
@@ -13,7 +12,7 @@ namespace {
 
 constexpr float kLambertJump = 50.0F; ///< neighbours farther apart lie beyond the map's cut
 
-bool usable(float value)
+bool is_usable(float value)
 {
     return std::isfinite(value) && !is_missing(value);
 }
@@ -45,25 +44,68 @@ TracedField::TracedField(int nx, int ny, const float *values, const float *x, co
     if (nx < 2 || ny < 2) {
         return;
     }
-    low_.assign(static_cast<size_t>(nx - 1) * static_cast<size_t>(ny - 1), 1.0F);
-    high_.assign(low_.size(), 0.0F);
+    cells_.resize(static_cast<size_t>(nx - 1) * static_cast<size_t>(ny - 1));
+    std::vector<char> upper(static_cast<size_t>(nx));
+    std::vector<char> lower(upper);
+    mark_usable(0, upper);
     for (int row = 0; row + 1 < ny; ++row) {
-        for (int column = 0; column + 1 < nx; ++column) {
-            const int a = row * nx + column;
-            const int corners[] = {a, a + 1, a + nx, a + nx + 1};
-            bool whole = true;
-            float least = std::numeric_limits<float>::max();
-            float most = std::numeric_limits<float>::lowest();
-            for (const int c : corners) {
-                whole = whole && usable(values[c]) && (!x || (usable(x[c]) && usable(y[c])));
-                whole = whole &&
-                        !(x && sides.proj == kProjLambert && std::fabs(x[c] - x[a]) > kLambertJump);
-                least = std::min(least, values[c]);
-                most = std::max(most, values[c]);
+        mark_usable(row + 1, lower);
+        set_row(row, upper, lower);
+        upper.swap(lower);
+    }
+    set_blocks();
+}
+
+void TracedField::mark_usable(int row, std::vector<char> &usable) const
+{
+    const size_t first = static_cast<size_t>(row) * usable.size();
+    for (size_t i = 0; i < usable.size(); ++i) {
+        const bool has_value = is_usable(values_[first + i]);
+        const bool has_place =
+            x_ == nullptr || (is_usable(x_[first + i]) && is_usable(y_[first + i]));
+        usable[i] = has_value && has_place ? 1 : 0;
+    }
+}
+
+void TracedField::set_row(int row, const std::vector<char> &upper, const std::vector<char> &lower)
+{
+    const float *v = values_ + static_cast<size_t>(row) * upper.size();
+    const float *w = v + upper.size();
+    CellBounds *cells = &cells_[index(0, row)];
+    for (size_t i = 0; i + 1 < upper.size(); ++i) {
+        if ((upper[i] & upper[i + 1] & lower[i] & lower[i + 1]) != 0) {
+            cells[i].low = std::min(std::min(v[i], v[i + 1]), std::min(w[i], w[i + 1]));
+            cells[i].high = std::max(std::max(v[i], v[i + 1]), std::max(w[i], w[i + 1]));
+        }
+    }
+    if (x_ == nullptr || sides_.proj != kProjLambert) {
+        return;
+    }
+    const float *x = x_ + static_cast<size_t>(row) * upper.size();
+    const float *z = x + upper.size();
+    for (size_t i = 0; i + 1 < upper.size(); ++i) {
+        for (const float other : {x[i + 1], z[i], z[i + 1]}) {
+            if (std::fabs(other - x[i]) > kLambertJump) {
+                cells[i] = {};
             }
-            if (whole) {
-                low_[index(column, row)] = least;
-                high_[index(column, row)] = most;
+        }
+    }
+}
+
+void TracedField::set_blocks()
+{
+    const int columns = nx_ - 1;
+    blocks_of_row_ = (columns + CellBlock::kCells - 1) / CellBlock::kCells;
+    blocks_.assign(static_cast<size_t>(blocks_of_row_) * static_cast<size_t>(ny_ - 1), {});
+    size_t at = 0;
+    for (int row = 0; row + 1 < ny_; ++row) {
+        for (int first = 0; first < columns; first += CellBlock::kCells) {
+            CellBlock &block = blocks_[at++];
+            for (int c = first; c < std::min(first + CellBlock::kCells, columns); ++c) {
+                const CellBounds &one = cell(c, row);
+                block.bounds.low = std::min(block.bounds.low, one.low);
+                block.bounds.high = std::max(block.bounds.high, one.high);
+                block.has_gap |= !one.exists();
             }
         }
     }
@@ -71,12 +113,12 @@ TracedField::TracedField(int nx, int ny, const float *values, const float *x, co
 
 void TracedField::drop_steep_cells(float interval, float most)
 {
-    for (size_t i = 0; i < low_.size(); ++i) {
-        if (low_[i] <= high_[i] && !((high_[i] - low_[i]) / interval <= most)) {
-            low_[i] = 1.0F;
-            high_[i] = 0.0F;
+    for (CellBounds &cell : cells_) {
+        if (cell.exists() && !((cell.high - cell.low) / interval <= most)) {
+            cell = {};
         }
     }
+    set_blocks();
 }
 
 FieldPoint TracedField::place(int corner) const

@@ -10,6 +10,7 @@
 // else the two others.
 
 #include <functional>
+#include <limits>
 #include <span>
 #include <vector>
 
@@ -29,6 +30,20 @@ struct WorldSides {
     FieldPoint beside(FieldPoint p, FieldPoint near) const;
 };
 
+/// The least and greatest value of one or several cells; none where nothing is drawn.
+struct CellBounds {
+    float low = std::numeric_limits<float>::infinity();
+    float high = -std::numeric_limits<float>::infinity();
+    bool exists() const { return low <= high; }
+};
+
+/// Neighbouring cells of a row, so that a tracer passes them at once.
+struct CellBlock {
+    static constexpr int kCells = 16;
+    CellBounds bounds;
+    bool has_gap = false; ///< not all its cells are drawn
+};
+
 /// Values, places and what of them is drawn.
 class TracedField {
   public:
@@ -46,10 +61,14 @@ class TracedField {
     float value(int corner) const { return values_[corner]; }
     FieldPoint place(int corner) const;
     const WorldSides &sides() const { return sides_; }
-    /// Whether a cell, by its upper left corner, is drawn, and its least and greatest value.
-    bool has_cell(int column, int row) const { return low(column, row) <= high(column, row); }
-    float low(int column, int row) const { return low_[index(column, row)]; }
-    float high(int column, int row) const { return high_[index(column, row)]; }
+    /// Of a cell, by its upper left corner.
+    const CellBounds &cell(int column, int row) const { return cells_[index(column, row)]; }
+    /// Of the block that a cell begins.
+    const CellBlock &block(int column, int row) const
+    {
+        return blocks_[static_cast<size_t>(row) * static_cast<size_t>(blocks_of_row_) +
+                       static_cast<size_t>(column / CellBlock::kCells)];
+    }
     /// Where a level lies between two grid points.
     FieldPoint crossing(int a, int b, float level) const;
 
@@ -62,7 +81,13 @@ class TracedField {
     int nx_, ny_;
     const float *values_, *x_, *y_;
     WorldSides sides_;
-    std::vector<float> low_, high_; ///< of each cell; low above high where there is nothing to draw
+    void set_row(int row, const std::vector<char> &upper, const std::vector<char> &lower);
+    void mark_usable(int row, std::vector<char> &usable) const;
+    void set_blocks();
+
+    int blocks_of_row_ = 0;
+    std::vector<CellBounds> cells_;
+    std::vector<CellBlock> blocks_;
 };
 
 using PointSink = std::function<void(std::span<const FieldPoint>)>;
