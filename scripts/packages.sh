@@ -5,7 +5,7 @@ BUILD_PACKAGES="g++ cmake ninja-build libnetcdf-dev libx11-dev libpng-dev zlib1g
 DEMO_PACKAGES="$BUILD_PACKAGES ghostscript"
 TEST_PACKAGES="$DEMO_PACKAGES librsvg2-bin poppler-utils libeccodes-dev python3 libgtest-dev libbenchmark-dev netcdf-bin libxml2-utils libeccodes-tools xvfb imagemagick"
 # what only CI asks for: the checks, and programs that tests skip without
-CHECK_PACKAGES="clang-format clang-tidy cppcheck shellcheck parallel pandoc slurm-wlm zsh fish"
+CHECK_PACKAGES="clang-format clang-tidy cppcheck shellcheck parallel pandoc slurm-wlm zsh fish python3-contourpy"
 DEB_PACKAGES="$BUILD_PACKAGES libeccodes-dev dpkg-dev file mmdebstrap"
 
 # need_packages PACKAGE...: does nothing where all are there.
