@@ -2,6 +2,7 @@
 #include <cmath>
 
 #include "tyr/base/angle.h"
+#include "tyr/base/msg.h"
 #include "tyr/field/contour_private.h"
 #include "tyr/field/streamline_private.h"
 #include "tyr/field/vector_private.h"
@@ -16,6 +17,8 @@ constexpr float kStep = 0.25F; ///< grid lengths
 constexpr float kCalm = 0.001F;
 constexpr int kFreeSteps = 6; ///< a line's first steps, which a full box doesn't end
 constexpr float kHead = 4.0F; ///< steps
+/// Steps of all lines that a picture can show: at least so many, and so many times the boxes.
+constexpr double kMostSteps = 5.0e6, kMostStepsOfBox = 8.0;
 
 float direction_of(float x, float y)
 {
@@ -183,8 +186,8 @@ class Crowd {
 
 namespace tyr {
 
-void trace_streamline(const StreamSpace &space, float steps, const GridRec &u, const GridRec &v,
-                      int column, int row)
+int trace_streamline(const StreamSpace &space, float steps, const GridRec &u, const GridRec &v,
+                     int column, int row)
 {
     const VectorState &s = vectors();
     make_boxes(space);
@@ -229,6 +232,7 @@ void trace_streamline(const StreamSpace &space, float steps, const GridRec &u, c
     if (n > 0 && static_cast<float>(n) < steps) {
         pen.head(before, p, s.spacing * kHead);
     }
+    return n;
 }
 
 int draw_streamlines(GridRec *u, GridRec *v)
@@ -239,6 +243,7 @@ int draw_streamlines(GridRec *u, GridRec *v)
     const StreamSpace space(*u);
     s.boxes.assign(space.box_count(), 0);
     const float steps = 4.0F * static_cast<float>(nx) * s.scale;
+    double left = std::max(kMostSteps, kMostStepsOfBox * static_cast<double>(space.box_count()));
     for (int sweep = 0; sweep < 4; ++sweep) {
         const bool from_left = sweep < 2;
         const bool from_bottom = sweep % 2 == 0;
@@ -248,13 +253,17 @@ int draw_streamlines(GridRec *u, GridRec *v)
                 const int row = from_bottom ? r : ny - 1 - r;
                 const int at = (ny - 1 - row) * nx + column;
                 const PlotWind w = {u->values[at], v->values[at]};
-                if (w.is_set() && starts(sweep, w.u, w.v)) {
-                    trace_streamline(space, steps, *u, *v, column, row);
+                if (left > 0.0 && w.is_set() && starts(sweep, w.u, w.v)) {
+                    const float most = std::min(steps, static_cast<float>(left));
+                    left -= trace_streamline(space, most, *u, *v, column, row);
                 }
             }
         }
     }
     s.boxes.clear();
+    if (left <= 0.0) {
+        MSG_out(kMsgWarn, "VECT_draw: Streamlines are more than a picture can show\n");
+    }
     return 0;
 }
 
@@ -262,7 +271,11 @@ int draw_streamlines(GridRec *u, GridRec *v)
 
 void VECT_trace(float steps, GridRec *u, GridRec *v, int column, int row)
 {
-    if (u != nullptr && v != nullptr && u->values != nullptr && v->values != nullptr) {
+    const auto holds = [column, row](const GridRec *g) {
+        return g != nullptr && g->values != nullptr && column >= 0 && column < g->domain.nx &&
+               row >= 0 && row < g->domain.ny;
+    };
+    if (holds(u) && holds(v) && u->domain.nx == v->domain.nx && u->domain.ny == v->domain.ny) {
         trace_streamline(StreamSpace(*u), steps, *u, *v, column, row);
     }
 }

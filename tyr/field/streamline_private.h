@@ -58,8 +58,8 @@ class StreamSpace {
     size_t columns_ = 1, rows_ = 1;
 };
 
-/// Traces and draws one line from a grid point, rows from the bottom.
-void trace_streamline(const StreamSpace &space, float steps, const GridRec &u, const GridRec &v,
-                      int column, int row);
+/// Traces and draws one line from a grid point, rows from the bottom. @return its steps
+int trace_streamline(const StreamSpace &space, float steps, const GridRec &u, const GridRec &v,
+                     int column, int row);
 
 } // namespace tyr

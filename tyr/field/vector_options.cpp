@@ -25,6 +25,7 @@ namespace {
 
 constexpr size_t kWordLength = 8; ///< of "strm_sc" and "wv_skip" with the character behind
 constexpr const char *kPairSeparators = ":,x/ ";
+constexpr float kMostSpacing = 1000.0F;
 
 void set_skip(const char *text)
 {
@@ -33,6 +34,11 @@ void set_skip(const char *text)
         vectors().skip_x = std::max(whole(n[0]), 1);
         vectors().skip_y = std::max(whole(n.size() > 1 ? n[1] : n[0]), 1);
     }
+}
+
+void set_spacing(float spacing)
+{
+    vectors().spacing = spacing > 0.0F ? std::min(spacing, kMostSpacing) : 1.0F;
 }
 
 void apply_option(const std::string &word)
@@ -60,7 +66,7 @@ void apply_option(const std::string &word)
         if (key("sc=")) {
             VECT_set_scale(n[0]);
         } else if (key("ss=")) {
-            s.spacing = n[0] > 0.0F ? n[0] : 1.0F;
+            set_spacing(n[0]);
         } else if (key("in=")) {
             VECT_set_interval(n[0]);
         } else if (key("cb=")) {
@@ -86,7 +92,7 @@ void apply_param(const std::string &word)
         PLT_set_bar_mode(is("bar") ? 1 : -1);
     } else if (STR_has_prefix(word, "strm_sc")) {
         const std::vector<float> n = number_list(behind, ",");
-        s.spacing = !n.empty() && n[0] > 0.0F ? n[0] : 1.0F;
+        set_spacing(n.empty() ? 1.0F : n[0]);
     } else if (STR_has_prefix(word, "wv_skip")) {
         set_skip(behind);
     }

@@ -39,6 +39,7 @@ struct State {
     float min = kMissing, max = kMissing;
     std::vector<Row> rows;
     bool is_set = false;
+    bool is_cut = false; ///< there were more rows than fit
 };
 
 State state;
@@ -76,6 +77,9 @@ void add(const Row &row)
 {
     if (state.rows.size() < kMaxBands) {
         state.rows.push_back(row);
+    } else if (!state.is_cut) {
+        state.is_cut = true;
+        MSG_out(kMsgWarn, "CONT_set_fill_colors: Only the first %d rows are taken\n", kMaxBands);
     }
 }
 
