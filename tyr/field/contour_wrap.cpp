@@ -4,6 +4,7 @@
 
 #include "tyr/field/contour_private.h"
 #include "tyr/geo/domain.h"
+#include "tyr/geo/earth.h"
 #include "tyr/geo/projection.h"
 #include "tyr/gks/gks.h"
 
@@ -17,6 +18,8 @@ constexpr float kLambertJump = 50.0F;
 constexpr float kTouching = 1.0e-4F; ///< of a world: what reaches no farther in is rounding
 constexpr int kMostWorlds = 3;       ///< copies to either side
 constexpr int kMostPath = 50000;     ///< points of one polyline
+constexpr float kPoleHeight = static_cast<float>(kEarthRadius);
+constexpr float kSideStep = 0.035F; ///< radians, seen from the middle of Mollweide's map
 
 bool is_filled(int kind)
 {
@@ -74,17 +77,44 @@ std::vector<std::vector<FieldPoint>> cut(std::span<const FieldPoint> points, boo
     return runs;
 }
 
-/// Mollweide: x in parts of half the world's width, so that the sides are straight.
+/// Mollweide: the points between two on a side of the map, which is straight only in parts of its
+/// width. They stand at fixed places, so that a way along the side and back is one line.
+void add_side(FieldPoint from, FieldPoint to, const WorldSides &sides, std::vector<FieldPoint> &out)
+{
+    const auto steps = [](float y) {
+        return std::asin(std::clamp(y / kPoleHeight, -1.0F, 1.0F)) / kSideStep;
+    };
+    const float begin = steps(from.y);
+    const float end = steps(to.y);
+    const float sign = end < begin ? -1.0F : 1.0F;
+    for (float k = sign * (std::floor(sign * begin) + 1.0F); sign * k < sign * end; k += sign) {
+        const float y = kPoleHeight * std::sin(k * kSideStep);
+        out.push_back({from.x * sides.width(y) / 2.0F, y});
+    }
+}
+
+/// Mollweide: a piece with x in parts of half the world's width, so that the sides are straight.
+void send_part(int kind, std::span<const FieldPoint> part, const WorldSides &sides)
+{
+    std::vector<FieldPoint> points;
+    for (size_t i = 0; i < part.size(); ++i) {
+        const FieldPoint p = part[i];
+        const FieldPoint next = part[(i + 1) % part.size()];
+        points.push_back({p.x * sides.width(p.y) / 2.0F, p.y});
+        if (is_filled(kind) && p.x == next.x && std::fabs(p.x) == 1.0F) {
+            add_side(p, next, sides, points);
+        }
+    }
+    if (points.size() >= (is_filled(kind) ? 3U : 2U)) {
+        send(kind, points);
+    }
+}
+
 void send_cut(int kind, std::span<const FieldPoint> points, const WorldSides &sides)
 {
     for (const auto &right : cut(points, is_filled(kind), 1.0F)) {
-        for (auto &run : cut(right, is_filled(kind), -1.0F)) {
-            for (FieldPoint &p : run) {
-                p.x *= sides.width(p.y) / 2.0F;
-            }
-            if (run.size() >= (is_filled(kind) ? 3U : 2U)) {
-                send(kind, run);
-            }
+        for (const auto &part : cut(right, is_filled(kind), -1.0F)) {
+            send_part(kind, part, sides);
         }
     }
 }
