@@ -44,7 +44,7 @@ PsPage WorldPlot::finish()
 PlotSession::PlotSession(float aspect)
 {
     RES_put("file_path", TYR_SOURCE_DIR "/data");
-    RES_put("device", ("p," + dir_.file("plot.ps") + ",color").c_str());
+    RES_put("device", ("p," + path() + ",color").c_str());
     begun_ = PLT_begin(aspect);
     if (begun_ == 0) {
         gsel_norm_tran(1);
@@ -65,7 +65,7 @@ PsPage PlotSession::finish()
 {
     ended_ = true;
     PLT_end();
-    PsPage page = read_ps(read_file(dir_.file("plot.ps")));
+    PsPage page = read_ps(read_file(path()));
     undo_paper(&page, {0.0, 0.5, 0.0, 0.5});
     return page;
 }

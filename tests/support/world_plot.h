@@ -37,6 +37,8 @@ class PlotSession {
     int begun() const { return begun_; }
     /// Ends the plot; what was drawn.
     PsPage finish();
+    /// The paper's file, which lasts as long as this.
+    std::string path() const { return dir_.file("plot.ps"); }
 
   private:
     TempDir dir_;
